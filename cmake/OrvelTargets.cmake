@@ -1,0 +1,61 @@
+# One static library a folder, one test executable a folder: these two functions hold what they have in common.
+
+set(ORVEL_SANITIZE "" CACHE STRING "Sanitizers to build with, as given to -fsanitize=")
+
+add_library(orvel_flags INTERFACE)
+target_include_directories(orvel_flags INTERFACE "${CMAKE_SOURCE_DIR}")
+target_compile_options(orvel_flags INTERFACE
+  -Wall -Wextra -Wpedantic -Werror -Wshadow -Wconversion -Wsign-conversion -Wnon-virtual-dtor
+  -Wold-style-cast -Woverloaded-virtual -Wnull-dereference)
+target_compile_definitions(orvel_flags INTERFACE QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS)
+if(ORVEL_SANITIZE)
+  target_compile_options(orvel_flags INTERFACE "-fsanitize=${ORVEL_SANITIZE}" -fno-sanitize-recover=all
+    -fno-omit-frame-pointer -O1
+    # GCC sees null paths in its own instrumentation; the plain build keeps this warning.
+    -Wno-null-dereference)
+  target_link_options(orvel_flags INTERFACE "-fsanitize=${ORVEL_SANITIZE}")
+endif()
+
+find_program(CCACHE ccache)
+if(CCACHE)
+  # The sloppiness lets ccache serve sources that use a precompiled header.
+  set(CMAKE_CXX_COMPILER_LAUNCHER "${CMAKE_COMMAND}" -E env
+    CCACHE_SLOPPINESS=pch_defines,time_macros,include_file_mtime,include_file_ctime "${CCACHE}")
+  add_compile_options(-fpch-preprocess)
+endif()
+
+# orvel_library(<name> SOURCES <files...> [LINKS <targets...>] [PRIVATE_LINKS <targets...>] [WIDGETS])
+#   WIDGETS: the folder holds Qt windows; they share one precompiled <QtWidgets>.
+function(orvel_library name)
+  cmake_parse_arguments(ARG "WIDGETS" "" "SOURCES;LINKS;PRIVATE_LINKS" ${ARGN})
+  add_library(${name} STATIC ${ARG_SOURCES})
+  target_link_libraries(${name} PUBLIC ${ARG_LINKS} PRIVATE orvel_flags ${ARG_PRIVATE_LINKS})
+  if(ARG_WIDGETS)
+    target_link_libraries(${name} PUBLIC Qt6::Widgets)
+    orvel_precompile(${name})
+  endif()
+endfunction()
+
+function(orvel_precompile name)
+  target_precompile_headers(${name} PRIVATE <QtWidgets> <memory> <string> <vector>)
+endfunction()
+
+# orvel_test(<name> SOURCES <files...> LINKS <targets...> [TIMEOUT <seconds>] [LABELS <labels...>] [OWN_MAIN])
+#   Every test of the executable becomes a CTest test of its own, run without a display.
+#   OWN_MAIN: one of the sources has the main function (a QApplication, say).
+function(orvel_test name)
+  cmake_parse_arguments(ARG "OWN_MAIN" "TIMEOUT" "SOURCES;LINKS;LABELS" ${ARGN})
+  if(NOT ARG_TIMEOUT)
+    set(ARG_TIMEOUT 120)
+  endif()
+  add_executable(${name} ${ARG_SOURCES})
+  target_link_libraries(${name} PRIVATE orvel_flags ${ARG_LINKS} GTest::gtest)
+  if(NOT ARG_OWN_MAIN)
+    target_link_libraries(${name} PRIVATE GTest::gtest_main)
+  endif()
+  target_compile_definitions(${name} PRIVATE ORVEL_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
+  set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+  include(GoogleTest)
+  gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
+    PROPERTIES TIMEOUT ${ARG_TIMEOUT} ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8" LABELS "${ARG_LABELS}")
+endfunction()

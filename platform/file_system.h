@@ -1,0 +1,40 @@
+#pragma once
+
+#include <QByteArray>
+#include <QString>
+#include <QStringList>
+
+#include <functional>
+
+namespace orvel {
+
+/// What the rooms ask of the disk. Every failing call throws RuntimeError with the file's path: FileNotFound,
+/// PathNotFound, PermissionDenied, DiskFull, PathAccess, BadFileName. Patterns match without regard to case.
+class FileSystem {
+  public:
+    virtual ~FileSystem() = default;
+
+    [[nodiscard]] virtual bool fileExists(const QString &path) const = 0;
+    [[nodiscard]] virtual bool folderExists(const QString &path) const = 0;
+    /// Names (not paths) of the normal files of a folder that match the pattern ("*.mdb"), sorted by the user's locale
+    /// without regard to case. A folder that does not exist gives an empty list.
+    [[nodiscard]] virtual QStringList list(const QString &folder, const QString &pattern) const = 0;
+
+    [[nodiscard]] virtual QByteArray read(const QString &path) const = 0;
+    /// Replaces the file's content as one step: written beside it, synced, renamed.
+    virtual void write(const QString &path, const QByteArray &content) = 0;
+
+    /// Called during a copy with the bytes done and the bytes to do; may run window events. false stops the copy, and
+    /// nothing is left of the target's new content.
+    using Progress = std::function<bool(qint64 done, qint64 total)>;
+    /// Copies over an existing target as one step: to a temporary name in the target's folder, synced, renamed, so
+    /// that nobody sees half a file. false when progress stopped it.
+    virtual bool copy(const QString &source, const QString &target, const Progress &progress = {}) = 0;
+    /// Moves within or across disks; an existing target is overwritten.
+    virtual void move(const QString &source, const QString &target) = 0;
+    virtual void remove(const QString &path) = 0;
+    /// Makes a folder and those above it; one that is there already is fine.
+    virtual void makeFolder(const QString &path) = 0;
+};
+
+} // namespace orvel

@@ -1,0 +1,22 @@
+#pragma once
+
+namespace orvel {
+
+class AudioFiles;
+class DatabaseEngine;
+class FileSystem;
+class Prompts;
+class SoundCard;
+class Timers;
+
+/// The world as the rooms reach it. The application lends the real one, tests lend fakes; all of it outlives the rooms.
+struct Platform {
+    SoundCard &sound;
+    AudioFiles &audioFiles;
+    DatabaseEngine &databases;
+    FileSystem &files;
+    Prompts &prompts;
+    Timers &timers;
+};
+
+} // namespace orvel
