@@ -15,8 +15,10 @@ enum class ThemeVariant { Dark, Light };
 
 enum class ThemeRole {
     Window,       ///< behind everything
-    Panel,        ///< group boxes, tab pages, lists
+    Panel,        ///< group boxes, tab pages, bars
     Raised,       ///< buttons, headers
+    Field,        ///< things to type in, lists
+    Hover,        ///< a button under the pointer
     Border,       ///< outlines of things that can be operated
     Line,         ///< quiet separators
     Text,         ///< normal text
@@ -29,8 +31,8 @@ enum class ThemeRole {
     Attention,    ///< texts that must be seen: recording, processing
 };
 
-/// Dark, unless the user or the desktop says light: `wish` ("light" or "dark", in any case; the environment's
-/// ORVEL_THEME) comes first, then what the desktop says, then a desktop palette that was set to light or dark colours.
+/// Dark, unless the user or the desktop says light: `wish` (the environment's ORVEL_THEME: "light" or "dark", in any
+/// case of letters) comes before what the desktop says.
 ThemeVariant chooseTheme(const QString &wish, std::optional<ThemeVariant> desktop);
 
 /// Style, palette and style sheet of the whole application. Call once, after the application object and its font.

@@ -1,0 +1,15 @@
+#pragma once
+
+class QWidget;
+
+namespace orvel {
+
+/// Makes the widgets of this folder known to screen readers: role, value and limits, and on or off, read from the
+/// properties `value`, `minimum`, `maximum`, `step`, `valueText` and `lit`. Every widget calls this when it is made.
+void installAccessibility();
+
+/// Tells a screen reader that listens that the widget's value, or its on and off, has changed.
+void announceValue(QWidget &widget);
+void announceState(QWidget &widget);
+
+} // namespace orvel
