@@ -7,12 +7,17 @@
 
 namespace orvel {
 
-/// The sound cards as a recording mixer sees them. Cards are numbered from 1; number 0 and numbers past the last card
-/// are not valid, asking about them is fine. Calls throw DeviceError when the sound server is gone.
+/// The sound cards as a recording mixer sees them: real inputs first, then what records an output. Cards are numbered
+/// from 1; number 0 and numbers past the last card are not valid, but they may be asked about (false, empty, 0) and
+/// even be made current. The list stands still until refresh(); without a sound server it is empty.
 class AudioRecord {
   public:
     virtual ~AudioRecord() = default;
 
+    /// Takes over which cards came and went since the last time, and looks for a sound server when there is none; true
+    /// when the list changed. Cheap and without waiting, meant for a timer. The current card stays current under its
+    /// new number; one that is gone leaves number 0 as current, and is current again when it comes back.
+    virtual bool refresh() = 0;
     [[nodiscard]] virtual int deviceCount() const = 0;
     [[nodiscard]] virtual bool canRecord(int device) const = 0;
     [[nodiscard]] virtual QString deviceName(int device) const = 0;
@@ -29,38 +34,44 @@ class AudioRecord {
 
 /// What a running or finished recording tells. Frames are sample frames at 44100 Hz.
 struct RecorderStatus {
-    std::int64_t frames = 0;   ///< frames written to the take
-    int overruns = 0;          ///< buffers lost because the disk was too slow, and gaps that the sound server told of
-    bool deviceLost = false;   ///< the card vanished while recording
-    bool diskFull = false;     ///< the take could not be written to its end
-    float peak = 0.0F;         ///< highest sample since the last look, 0..1
+    std::int64_t frames = 0; ///< frames written to the take
+    int overruns = 0;        ///< buffers lost because the disk was too slow, and gaps that the sound server told of
+    bool deviceLost = false; ///< the card or the sound server vanished while recording
+    bool diskFull = false;   ///< the take could not be written to its end, for this or another reason of the disk's
+    float peak = 0.0F;       ///< highest sample since the last look, 0..1
 };
 
 /// Records mono 16-bit 44100 Hz into a WAV file, on threads of its own. The take on disk is a valid WAV file at any
-/// moment up to the last second. Calls come from the window thread.
+/// moment up to the last second; what was lost is silence in it, so that it keeps its time. Calls come from the window
+/// thread. After a failure the recording goes on (writing nothing) until stop(), and what was recorded before stays.
 class WaveRecorder {
   public:
     virtual ~WaveRecorder() = default;
 
-    /// The card, counted from 0. Takes effect at the next start().
+    /// The card, counted from 0 as AudioRecord lists them now. Takes effect at the next start(). The first card when
+    /// never set.
     virtual void setDevice(int device) = 0;
     virtual void setFileName(const QString &path) = 0;
-    /// Overwrites an existing file. Throws DeviceError (the card), PathNotFound, PermissionDenied, DiskFull (the file).
+    /// Overwrites an existing file, but not before the card is ready. Throws DeviceError (the card, or it records
+    /// already), PathNotFound, PathAccess, PermissionDenied, DiskFull (the file).
     virtual void start() = 0;
     /// Takes what the sound server still holds, closes the file; nothing happens when it does not record. Throws
-    /// DiskFull when the take's end could not be written; the file is closed all the same.
+    /// DiskFull or DeviceError when the take's end could not be written; the file is closed all the same.
     virtual void stop() = 0;
     [[nodiscard]] virtual bool isRecording() const = 0;
-    /// Reading resets the peak.
+    /// Of the running or else the latest recording. Reading resets the peak.
     virtual RecorderStatus status() = 0;
 };
 
-/// The output side of the sound card.
+/// The output side of the sound card. A mute that is on is taken back at destruction.
 class AudioPlayer {
   public:
     virtual ~AudioPlayer() = default;
 
+    /// The card, counted from 0 like the recorder's. Muted are the default output, where everything plays that was not
+    /// sent elsewhere, and the outputs of this card, if it has any.
     virtual void setDevice(int device) = 0;
+    /// Throws DeviceError when the sound server is gone. Without any output nothing happens.
     virtual void setOutputMute(bool mute) = 0;
 };
 

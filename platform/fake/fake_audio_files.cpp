@@ -1,0 +1,97 @@
+#include "platform/fake/fake_audio_files.h"
+
+#include "platform/runtime_error.h"
+
+namespace orvel {
+namespace {
+
+class FaultyReader : public AudioFileReader {
+  public:
+    FaultyReader(FakeAudioFiles &owner, std::unique_ptr<AudioFileReader> real)
+        : owner_(owner), real_(std::move(real)) {}
+
+    void open(const QString &path) override {
+        owner_.opened << path;
+        path_ = path;
+        block_ = 0;
+        failed_ = owner_.faults.open;
+        if (!failed_) {
+            real_->open(path);
+        }
+    }
+    [[nodiscard]] int errorState() const override { return failed_ ? -1 : real_->errorState(); }
+    [[nodiscard]] int sampleRate() const override { return real_->sampleRate(); }
+    [[nodiscard]] int channels() const override { return real_->channels(); }
+    [[nodiscard]] std::int64_t frames() const override { return real_->frames(); }
+    [[nodiscard]] int bytesPerFrame() const override { return real_->bytesPerFrame(); }
+    [[nodiscard]] QByteArray readBlock() override {
+        if (block_++ == owner_.faults.readBlock) {
+            throw RuntimeError(ErrorNumber::DeviceError, path_);
+        }
+        return real_->readBlock();
+    }
+    void close() override {
+        ++owner_.closedReaders;
+        real_->close();
+    }
+
+  private:
+    FakeAudioFiles &owner_;
+    std::unique_ptr<AudioFileReader> real_;
+    QString path_;
+    int block_ = 0;
+    bool failed_ = false;
+};
+
+class FaultyWriter : public AudioFileWriter {
+  public:
+    FaultyWriter(FakeAudioFiles &owner, std::unique_ptr<AudioFileWriter> real)
+        : owner_(owner), real_(std::move(real)) {}
+
+    void setFormat(const Mp3Format &format) override { real_->setFormat(format); }
+    [[nodiscard]] Mp3Format format() const override { return real_->format(); }
+    void setInput(int sampleRate, int channels) override { real_->setInput(sampleRate, channels); }
+    void create(const QString &path) override {
+        owner_.created << path;
+        owner_.lastFormat = real_->format();
+        path_ = path;
+        block_ = 0;
+        failed_ = owner_.faults.create;
+        if (!failed_) {
+            real_->create(path);
+        }
+    }
+    [[nodiscard]] int errorState() const override { return failed_ ? -1 : real_->errorState(); }
+    void write(const QByteArray &block) override {
+        if (block_++ == owner_.faults.write) {
+            throw RuntimeError(ErrorNumber::DiskFull, path_);
+        }
+        real_->write(block);
+    }
+    void close() override {
+        ++owner_.closedWriters;
+        real_->close();
+        if (owner_.faults.closeFull) {
+            throw RuntimeError(ErrorNumber::DiskFull, path_);
+        }
+    }
+
+  private:
+    FakeAudioFiles &owner_;
+    std::unique_ptr<AudioFileWriter> real_;
+    QString path_;
+    int block_ = 0;
+    bool failed_ = false;
+};
+
+} // namespace
+
+std::unique_ptr<AudioFileReader> FakeAudioFiles::reader() {
+    return std::make_unique<FaultyReader>(*this, real_.reader());
+}
+
+std::unique_ptr<AudioFileWriter> FakeAudioFiles::mp3Writer() {
+    return std::make_unique<FaultyWriter>(*this, real_.mp3Writer());
+}
+
+} // namespace orvel

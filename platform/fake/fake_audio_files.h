@@ -1,0 +1,40 @@
+#pragma once
+
+#include "platform/audio_file.h"
+
+#include <QStringList>
+
+namespace orvel {
+
+/// Readers and writers that work on real files through lent ones and fail where a test says. A failure is armed until
+/// it is disarmed; -1 is disarmed. Must outlive its readers and writers.
+class FakeAudioFiles : public AudioFiles {
+  public:
+    /// What goes wrong, for every reader and writer.
+    struct Faults {
+        bool open = false;      ///< open() leaves errorState() -1
+        bool create = false;    ///< create() leaves errorState() -1, no file comes into being
+        int readBlock = -1;     ///< the block, from 0 in each file, at which readBlock() throws DeviceError
+        int write = -1;         ///< the block, from 0 in each file, at which write() throws DiskFull
+        bool closeFull = false; ///< a writer's close() closes the file, then throws DiskFull
+    };
+
+    explicit FakeAudioFiles(AudioFiles &real) : real_(real) {}
+
+    [[nodiscard]] std::unique_ptr<AudioFileReader> reader() override;
+    [[nodiscard]] std::unique_ptr<AudioFileWriter> mp3Writer() override;
+
+    Faults faults;
+    /// Paths in the order of the calls, failed ones included.
+    QStringList opened;
+    QStringList created;
+    int closedReaders = 0;
+    int closedWriters = 0;
+    /// Of the writer that was created last.
+    Mp3Format lastFormat;
+
+  private:
+    AudioFiles &real_;
+};
+
+} // namespace orvel

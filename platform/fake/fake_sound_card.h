@@ -1,0 +1,102 @@
+#pragma once
+
+#include "platform/audio.h"
+#include "platform/card_list.h"
+#include "platform/runtime_error.h"
+#include "platform/sndfile/take_writer.h"
+
+#include <QStringList>
+
+#include <memory>
+#include <optional>
+#include <span>
+#include <vector>
+
+namespace orvel {
+
+/// Records what deliver() brings. Takes are written by the same TakeWriter as real ones.
+class FakeRecorder : public WaveRecorder {
+  public:
+    void setDevice(int device) override { device_ = device; }
+    void setFileName(const QString &path) override { path_ = path; }
+    void start() override;
+    void stop() override;
+    [[nodiscard]] bool isRecording() const override { return recording_; }
+    RecorderStatus status() override;
+
+  private:
+    friend class FakeSoundCard;
+    void push(std::span<const std::int16_t> samples);
+
+    QString path_;
+    int device_ = -1;
+    bool recording_ = false;
+    bool unplugged_ = false;
+    std::int64_t toneAt_ = 0;
+    TakeLimits limits_;
+    QStringList takes_;
+    std::optional<ErrorNumber> startFailure_;
+    std::unique_ptr<TakeWriter> writer_;
+};
+
+/// Keeps a log of what the output's mute was set to.
+class FakePlayer : public AudioPlayer {
+  public:
+    void setDevice(int device) override { device_ = device; }
+    void setOutputMute(bool mute) override { muteLog_.push_back(mute); }
+
+  private:
+    friend class FakeSoundCard;
+    int device_ = -1;
+    std::vector<bool> muteLog_;
+};
+
+/// A sound card pumped by hand, for tests. One thread.
+class FakeSoundCard : public SoundCard {
+  public:
+    /// One card "Microfoon" that has one line "Ingang".
+    FakeSoundCard();
+    explicit FakeSoundCard(std::vector<Card> cards);
+
+    [[nodiscard]] AudioRecord &audioRecord() override { return record_; }
+    [[nodiscard]] WaveRecorder &recorder() override { return recorder_; }
+    [[nodiscard]] AudioPlayer &audioPlayer() override { return player_; }
+
+    // What a test does to the card.
+
+    /// The cards that the next AudioRecord::refresh() finds.
+    void plug(std::vector<Card> cards) { plugged_ = std::move(cards); }
+    /// Samples from the microphone, as many as it likes; nobody hears them when nothing records. They are in the file
+    /// after flush() or stop().
+    void deliver(std::span<const std::int16_t> samples) { recorder_.push(samples); }
+    /// So many frames of a 1 kHz tone at a quarter of full scale, which goes on where the last call left it.
+    void deliver(std::int64_t frames);
+    /// The sound server tells that it lost so many frames.
+    void loseFrames(std::int64_t frames);
+    /// The take's file is up to date with all that was delivered.
+    void flush();
+    /// The card of the running recording vanishes: what is delivered from now on is lost.
+    void unplug() { recorder_.unplugged_ = true; }
+    /// The next start() throws this, once, and touches no file.
+    void failNextStart(ErrorNumber number) { recorder_.startFailure_ = number; }
+    /// The next takes find room for so many frames, then the disk is full.
+    void setDiskRoom(std::int64_t frames) { recorder_.limits_.maxFrames = frames; }
+
+    // What a test asks.
+
+    /// Every setOutputMute() in its order.
+    [[nodiscard]] const std::vector<bool> &muteLog() const { return player_.muteLog_; }
+    /// File names of the takes that were started, in their order.
+    [[nodiscard]] const QStringList &takes() const { return recorder_.takes_; }
+    /// As last set, counted from 0; -1 when never set.
+    [[nodiscard]] int recorderDevice() const { return recorder_.device_; }
+    [[nodiscard]] int playerDevice() const { return player_.device_; }
+
+  private:
+    std::vector<Card> plugged_;
+    CardList record_;
+    FakeRecorder recorder_;
+    FakePlayer player_;
+};
+
+} // namespace orvel

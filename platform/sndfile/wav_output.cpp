@@ -1,0 +1,115 @@
+#include "platform/sndfile/wav_output.h"
+
+#include "platform/runtime_error.h"
+
+#include <algorithm>
+#include <sndfile.h>
+
+namespace orvel {
+
+namespace {
+
+/// Bytes before the samples in the file that libsndfile makes of this format.
+constexpr qint64 kHeaderSize = 44;
+
+} // namespace
+
+/// What libsndfile calls. Exceptions must not cross its C code: the first one waits in failure_.
+struct WavOutputCalls {
+    static WavOutput &output(void *user) { return *static_cast<WavOutput *>(user); }
+
+    template <typename Action>
+    static bool succeeds(WavOutput &output, Action action) {
+        try {
+            action();
+            return true;
+        } catch (const RuntimeError &error) {
+            if (!output.failure_) {
+                output.failure_ = error;
+            }
+            return false;
+        }
+    }
+
+    static sf_count_t length(void *user) { return output(user).file_.size(); }
+    static sf_count_t tell(void *user) { return output(user).file_.position(); }
+    static sf_count_t read(void * /*to*/, sf_count_t /*count*/, void * /*user*/) { return 0; }
+
+    static sf_count_t seek(sf_count_t offset, int whence, void *user) {
+        OutputFile &file = output(user).file_;
+        const sf_count_t base = whence == SF_SEEK_CUR ? file.position() : whence == SF_SEEK_END ? file.size() : 0;
+        return succeeds(output(user), [&] { file.seek(base + offset); }) ? file.position() : -1;
+    }
+
+    static sf_count_t write(const void *from, sf_count_t count, void *user) {
+        OutputFile &file = output(user).file_;
+        const sf_count_t start = file.position();
+        // libsndfile's header counts what this says: a write that failed half-way counts by half.
+        return succeeds(output(user), [&] { file.write(static_cast<const char *>(from), count); })
+                   ? count
+                   : file.position() - start;
+    }
+};
+
+WavOutput::WavOutput(const QString &path) : path_(path) {
+    file_.create(path);
+    SF_INFO info{};
+    info.samplerate = 44100;
+    info.channels = 1;
+    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+    SF_VIRTUAL_IO io{WavOutputCalls::length, WavOutputCalls::seek, WavOutputCalls::read, WavOutputCalls::write,
+                     WavOutputCalls::tell};
+    sound_.reset(sf_open_virtual(&io, SFM_WRITE, &info, this));
+    updateHeader(); // an empty take is a valid file too, and a full disk shows at once
+}
+
+void WavOutput::Closer::operator()(sf_private_tag *sound) const {
+    sf_close(sound);
+}
+
+void WavOutput::throwFailure() {
+    if (failure_) {
+        const RuntimeError error = *failure_;
+        failure_.reset();
+        throw RuntimeError(error);
+    }
+}
+
+void WavOutput::write(std::span<const std::int16_t> samples) {
+    frames_ += sf_write_short(sound_.get(), samples.data(), static_cast<sf_count_t>(samples.size()));
+    throwFailure();
+}
+
+void WavOutput::updateHeader() {
+    if (!sound_ || sf_command(sound_.get(), SFC_UPDATE_HEADER_NOW, nullptr, 0) != 0) {
+        throwFailure();
+        throw RuntimeError(ErrorNumber::DeviceError, path_);
+    }
+    throwFailure();
+}
+
+void WavOutput::updateHeaderAndSync() {
+    updateHeader();
+    file_.sync();
+}
+
+std::int64_t WavOutput::cutToWholeFrames() noexcept {
+    try {
+        frames_ = std::max<qint64>(file_.size() - kHeaderSize, 0) / 2;
+        file_.resize(kHeaderSize + frames_ * 2);
+        updateHeader();
+    } catch (const RuntimeError &) {
+        // The disk is worse than full. The header written a second ago still stands.
+        failure_.reset();
+    }
+    return frames_;
+}
+
+void WavOutput::close() {
+    sound_.reset();
+    throwFailure();
+    file_.sync();
+    file_.close();
+}
+
+} // namespace orvel
