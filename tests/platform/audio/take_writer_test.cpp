@@ -1,5 +1,6 @@
 #include "platform/runtime_error.h"
 #include "platform/sndfile/take_writer.h"
+#include "tests/platform/audio/full_disk.h"
 #include "tests/platform/audio/temp_folder.h"
 
 #include <chrono>
@@ -7,7 +8,6 @@
 #include <gtest/gtest.h>
 #include <numeric>
 #include <sys/mount.h>
-#include <sys/resource.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -18,19 +18,11 @@ namespace {
 using namespace std::chrono_literals;
 using test::contentOf;
 using test::counting;
+using test::errorOf;
+using test::inChild;
+using test::limitFileSize;
 using test::samplesOf;
 using test::TempFolder;
-
-/// The number of the run-time error that an action throws, 0 when it throws none.
-template <typename Action>
-int errorOf(Action action) {
-    try {
-        action();
-    } catch (const RuntimeError &error) {
-        return static_cast<int>(error.number());
-    }
-    return 0;
-}
 
 TEST(TakeWriter, WritesWhatWasPushedInBlocksOfAnySize) {
     const TempFolder folder;
@@ -139,29 +131,6 @@ TEST(TakeWriter, TellsWhyAFileCannotBeMade) {
 }
 
 // Disks that fill up.
-
-/// Children that are about to die must not run the parent's clean-up.
-[[noreturn]] void leave(bool good) {
-    _exit(good ? 0 : 1);
-}
-
-/// Runs an action in a process of its own; true when it said so and was not killed.
-template <typename Action>
-bool inChild(Action action) {
-    const pid_t child = fork();
-    if (child == 0) {
-        leave(action());
-    }
-    int status = 0;
-    waitpid(child, &status, 0);
-    return WIFEXITED(status) && WEXITSTATUS(status) == 0;
-}
-
-void limitFileSize(rlim_t bytes) {
-    const rlimit size{bytes, bytes};
-    static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
-    setrlimit(RLIMIT_FSIZE, &size);
-}
 
 /// What must hold on any full disk: everything up to a whole sample is there, and the take is told to be cut.
 bool recordsUntilFull(const QString &path, std::size_t atLeast) {

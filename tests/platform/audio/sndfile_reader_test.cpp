@@ -1,0 +1,239 @@
+#include "platform/runtime_error.h"
+#include "platform/sndfile/sndfile_reader.h"
+#include "platform/sndfile/take_writer.h"
+#include "tests/platform/audio/outside_tool.h"
+#include "tests/platform/audio/temp_folder.h"
+
+#include <algorithm>
+#include <cmath>
+#include <gtest/gtest.h>
+#include <sys/stat.h>
+
+namespace orvel {
+namespace {
+
+using test::runTool;
+using test::TempFolder;
+
+std::vector<std::int16_t> readAll(AudioFileReader &reader) {
+    std::vector<std::int16_t> samples;
+    for (QByteArray block = reader.readBlock(); !block.isEmpty(); block = reader.readBlock()) {
+        const auto *first = reinterpret_cast<const std::int16_t *>(block.constData());
+        samples.insert(samples.end(), first, first + block.size() / 2);
+    }
+    return samples;
+}
+
+int errorStateOf(const QString &path) {
+    SndfileReader reader;
+    reader.open(path);
+    return reader.errorState();
+}
+
+/// A take of two seconds with a tone that grows from silence to full scale.
+std::vector<std::int16_t> growingTone() {
+    std::vector<std::int16_t> samples(88'200);
+    for (std::size_t i = 0; i < samples.size(); ++i) {
+        const double t = static_cast<double>(i);
+        samples[i] = static_cast<std::int16_t>(std::lrint(32'000 * t / 88'200 * std::sin(t * 0.0712)));
+    }
+    return samples;
+}
+
+class SndfileReaderTest : public testing::Test {
+  protected:
+    SndfileReaderTest() : take(folder.path("take.wav")), samples(growingTone()) {
+        TakeWriter writer(take);
+        writer.push(samples);
+        writer.finish();
+    }
+
+    /// The take as another program writes it in another format.
+    QString converted(const char *name, const QStringList &soxFormat) {
+        const QString path = folder.path(name);
+        const QStringList arguments = QStringList{QStringLiteral("-D"), take} + soxFormat + QStringList{path};
+        EXPECT_EQ(runTool(QStringLiteral("sox"), arguments).exitCode, 0);
+        return path;
+    }
+
+    void expectSameWithin(const QString &path, int tolerance) {
+        SndfileReader reader;
+        reader.open(path);
+        ASSERT_EQ(reader.errorState(), 0);
+        EXPECT_EQ(reader.frames(), 88'200);
+        const std::vector<std::int16_t> read = readAll(reader);
+        ASSERT_EQ(read.size(), samples.size());
+        int worst = 0;
+        for (std::size_t i = 0; i < read.size(); ++i) {
+            worst = std::max(worst, std::abs(read[i] - samples[i]));
+        }
+        EXPECT_LE(worst, tolerance);
+    }
+
+    TempFolder folder;
+    QString take;
+    std::vector<std::int16_t> samples;
+};
+
+TEST_F(SndfileReaderTest, GivesATakeBitForBit) {
+    SndfileReader reader;
+    reader.open(take);
+    EXPECT_EQ(reader.errorState(), 0);
+    EXPECT_EQ(reader.sampleRate(), 44100);
+    EXPECT_EQ(reader.channels(), 1);
+    EXPECT_EQ(reader.bytesPerFrame(), 2);
+    EXPECT_EQ(reader.frames(), 88'200);
+    EXPECT_EQ(readAll(reader), samples);
+    EXPECT_TRUE(reader.readBlock().isEmpty());
+    reader.close();
+    EXPECT_TRUE(reader.readBlock().isEmpty());
+    EXPECT_EQ(reader.frames(), 0);
+}
+
+TEST_F(SndfileReaderTest, ReadsEveryDepth) {
+    expectSameWithin(converted("24.wav", {"-b", "24"}), 0);
+    expectSameWithin(converted("32.wav", {"-b", "32"}), 0);
+    expectSameWithin(converted("f32.wav", {"-e", "float", "-b", "32"}), 0);
+    expectSameWithin(converted("f64.wav", {"-e", "float", "-b", "64"}), 0);
+    expectSameWithin(converted("8.wav", {"-b", "8"}), 256);
+    expectSameWithin(converted("mu.wav", {"-e", "u-law"}), 1024);
+}
+
+TEST_F(SndfileReaderTest, ReadsStereoAtAnotherRate) {
+    SndfileReader reader;
+    reader.open(converted("48.wav", {"-r", "48000", "-c", "2", "-b", "24"}));
+    EXPECT_EQ(reader.errorState(), 0);
+    EXPECT_EQ(reader.sampleRate(), 48'000);
+    EXPECT_EQ(reader.channels(), 2);
+    EXPECT_EQ(reader.bytesPerFrame(), 4);
+    EXPECT_EQ(reader.frames(), 96'000);
+    const std::vector<std::int16_t> read = readAll(reader);
+    ASSERT_EQ(read.size(), 192'000U);
+    EXPECT_EQ(read[150'000], read[150'001]);
+}
+
+TEST_F(SndfileReaderTest, LimitsFloatingPointBeyondFullScale) {
+    const QString loud = folder.path("loud.wav");
+    const QStringList arguments{"-v", "error", "-i", take, "-af", "volume=4", "-c:a", "pcm_f32le", loud};
+    ASSERT_EQ(runTool("ffmpeg", arguments).exitCode, 0);
+    SndfileReader reader;
+    reader.open(loud);
+    const std::vector<std::int16_t> read = readAll(reader);
+    ASSERT_EQ(read.size(), samples.size());
+    EXPECT_EQ(*std::max_element(read.begin(), read.end()), 32767);
+    EXPECT_EQ(*std::min_element(read.begin(), read.end()), -32768);
+    const auto same = [&](std::size_t i) { return read[i] == std::clamp(samples[i] * 4, -32768, 32767); };
+    for (std::size_t i = 0; i < read.size(); ++i) {
+        ASSERT_TRUE(same(i)) << i;
+    }
+}
+
+TEST_F(SndfileReaderTest, ReadsMp3AtItsExactLength) {
+    const QString mp3 = folder.path("take.mp3");
+    ASSERT_EQ(runTool("lame", {"--quiet", "-b", "320", take, mp3}).exitCode, 0);
+    expectSameWithin(mp3, 1200);
+}
+
+TEST_F(SndfileReaderTest, ReadsMp3BehindATitleAndAPicture) {
+    const QString picture = folder.path("p.jpg");
+    test::writeContent(picture, QByteArray::fromHex("ffd8ffe0") + QByteArray(90'000, '\xff'));
+    const QString mp3 = folder.path("titel.mp3");
+    ASSERT_EQ(runTool("lame", {"--quiet", "-b", "320", "--tt", "Tïtel", "--ti", picture, take, mp3}).exitCode, 0);
+    ASSERT_TRUE(test::contentOf(mp3).startsWith("ID3"));
+    expectSameWithin(mp3, 1200);
+}
+
+TEST_F(SndfileReaderTest, ReadsMp3WithoutLengthTag) {
+    const QString mp3 = folder.path("t.mp3");
+    ASSERT_EQ(runTool("lame", {"--quiet", "-t", "-b", "128", take, mp3}).exitCode, 0);
+    SndfileReader reader;
+    reader.open(mp3);
+    ASSERT_EQ(reader.errorState(), 0);
+    EXPECT_NEAR(static_cast<double>(readAll(reader).size()), 88'200, 3 * 1152);
+}
+
+TEST_F(SndfileReaderTest, ReadsWhatIsThereOfAFileThatWasCutOff) {
+    for (const char *name : {"cut.wav", "cut.mp3"}) {
+        const QString path = folder.path(name);
+        ASSERT_EQ(runTool("sox", {take, path}).exitCode, 0);
+        const QByteArray content = test::contentOf(path);
+        test::writeContent(path, content.left(content.size() / 2 + 1));
+        SndfileReader reader;
+        reader.open(path);
+        ASSERT_EQ(reader.errorState(), 0) << name;
+        EXPECT_NEAR(static_cast<double>(readAll(reader).size()), 44'100, 2500) << name;
+    }
+}
+
+TEST_F(SndfileReaderTest, ATakeWithoutSamplesEndsAtOnce) {
+    const QString path = folder.path("leeg.wav");
+    TakeWriter(path).finish();
+    SndfileReader reader;
+    reader.open(path);
+    EXPECT_EQ(reader.errorState(), 0);
+    EXPECT_EQ(reader.frames(), 0);
+    EXPECT_TRUE(reader.readBlock().isEmpty());
+}
+
+TEST_F(SndfileReaderTest, TellsWhatItCannotRead) {
+    EXPECT_EQ(errorStateOf(folder.path("is er niet.wav")), -1);
+    EXPECT_EQ(errorStateOf(folder.path()), -1);
+    test::writeContent(folder.path("leeg.wav"), {});
+    EXPECT_EQ(errorStateOf(folder.path("leeg.wav")), -2);
+    test::writeContent(folder.path("tekst.mp3"), QByteArray("Dit is geen geluid. ").repeated(500));
+    EXPECT_EQ(errorStateOf(folder.path("tekst.mp3")), -2);
+    test::writeContent(folder.path("kop.wav"), test::contentOf(take).left(30));
+    EXPECT_EQ(errorStateOf(folder.path("kop.wav")), -2);
+    test::writeContent(folder.path("rommel.raw"), QByteArray(5000, '\x55'));
+    EXPECT_EQ(errorStateOf(folder.path("rommel.raw")), -2);
+}
+
+TEST_F(SndfileReaderTest, DoesNotWaitForAPipe) {
+    const QString pipe = folder.path("pipe.wav");
+    ASSERT_EQ(mkfifo(pipe.toLocal8Bit().constData(), 0600), 0);
+    EXPECT_EQ(errorStateOf(pipe), -1);
+}
+
+TEST_F(SndfileReaderTest, CanBeOpenedAgainAfterAFailure) {
+    SndfileReader reader;
+    reader.open(folder.path("is er niet.wav"));
+    EXPECT_EQ(reader.errorState(), -1);
+    EXPECT_EQ(reader.channels(), 0);
+    EXPECT_TRUE(reader.readBlock().isEmpty());
+    reader.open(take);
+    EXPECT_EQ(reader.errorState(), 0);
+    EXPECT_EQ(readAll(reader), samples);
+}
+
+/// Damage must neither crash nor hang; what is read is anybody's guess, its amount is not.
+TEST_F(SndfileReaderTest, SurvivesDamagedFiles) {
+    for (const char *name : {"d.wav", "d.mp3"}) {
+        const QString path = folder.path(name);
+        ASSERT_EQ(runTool("sox", {take, path}).exitCode, 0);
+        const QByteArray good = test::contentOf(path);
+        std::uint32_t random = 1;
+        for (int round = 0; round < 200; ++round) {
+            QByteArray bad = good.left(20'000);
+            for (int i = 0; i < 20; ++i) {
+                random = random * 1664525 + 1013904223;
+                const qsizetype range = i < 10 ? 64 : bad.size();
+                bad[static_cast<qsizetype>(random >> 8) % range] = static_cast<char>(random);
+            }
+            test::writeContent(path, bad);
+            SndfileReader reader;
+            reader.open(path);
+            try {
+                std::size_t total = 0;
+                for (QByteArray b = reader.readBlock(); !b.isEmpty() && total < 10'000'000; b = reader.readBlock()) {
+                    total += static_cast<std::size_t>(b.size());
+                }
+                EXPECT_LT(total, 10'000'000U) << round;
+            } catch (const RuntimeError &error) {
+                EXPECT_EQ(error.number(), ErrorNumber::DeviceError);
+            }
+        }
+    }
+}
+
+} // namespace
+} // namespace orvel
