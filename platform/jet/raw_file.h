@@ -1,0 +1,46 @@
+#pragma once
+
+#include <compare>
+#include <cstdint>
+#include <filesystem>
+#include <functional>
+#include <memory>
+#include <span>
+
+namespace orvel::jet {
+
+/// Tells two files with the same path apart.
+struct FileIdentity {
+    std::uint64_t device = 0;
+    std::uint64_t file = 0;
+    auto operator<=>(const FileIdentity &) const = default;
+};
+
+/// A file read and written at positions in bytes. Every failing call throws Error.
+class RawFile {
+  public:
+    enum class Mode { Read, Write };
+
+    virtual ~RawFile() = default;
+
+    [[nodiscard]] virtual std::uint64_t size() const = 0;
+    [[nodiscard]] virtual FileIdentity identity() const = 0;
+    /// Reads exactly this many bytes; a file that ends before throws Damaged.
+    virtual void read(std::uint64_t at, std::span<std::uint8_t> into) const = 0;
+    virtual void write(std::uint64_t at, std::span<const std::uint8_t> bytes) = 0;
+    /// Returns when the disk has the bytes.
+    virtual void sync() = 0;
+    /// Keeps others from writing until the file is closed. Throws Locked when somebody holds the file.
+    virtual void lock() = 0;
+};
+
+/// Opens an existing ordinary file. Write mode throws AccessDenied for a file marked read-only, whoever asks.
+std::unique_ptr<RawFile> openRawFile(const std::filesystem::path &path, RawFile::Mode mode);
+
+/// How a file is opened; tests put a failing disk here.
+using FileOpener = std::function<std::unique_ptr<RawFile>(const std::filesystem::path &, RawFile::Mode)>;
+
+/// Whether this file (of any kind) is open or locked elsewhere at the moment.
+bool isHeld(const std::filesystem::path &path);
+
+} // namespace orvel::jet

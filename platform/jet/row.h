@@ -1,0 +1,45 @@
+#pragma once
+
+#include "platform/jet/table_definition.h"
+
+#include <optional>
+
+namespace orvel::jet {
+
+/// Where the values stand in a row's bytes (HACKING document, "Row Definition").
+class Row {
+  public:
+    /// Throws Error (Damaged) for a row too short for its own null mask.
+    Row(const Format &format, const TableDefinition &table, const ByteView &bytes);
+
+    /// Whether the row is younger than the column. A row that is not has no place for the column's value.
+    [[nodiscard]] bool knows(const Column &column) const { return column.number < columns_; }
+    /// Position in the row of the byte with the column's bit of the null mask; the row knows the column.
+    [[nodiscard]] std::size_t maskByte(const Column &column) const { return mask_ + column.number / 8U; }
+    /// The column's bit there.
+    [[nodiscard]] static std::uint8_t maskBit(const Column &column) {
+        return static_cast<std::uint8_t>(1U << (column.number % 8U));
+    }
+    /// A yes/no value, or for other types whether there is a value.
+    [[nodiscard]] bool bit(const Column &column) const;
+    /// Position in the row of a fixed column's value, none when the row ends its fixed values before it.
+    [[nodiscard]] std::optional<std::size_t> fixedPlace(const Column &column) const;
+    /// A value's bytes, none for null. Throws Error (Damaged).
+    [[nodiscard]] std::optional<ByteView> field(const Column &column) const;
+
+  private:
+    [[nodiscard]] std::size_t variableCount() const;
+    [[nodiscard]] std::size_t variableOffset(std::size_t entry) const;
+    [[nodiscard]] std::size_t jet3Offset(std::size_t entry) const;
+    [[nodiscard]] std::optional<ByteView> variableField(const Column &column) const;
+
+    ByteView bytes_;
+    bool jet3_;
+    bool hasVariables_;
+    std::size_t head_;
+    std::size_t columns_;
+    std::size_t mask_;
+    std::size_t tail_; ///< where the count of variable columns stands
+};
+
+} // namespace orvel::jet

@@ -1,0 +1,162 @@
+#include "platform/jet/value_writer.h"
+
+#include "platform/jet/lock_file.h"
+
+#include <algorithm>
+#include <cmath>
+#include <limits>
+
+namespace orvel::jet {
+
+namespace {
+
+using Bytes = std::vector<std::uint8_t>;
+
+constexpr double moneyScale = 10000.0;
+
+template <typename Integer>
+bool fitsInteger(double number) {
+    return std::nearbyint(number) >= static_cast<double>(std::numeric_limits<Integer>::min()) &&
+           std::nearbyint(number) <= static_cast<double>(std::numeric_limits<Integer>::max());
+}
+
+double toNumber(const Value &value) {
+    if (const auto *integer = std::get_if<std::int32_t>(&value)) {
+        return *integer;
+    }
+    if (const auto *number = std::get_if<double>(&value)) {
+        return *number;
+    }
+    throw Error(Fault::NotUpdatable, "geen getal");
+}
+
+/// The stored form, in the low bytes.
+std::uint64_t encode(ColumnType type, double number) {
+    switch (type) {
+    case ColumnType::Single:
+        return std::bit_cast<std::uint32_t>(static_cast<float>(number));
+    case ColumnType::Double:
+        return std::bit_cast<std::uint64_t>(number);
+    case ColumnType::Money:
+        return static_cast<std::uint64_t>(std::llrint(number * moneyScale));
+    default:
+        return static_cast<std::uint64_t>(std::llrint(number));
+    }
+}
+
+void setBit(Bytes &page, std::size_t at, std::uint8_t bit, bool on) {
+    page[at] = static_cast<std::uint8_t>(on ? page[at] | bit : page[at] & ~bit);
+}
+
+/// Changes one value in the page's bytes; the row starts at rowStart.
+void apply(Bytes &page, std::size_t rowStart, const Row &row, const Change &change) {
+    const Column &column = *change.column;
+    if (!isWritable(column)) {
+        throw Error(Fault::NotUpdatable, column.indexed ? "het veld hoort bij een index" : "");
+    }
+    if (!row.knows(column)) {
+        throw Error(Fault::NotUpdatable, "de regel is ouder dan het veld");
+    }
+    const std::size_t maskAt = rowStart + row.maskByte(column);
+    if (column.type == ColumnType::YesNo) {
+        setBit(page, maskAt, Row::maskBit(column), std::get<bool>(change.value));
+        return;
+    }
+    const std::optional<std::size_t> place = row.fixedPlace(column);
+    if (!place) {
+        throw Error(Fault::NotUpdatable, "de regel heeft geen plaats voor het veld");
+    }
+    const std::uint64_t stored = encode(column.type, toNumber(change.value));
+    for (std::size_t i = 0; i < storedSize(column.type); ++i) {
+        page[rowStart + *place + i] = static_cast<std::uint8_t>(stored >> (8 * i));
+    }
+    setBit(page, maskAt, Row::maskBit(column), true);
+}
+
+bool sameBytes(const ByteView &a, const ByteView &b) {
+    return std::ranges::equal(a.bytes(), b.bytes());
+}
+
+/// Whether the file still says of this row what was read.
+bool isUnchanged(PageStore &read, PageStore &now, const TableDefinition &table, const RowPlace &place) {
+    return now.format() == read.format() && now.file().identity() == read.file().identity() &&
+           readDefinition(now, table.page) == table && sameBytes(now.page(place.headPage), read.page(place.headPage)) &&
+           sameBytes(now.page(place.page), read.page(place.page)) &&
+           locateRow(now, table, place.headPage, place.headSlot) == place;
+}
+
+void restore(PageStore &now, std::uint32_t number, const Bytes &before) {
+    try {
+        now.write(number, before);
+        now.file().sync();
+    } catch (const Error &) {
+        // The caller tells what went wrong first; a disk that also refuses this cannot be helped from here.
+    }
+}
+
+void writeAndCompare(const FileOpener &open, const std::filesystem::path &path, PageStore &now, std::uint32_t number,
+                     const Bytes &page) {
+    const Bytes before(now.page(number).bytes().begin(), now.page(number).bytes().end());
+    try {
+        now.write(number, page);
+        now.file().sync();
+        PageStore again(open, path, RawFile::Mode::Read);
+        if (!std::ranges::equal(again.page(number).bytes(), page)) {
+            throw Error(Fault::InOut, "de schijf gaf iets anders terug dan er geschreven is");
+        }
+    } catch (const Error &) {
+        restore(now, number, before);
+        throw;
+    }
+}
+
+} // namespace
+
+bool isWritable(const Column &column) {
+    const bool number = column.fixed && storedSize(column.type) != 0 && column.type != ColumnType::Date;
+    return (number || column.type == ColumnType::YesNo) && !column.automatic && !column.indexed;
+}
+
+bool fits(ColumnType type, double number) {
+    if (!std::isfinite(number)) {
+        return false;
+    }
+    switch (type) {
+    case ColumnType::Byte:
+        return fitsInteger<std::uint8_t>(number);
+    case ColumnType::Int16:
+        return fitsInteger<std::int16_t>(number);
+    case ColumnType::Int32:
+        return fitsInteger<std::int32_t>(number);
+    case ColumnType::Money:
+        return std::abs(number) <= 922337203685477.0;
+    case ColumnType::Single:
+        return std::abs(number) <= static_cast<double>(std::numeric_limits<float>::max());
+    default:
+        return type == ColumnType::Double;
+    }
+}
+
+void writeValues(const FileOpener &open, const std::filesystem::path &path, PageStore &read,
+                 const TableDefinition &table, const RowPlace &place, const std::vector<Change> &changes) {
+    if (isDatabaseInUse(path)) {
+        throw Error(Fault::Locked, "");
+    }
+    PageStore now(open, path, RawFile::Mode::Write);
+    now.file().lock();
+    if (!isUnchanged(read, now, table, place)) {
+        throw Error(Fault::Locked, "het bestand is intussen gewijzigd");
+    }
+    const ByteView before = now.page(place.page);
+    const Row row(now.format(), table, rowBytes(now, place));
+    Bytes page(before.bytes().begin(), before.bytes().end());
+    for (const Change &change : changes) {
+        apply(page, place.start, row, change);
+    }
+    if (!std::ranges::equal(before.bytes(), page)) {
+        writeAndCompare(open, path, now, place.page, page);
+    }
+    read.replace(place.page, page);
+}
+
+} // namespace orvel::jet
