@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/audio.h"
+#include "platform/card_list.h"
+#include "platform/pulse/pulse_server.h"
+#include "platform/sndfile/take_writer.h"
+
+#include <atomic>
+#include <chrono>
+#include <memory>
+#include <optional>
+
+struct pa_stream;
+
+namespace orvel {
+
+/// Records from a source of the server. The stream is nailed to its source: when that vanishes, the recording says so
+/// instead of going on with another microphone.
+class PulseRecorder : public WaveRecorder {
+  public:
+    PulseRecorder(PulseServer &server, const CardList &cards) : server_(server), cards_(cards) {}
+    ~PulseRecorder() override;
+    PulseRecorder(const PulseRecorder &) = delete;
+    PulseRecorder(PulseRecorder &&) = delete;
+    PulseRecorder &operator=(const PulseRecorder &) = delete;
+    PulseRecorder &operator=(PulseRecorder &&) = delete;
+
+    void setDevice(int device) override;
+    void setFileName(const QString &path) override { path_ = path; }
+    void start() override;
+    void stop() override;
+    [[nodiscard]] bool isRecording() const override { return stream_ != nullptr; }
+    RecorderStatus status() override;
+
+  private:
+    friend struct PulseRecorderCallbacks;
+    void openStream(const QByteArray &source);
+    void closeStream();
+    void drain();
+    [[nodiscard]] std::chrono::microseconds heldByServer();
+    // The server's thread.
+    void takeSamples();
+    void sourceSuspended(bool suspended);
+
+    PulseServer &server_;
+    const CardList &cards_;
+    QString path_;
+    int device_ = 0;
+    QString source_;
+    pa_stream *stream_ = nullptr;
+    std::unique_ptr<TakeWriter> writer_; ///< of the running or the latest take
+    std::atomic<bool> lost_{false};
+    std::atomic<std::int64_t> received_{0};                               ///< frames
+    std::optional<std::chrono::steady_clock::time_point> suspendedSince_; ///< server's thread only
+};
+
+} // namespace orvel

@@ -1,0 +1,326 @@
+#include "platform/pulse/pulse_sound_card.h"
+#include "tests/platform/audio/full_disk.h"
+#include "tests/platform/audio/outside_tool.h"
+#include "tests/platform/audio/private_pulse.h"
+#include "tests/platform/audio/temp_folder.h"
+
+#include <QFile>
+
+#include <chrono>
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <optional>
+#include <thread>
+#include <unistd.h>
+
+namespace orvel {
+namespace {
+
+using namespace std::chrono_literals;
+using test::counting;
+using test::errorOf;
+using test::PrivatePulse;
+using test::samplesOf;
+using test::soxStat;
+using test::TempFolder;
+
+/// Waits until something is true, ten seconds at most; tells whether it came true.
+template <typename Condition>
+bool comesTrue(Condition condition) {
+    for (int i = 0; i < 1000; ++i) {
+        if (condition()) {
+            return true;
+        }
+        std::this_thread::sleep_for(10ms);
+    }
+    return false;
+}
+
+QStringList namesOf(const AudioRecord &record) {
+    QStringList names;
+    for (int device = 1; device <= record.deviceCount(); ++device) {
+        names << record.deviceName(device);
+    }
+    return names;
+}
+
+class PulseTest : public testing::Test {
+  protected:
+    /// A card for what the server has now.
+    SoundCard &connect() { return card.emplace(); }
+
+    bool isMuted(const char *sink) { return pulse.pactl({"get-sink-mute", sink}).contains("yes"); }
+
+    QString tone(const char *name, const char *seconds, const char *hertz) {
+        QString path = folder.path(name);
+        EXPECT_EQ(test::runTool("sox", {"-n", "-r", "44100", "-c", "1", "-b", "16", path, "synth", seconds, "sine",
+                                        hertz, "gain", "-6"})
+                      .exitCode,
+                  0);
+        return path;
+    }
+
+    void startTake(const char *name) {
+        take = folder.path(name);
+        card->recorder().setFileName(take);
+        card->recorder().start();
+    }
+
+    void waitForFrames(std::int64_t frames) {
+        ASSERT_TRUE(comesTrue([&] { return card->recorder().status().frames >= frames; }));
+    }
+
+    TempFolder folder;
+    PrivatePulse pulse;
+    std::optional<PulseSoundCard> card; // gone before the server
+    QString take;
+};
+
+TEST_F(PulseTest, ListsRealInputsBeforeMonitors) {
+    pulse.loadNullSink("B");
+    pulse.loadNullSink("A");
+    pulse.load("module-remap-source",
+               {"master=B.monitor", "source_name=z-mic", "source_properties=device.description=Microfoon"});
+    AudioRecord &record = connect().audioRecord();
+    EXPECT_EQ(namesOf(record), (QStringList{"Microfoon", "Monitor of A", "Monitor of B"}));
+    EXPECT_EQ(record.currentDevice(), 1);
+    EXPECT_TRUE(record.canRecord(1));
+    EXPECT_FALSE(record.canRecord(0));
+    EXPECT_FALSE(record.canRecord(4));
+    EXPECT_EQ(record.lineCount(), 1);
+    EXPECT_EQ(record.currentLine(), 1);
+    EXPECT_EQ(record.lineName(), "Microfoon") << "a source without ports is one line with its name";
+}
+
+TEST_F(PulseTest, FollowsCardsThatComeAndGo) {
+    const int a = pulse.loadNullSink("A");
+    pulse.loadNullSink("B");
+    AudioRecord &record = connect().audioRecord();
+    record.setCurrentDevice(2);
+    EXPECT_FALSE(record.refresh());
+    pulse.unload(a);
+    ASSERT_TRUE(comesTrue([&] { return record.refresh() && record.deviceCount() == 1; }));
+    EXPECT_EQ(record.currentDevice(), 1) << "B is still the chosen one";
+    pulse.loadNullSink("A");
+    ASSERT_TRUE(comesTrue([&] { return record.refresh() && record.deviceCount() == 2; }));
+    EXPECT_EQ(record.currentDevice(), 2);
+}
+
+TEST_F(PulseTest, FindsAServerThatComesLater) {
+    pulse.kill();
+    AudioRecord &record = connect().audioRecord();
+    EXPECT_EQ(record.deviceCount(), 0);
+    EXPECT_EQ(record.currentDevice(), 0);
+    EXPECT_FALSE(record.canRecord(1));
+    EXPECT_EQ(record.lineCount(), 0);
+    EXPECT_EQ(errorOf([&] { startTake("a.wav"); }), 57);
+    EXPECT_EQ(errorOf([&] { card->audioPlayer().setOutputMute(true); }), 0) << "there is nothing to mute";
+    pulse.restart();
+    pulse.loadNullSink("A");
+    EXPECT_TRUE(comesTrue([&] { return record.refresh() && record.deviceCount() == 1; }));
+    EXPECT_EQ(errorOf([&] { startTake("a.wav"); }), 0);
+}
+
+TEST_F(PulseTest, RecordsWhatIsPlayedFromTheCardThatWasChosen) {
+    pulse.loadNullSink("A");
+    pulse.loadNullSink("B");
+    const QString low = tone("low.wav", "3", "440");
+    const QString high = tone("high.wav", "3", "2000");
+    connect().recorder().setDevice(1);
+    startTake("één take.wav");
+    const pid_t toA = pulse.play(low, "A");
+    const pid_t toB = pulse.play(high, "B");
+    EXPECT_EQ(test::waitForTool(toA), 0);
+    EXPECT_EQ(test::waitForTool(toB), 0);
+    EXPECT_NEAR(card->recorder().status().peak, 0.5, 0.02);
+    card->recorder().stop();
+    const RecorderStatus status = card->recorder().status();
+    EXPECT_FALSE(status.deviceLost);
+    EXPECT_EQ(status.overruns, 0);
+    EXPECT_EQ(status.frames, static_cast<std::int64_t>(samplesOf(take).size()));
+    const QStringList speech{"silence", "1", "0.01", "1%", "reverse", "silence", "1", "0.01", "1%", "reverse"};
+    EXPECT_NEAR(soxStat(take, "Length (seconds)", speech), 3, 0.05) << "the whole tone, without a hole";
+    EXPECT_NEAR(soxStat(take, "Rough   frequency", speech), 2000, 20);
+    EXPECT_NEAR(soxStat(take, "RMS     amplitude", speech), 0.354, 0.01);
+}
+
+/// Samples that a pipe brings to the server, with nothing in between.
+TEST_F(PulseTest, TakesEverySampleOnceAndInOrder) {
+    const QString pipe = folder.path("pipe");
+    ASSERT_GE(pulse.load("module-pipe-source",
+                         {"source_name=mic", "file=" + pipe, "format=s16le", "rate=44100", "channels=1"}),
+              0);
+    connect();
+    startTake("a.wav");
+    const std::vector<std::int16_t> samples = counting(44100 * 2);
+    const int out = open(pipe.toLocal8Bit().constData(), O_WRONLY);
+    ASSERT_GE(out, 0);
+    const auto *bytes = reinterpret_cast<const char *>(samples.data());
+    for (std::size_t at = 0; at < samples.size() * 2;) {
+        const ssize_t count = write(out, bytes + at, std::min<std::size_t>(1764, samples.size() * 2 - at));
+        ASSERT_GT(count, 0);
+        at += static_cast<std::size_t>(count);
+        std::this_thread::sleep_for(5ms);
+    }
+    card->recorder().stop(); // at once: the end is still in the pipe or in the server
+    close(out);
+    EXPECT_EQ(samplesOf(take), samples);
+}
+
+TEST_F(PulseTest, ATakeIsAsLongAsTheClockSays) {
+    pulse.loadNullSink("A");
+    connect();
+    startTake("a.wav");
+    std::this_thread::sleep_for(2s);
+    const auto before = std::chrono::steady_clock::now();
+    card->recorder().stop();
+    EXPECT_LT(std::chrono::steady_clock::now() - before, 400ms) << "the button must come back soon";
+    EXPECT_NEAR(static_cast<double>(samplesOf(take).size()), 2 * 44100, 44100 * 0.15);
+}
+
+TEST_F(PulseTest, KeepsAndTellsATakeWhoseCardVanished) {
+    const int a = pulse.loadNullSink("A");
+    pulse.loadNullSink("B");
+    connect();
+    startTake("a.wav");
+    const pid_t player = pulse.play(tone("t.wav", "5", "440"), "A");
+    waitForFrames(44100);
+    EXPECT_FALSE(card->recorder().status().deviceLost);
+    pulse.unload(a);
+    EXPECT_TRUE(comesTrue([&] { return card->recorder().status().deviceLost; }));
+    test::waitForTool(player);
+    EXPECT_TRUE(card->recorder().isRecording());
+    const std::int64_t frames = card->recorder().status().frames;
+    std::this_thread::sleep_for(300ms);
+    EXPECT_LE(card->recorder().status().frames - frames, 4410) << "it must not go on from another card";
+    EXPECT_EQ(errorOf([&] { card->recorder().stop(); }), 0);
+    EXPECT_TRUE(card->recorder().status().deviceLost) << "told also after the stop";
+    EXPECT_GE(samplesOf(take).size(), 44100U);
+    EXPECT_GT(soxStat(take, "Maximum amplitude"), 0.45);
+    // The chosen card is not there, the other one is.
+    EXPECT_EQ(errorOf([&] { startTake("b.wav"); }), 57);
+    EXPECT_FALSE(QFile::exists(take)) << "a card that cannot record must not touch the file";
+    EXPECT_TRUE(comesTrue([&] { return card->audioRecord().refresh(); }));
+    card->recorder().setDevice(0);
+    EXPECT_EQ(errorOf([&] { startTake("b.wav"); }), 0);
+    EXPECT_FALSE(card->recorder().status().deviceLost);
+}
+
+TEST_F(PulseTest, KeepsAndTellsATakeWhoseServerDied) {
+    pulse.loadNullSink("A");
+    connect();
+    startTake("a.wav");
+    waitForFrames(22050);
+    pulse.kill();
+    EXPECT_TRUE(comesTrue([&] { return card->recorder().status().deviceLost; }));
+    EXPECT_EQ(errorOf([&] { card->recorder().stop(); }), 0);
+    EXPECT_GE(samplesOf(take).size(), 22050U);
+    EXPECT_EQ(errorOf([&] { startTake("b.wav"); }), 57);
+    EXPECT_TRUE(comesTrue([&] { return card->audioRecord().refresh(); }));
+    EXPECT_EQ(card->audioRecord().deviceCount(), 0);
+    pulse.restart();
+    pulse.loadNullSink("A");
+    EXPECT_TRUE(comesTrue([&] { return card->audioRecord().refresh() && card->audioRecord().deviceCount() == 1; }));
+    EXPECT_EQ(errorOf([&] { startTake("b.wav"); }), 0);
+    waitForFrames(4410);
+}
+
+TEST_F(PulseTest, AServerThatHangsDoesNotHangTheProgram) {
+    pulse.loadNullSink("A");
+    connect();
+    startTake("a.wav");
+    waitForFrames(22050);
+    pulse.freeze(true);
+    const auto before = std::chrono::steady_clock::now();
+    EXPECT_EQ(errorOf([&] { card->recorder().stop(); }), 0);
+    EXPECT_EQ(errorOf([&] { startTake("b.wav"); }), 57);
+    EXPECT_EQ(errorOf([&] { card->audioPlayer().setOutputMute(true); }), 57);
+    EXPECT_LT(std::chrono::steady_clock::now() - before, 8s);
+    EXPECT_GE(samplesOf(folder.path("a.wav")).size(), 22050U);
+    pulse.freeze(false);
+    EXPECT_TRUE(comesTrue([&] { return errorOf([&] { startTake("c.wav"); }) == 0; }));
+}
+
+TEST_F(PulseTest, ASuspendedCardLeavesAHoleOfItsOwnLengthAndTells) {
+    pulse.loadNullSink("A");
+    connect();
+    startTake("a.wav");
+    waitForFrames(22050);
+    pulse.pactl({"suspend-source", "A.monitor", "1"});
+    pulse.pactl({"suspend-sink", "A", "1"});
+    EXPECT_TRUE(comesTrue([&] { return card->recorder().status().overruns > 0; }));
+    const std::int64_t frames = card->recorder().status().frames;
+    std::this_thread::sleep_for(1s);
+    pulse.pactl({"suspend-sink", "A", "0"});
+    pulse.pactl({"suspend-source", "A.monitor", "0"});
+    waitForFrames(frames + 44100 + 4410);
+    card->recorder().stop();
+    EXPECT_FALSE(card->recorder().status().deviceLost);
+}
+
+TEST_F(PulseTest, AFileThatCannotBeMadeLeavesTheRecorderUsable) {
+    pulse.loadNullSink("A");
+    connect();
+    EXPECT_EQ(errorOf([&] { startTake("geen/map.wav"); }), 76);
+    EXPECT_FALSE(card->recorder().isRecording());
+    EXPECT_EQ(errorOf([&] { startTake("a.wav"); }), 0);
+    EXPECT_TRUE(card->recorder().isRecording());
+    EXPECT_EQ(errorOf([&] { startTake("b.wav"); }), 57) << "it records already";
+    card->recorder().stop();
+    EXPECT_FALSE(card->recorder().isRecording());
+    card->recorder().stop();
+}
+
+TEST_F(PulseTest, RefusesACardThatIsNotThere) {
+    pulse.loadNullSink("A");
+    connect().recorder().setDevice(7);
+    EXPECT_EQ(errorOf([&] { startTake("a.wav"); }), 57);
+    card->recorder().setDevice(-1);
+    EXPECT_EQ(errorOf([&] { startTake("a.wav"); }), 57);
+    EXPECT_FALSE(QFile::exists(take));
+}
+
+TEST_F(PulseTest, MutesTheDefaultOutputAndLeavesItAsItWas) {
+    pulse.loadNullSink("A");
+    pulse.loadNullSink("B");
+    pulse.pactl({"set-default-sink", "B"});
+    connect().audioPlayer().setDevice(0);
+    card->audioPlayer().setOutputMute(true);
+    EXPECT_TRUE(isMuted("B"));
+    EXPECT_FALSE(isMuted("A"));
+    card->audioPlayer().setOutputMute(false);
+    EXPECT_FALSE(isMuted("B"));
+    card->audioPlayer().setOutputMute(true);
+    card->audioPlayer().setOutputMute(true);
+    card.reset();
+    EXPECT_FALSE(isMuted("B")) << "a mute that is ours must not outlive us";
+
+    pulse.pactl({"set-sink-mute", "B", "1"});
+    connect().audioPlayer().setOutputMute(true);
+    card.reset();
+    EXPECT_TRUE(isMuted("B")) << "but the user's own stays";
+}
+
+TEST_F(PulseTest, TakesItsMuteBackFromAnOutputThatIsNoLongerTheDefault) {
+    pulse.loadNullSink("A");
+    pulse.loadNullSink("B");
+    pulse.pactl({"set-default-sink", "A"});
+    connect().audioPlayer().setOutputMute(true);
+    pulse.pactl({"set-default-sink", "B"});
+    std::this_thread::sleep_for(200ms);
+    card->audioPlayer().setOutputMute(false);
+    EXPECT_FALSE(isMuted("A"));
+}
+
+TEST(PulseWithoutServer, HasNoCards) {
+    PrivatePulse::pointNowhere();
+    PulseSoundCard card;
+    EXPECT_EQ(card.audioRecord().deviceCount(), 0);
+    EXPECT_FALSE(card.audioRecord().refresh());
+    EXPECT_FALSE(card.recorder().isRecording());
+    card.recorder().stop();
+    EXPECT_EQ(card.recorder().status().frames, 0);
+}
+
+} // namespace
+} // namespace orvel
