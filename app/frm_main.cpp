@@ -1,0 +1,227 @@
+#include "app/frm_main.h"
+
+#include "platform/audio.h"
+#include "platform/file_system.h"
+#include "platform/prompts.h"
+#include "platform/runtime_error.h"
+#include "production/transcode.h"
+#include "shell/ignore_errors.h"
+#include "shell/paths.h"
+
+#include <QCloseEvent>
+
+namespace orvel {
+
+namespace {
+
+const QString errorTitle = QStringLiteral("Foutmelding");
+
+} // namespace
+
+frmMain::frmMain(Platform &platform, QString programFolder, QString commandLine)
+    : datList(platform.databases, [this](const QString &path) { recovery.keepCopy(path); }),
+      recovery(platform.files, programFolder), platform_(platform), programFolder_(std::move(programFolder)),
+      commandLine_(std::move(commandLine)) {
+    setObjectName(QStringLiteral("frmMain"));
+    setWindowTitle(QStringLiteral("ORVEL"));
+    setWindowIcon(QIcon(QStringLiteral(":/icons/orvel.svg")));
+    makePanels();
+    makeToolbar();
+    layOut();
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::makePanels() {
+    stepPanel = new StepPanel(this);
+    gridPanel = new GridPanel(datList, step, *stepPanel, this);
+    filePanel = new FilePanel(platform_.files, platform_.prompts, settings, step, *gridPanel, this);
+    completion_ = std::make_unique<Completion>(platform_.files, platform_.prompts, settings, datList, *gridPanel,
+                                               *filePanel);
+    const auto tellIt = [this](const QString &sentence) { tell(sentence); };
+    recorderPanel = new RecorderPanel({platform_, settings, programFolder_, step, *gridPanel, *stepPanel, recovery,
+                                       [](const QString &) {}, tellIt},
+                                      this);
+    savePanel = new SavePanel({platform_, settings, programFolder_, step, *gridPanel, *completion_, recovery, tellIt,
+                               [this](bool busy) { setBusy(busy); }, [this] { notYetAvailable(); }},
+                              this);
+    cardPanel = new CardPanel(platform_, this);
+    meterPanel = new MeterPanel(this);
+    processorPanel = new ProcessorPanel(this);
+    connect(recorderPanel, &RecorderPanel::takeReady, savePanel->cmdSave, &QWidget::setEnabled);
+    connect(recorderPanel, &RecorderPanel::levelChanged, meterPanel, &MeterPanel::setLevel);
+    connect(recorderPanel->cmdPlay, &QPushButton::clicked, this, &frmMain::notYetAvailable);
+    connect(savePanel->cmdImport, &QPushButton::clicked, this, &frmMain::notYetAvailable);
+    connect(gridPanel, &GridPanel::previewWanted, this, &frmMain::notYetAvailable);
+}
+
+bool frmMain::Form_Load() {
+    loadSettings();
+    if (!checkSoundCard()) {
+        return false;
+    }
+    savePanel->setFormat(mp3Format(settings.BitRate, settings.FreeFormat));
+    fillCards();
+    platform_.sound.audioPlayer().setDevice(settings.RecCard);
+    makeFolders();
+    filePanel->refreshNew();
+    filePanel->refreshOk();
+    recorderPanel->CountdownLeft = 4;
+    openCatalogues();
+    checkVoiceTrackFolder();
+    tabRec->setCurrentIndex(0);
+    savePanel->cmdMultivoice->setEnabled(
+        platform_.files.fileExists(joined(programFolder_, QStringLiteral("\\syncstations.mdb"))));
+    readCommandLine();
+    if (splash_) {
+        splash_->close();
+    }
+    return true;
+}
+
+void frmMain::loadSettings() {
+    LoadSettings(platform_.files, programFolder_, settings, processorSettings_);
+    processorPanel->show(processorSettings_);
+    gridPanel->steps().setStyles(applyStepStyles(settings));
+}
+
+bool frmMain::checkSoundCard() {
+    if (platform_.sound.audioRecord().deviceCount() >= 1) {
+        return true;
+    }
+    platform_.prompts.message(QStringLiteral("Geen geluidskaart gevonden !"), QStringLiteral("Fatale fout"),
+                              MessageIcon::Critical);
+    return false;
+}
+
+void frmMain::fillCards() {
+    cardPanel->listCards();
+    cardPanel->selectCard(settings.RecCard);
+    cardPanel->BuildMixerStrips(cardPanel->lineCount());
+}
+
+void frmMain::makeFolders() {
+    for (const char *folder : {"\\new", "\\ok", "\\temp", "\\temp2"}) {
+        ignoringErrors([&] { platform_.files.makeFolder(joined(programFolder_, QString::fromLatin1(folder))); });
+    }
+}
+
+void frmMain::openCatalogues() {
+    if (!settings.Network) {
+        return;
+    }
+    const QString tracks = joined(settings.Databasepath, QStringLiteral("\\digital.mdb"));
+    if (!platform_.files.fileExists(tracks)) {
+        settings.Network = {};
+        platform_.prompts.message(
+            QStringLiteral("Databasebestanden van de server werden niet gevonden, controleer instellingen !"),
+            errorTitle, MessageIcon::Exclamation);
+        showSetup();
+        return;
+    }
+    try {
+        datTracks = platform_.databases.open(tracks)->query(QStringLiteral("SELECT * From Audio ORDER BY TrackNr"));
+        datJingles = platform_.databases.open(joined(settings.Databasepath, QStringLiteral("\\jingles.mdb")))
+                         ->query(QStringLiteral("SELECT * From jingles ORDER BY TrackNr"));
+    } catch (const RuntimeError &error) {
+        // Recording works without catalogues: the start goes on.
+        settings.Network = {};
+        platform_.prompts.message(error.report(), errorTitle, MessageIcon::Exclamation);
+    }
+}
+
+void frmMain::checkVoiceTrackFolder() {
+    if (!settings.ServerMode || platform_.files.folderExists(settings.VoicetrackPath)) {
+        return;
+    }
+    platform_.prompts.message(
+        QStringLiteral("Locatie van voicetracks op de server werd niet gevonden, controleer instellingen !"),
+        errorTitle, MessageIcon::Exclamation);
+    showSetup();
+}
+
+void frmMain::readCommandLine() {
+    RecorderOnly = commandLine_.toUpper() == QStringLiteral("-RECORDER");
+    recorderPanel->RecorderOnly = RecorderOnly;
+    savePanel->RecorderOnly = RecorderOnly;
+    if (!RecorderOnly) {
+        return;
+    }
+    filePanel->tabFiles->setEnabled(false);
+    for (int index = 1; index <= 3; ++index) {
+        tlbMain->actions().at(index - 1)->setEnabled(false);
+    }
+    gridPanel->dbgLijst->setEnabled(false);
+    savePanel->cmdImport->setEnabled(false);
+    recorderPanel->cmdRec->setEnabled(true);
+}
+
+void frmMain::tlbMain_ButtonClick(int index) {
+    switch (index) {
+    case 1:
+    case 2:
+    case 3:
+        notYetAvailable();
+        break;
+    case 4:
+        showSetup();
+        break;
+    case 5:
+        showSplash();
+        break;
+    case 6:
+        Form_QueryUnload();
+        Q_EMIT ended();
+        break;
+    default:
+        break;
+    }
+}
+
+void frmMain::showSplash() {
+    if (!about_) {
+        about_ = std::make_unique<frmSplash>(this);
+    }
+    about_->show();
+}
+
+void frmMain::showSetup() {
+    notYetAvailable();
+}
+
+void frmMain::notYetAvailable() {
+    platform_.prompts.message(tr("Dit onderdeel is in deze versie nog niet beschikbaar."), QStringLiteral("ORVEL"),
+                              MessageIcon::Information);
+}
+
+void frmMain::BewaarAudio() {
+    saveAudio(platform_.files, programFolder_, cardPanel->cobKaart->currentIndex(), processorPanel->settings());
+}
+
+void frmMain::Form_QueryUnload() {
+    // Nothing here may keep the program open, and a running take must be closed properly.
+    ignoringErrors([&] { recorderPanel->StopAudio(); });
+    try {
+        BewaarAudio();
+    } catch (const RuntimeError &error) {
+        platform_.prompts.message(error.report(), QStringLiteral("ORVEL"), MessageIcon::Exclamation);
+    }
+}
+
+void frmMain::closeEvent(QCloseEvent *event) {
+    Form_QueryUnload();
+    event->accept();
+    Q_EMIT ended();
+}
+
+void frmMain::tell(const QString &sentence) {
+    lblStatus->setText(sentence);
+}
+
+void frmMain::setBusy(bool busy) {
+    recorderPanel->setBusy(busy);
+    filePanel->setEnabled(!busy);
+    gridPanel->dbgLijst->setEnabled(!busy && !RecorderOnly);
+}
+
+} // namespace orvel

@@ -1,0 +1,94 @@
+#pragma once
+
+#include "app/frm_splash.h"
+#include "platform/database.h"
+#include "platform/platform.h"
+#include "playlist/completion.h"
+#include "playlist/current_step.h"
+#include "playlist/file_panel.h"
+#include "playlist/grid_panel.h"
+#include "production/processor_panel.h"
+#include "production/save_panel.h"
+#include "recording/card_panel.h"
+#include "recording/recorder_panel.h"
+#include "settings/settings.h"
+#include "shell/recovery.h"
+
+#include <QMainWindow>
+#include <QTabWidget>
+
+namespace orvel {
+
+/// The main window: owns the shared state, assembles the rooms' panels, starts and ends the program.
+class frmMain : public QMainWindow {
+    Q_OBJECT
+
+  public:
+    /// programFolder: where settings, playlists and work files hang. commandLine: all arguments as one text.
+    frmMain(Platform &platform, QString programFolder, QString commandLine);
+    ~frmMain() override;
+
+    /// Loads settings, sound devices, catalogues and folders, in that order. False when the program must end at once.
+    bool Form_Load();
+    void tlbMain_ButtonClick(int index);
+    /// Writes the recording card and the processor panel to the settings file.
+    void BewaarAudio();
+    void setSplash(frmSplash *splash) { splash_ = splash; }
+
+    Settings settings;
+    CurrentStep step;
+    Playlist datList;
+    Recovery recovery;
+    std::unique_ptr<RecordSet> datTracks;
+    std::unique_ptr<RecordSet> datJingles;
+    bool RecorderOnly = false;
+
+    StepPanel *stepPanel = nullptr;
+    GridPanel *gridPanel = nullptr;
+    FilePanel *filePanel = nullptr;
+    RecorderPanel *recorderPanel = nullptr;
+    SavePanel *savePanel = nullptr;
+    CardPanel *cardPanel = nullptr;
+    MeterPanel *meterPanel = nullptr;
+    ProcessorPanel *processorPanel = nullptr;
+    QTabWidget *tabRec = nullptr;
+    QToolBar *tlbMain = nullptr;
+    QLabel *lblStatus = nullptr;
+
+  Q_SIGNALS:
+    /// The program is over.
+    void ended();
+
+  protected:
+    void closeEvent(QCloseEvent *event) override;
+
+  private:
+    void makePanels();
+    void makeToolbar();
+    void layOut();
+    QWidget *recordingStrip();
+
+    void loadSettings();
+    bool checkSoundCard();
+    void fillCards();
+    void makeFolders();
+    void openCatalogues();
+    void checkVoiceTrackFolder();
+    void readCommandLine();
+    void Form_QueryUnload();
+    void showSplash();
+    void showSetup();
+    void notYetAvailable();
+    void tell(const QString &sentence);
+    void setBusy(bool busy);
+
+    Platform &platform_;
+    QString programFolder_;
+    QString commandLine_;
+    frmSplash *splash_ = nullptr;
+    std::unique_ptr<frmSplash> about_;
+    std::unique_ptr<Completion> completion_;
+    ProcessorSettings processorSettings_;
+};
+
+} // namespace orvel

@@ -1,0 +1,95 @@
+// How the main window is put together: which panel stands where.
+#include "app/frm_main.h"
+
+#include <QHBoxLayout>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+namespace orvel {
+
+namespace {
+
+struct ToolButton {
+    const char *icon;
+    const char *caption;
+    const char *toolTip;
+};
+
+constexpr std::array toolButtons = {
+    ToolButton{":/icons/print.svg", "Afdrukken", "Aktieve playlist afdrukken"},
+    ToolButton{":/icons/playlist_import.svg", "Importeren", "Playlists importeren vanaf disk"},
+    ToolButton{":/icons/playlist_export.svg", "Exporteren", "Afgewerkte playlists exporteren"},
+    ToolButton{":/icons/settings.svg", "Instellingen", "Programma instellingen"},
+    ToolButton{":/icons/information.svg", "Informatie", "Informatie over dit programma"},
+    ToolButton{":/icons/exit.svg", "Afsluiten", "Verlaat het programma"},
+};
+
+} // namespace
+
+void frmMain::makeToolbar() {
+    tlbMain = addToolBar(tr("Werkbalk"));
+    tlbMain->setObjectName(QStringLiteral("tlbMain"));
+    tlbMain->setMovable(false);
+    tlbMain->setContextMenuPolicy(Qt::PreventContextMenu);
+    tlbMain->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    int index = 0;
+    for (const ToolButton &button : toolButtons) {
+        ++index;
+        QAction *action = tlbMain->addAction(QIcon(QString::fromLatin1(button.icon)), QString::fromLatin1(button.caption));
+        action->setToolTip(QString::fromLatin1(button.toolTip));
+        connect(action, &QAction::triggered, this, [this, index] { tlbMain_ButtonClick(index); });
+    }
+}
+
+QWidget *frmMain::recordingStrip() {
+    auto *strip = new QWidget(this);
+    auto *buttons = new QHBoxLayout;
+    buttons->setSpacing(fontMetrics().height());
+    auto *side = new QVBoxLayout;
+    auto *actions = new QHBoxLayout;
+    actions->addWidget(recorderPanel->cmdPlay);
+    actions->addWidget(savePanel, 1);
+    side->addLayout(actions);
+    side->addWidget(meterPanel);
+    buttons->addWidget(recorderPanel);
+    buttons->addLayout(side, 1);
+    auto *layout = new QVBoxLayout(strip);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(stepPanel);
+    layout->addLayout(buttons);
+    return strip;
+}
+
+void frmMain::layOut() {
+    auto *lists = new QSplitter(Qt::Horizontal, this);
+    lists->addWidget(filePanel);
+    lists->addWidget(gridPanel);
+    lists->setStretchFactor(0, 0);
+    lists->setStretchFactor(1, 1);
+    lists->setChildrenCollapsible(false);
+    filePanel->setMinimumWidth(fontMetrics().averageCharWidth() * 34);
+
+    tabRec = new QTabWidget(this);
+    tabRec->setObjectName(QStringLiteral("tabRec"));
+    tabRec->setAccessibleName(tr("Opnamepanelen"));
+    tabRec->addTab(cardPanel, tr("Opname en kaart"));
+    tabRec->addTab(processorPanel, tr("Processor"));
+    tabRec->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+
+    auto *middle = new QWidget(this);
+    auto *layout = new QVBoxLayout(middle);
+    layout->addWidget(lists, 1);
+    layout->addWidget(recordingStrip());
+    layout->addWidget(tabRec);
+    setCentralWidget(middle);
+
+    lblStatus = new QLabel(this);
+    lblStatus->setObjectName(QStringLiteral("lblStatus"));
+    lblStatus->setAccessibleName(tr("Statusregel"));
+    statusBar()->addWidget(lblStatus, 1);
+    resize(1280, 800);
+}
+
+} // namespace orvel

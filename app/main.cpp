@@ -1,0 +1,66 @@
+#include "app/frm_main.h"
+#include "app/frm_splash.h"
+#include "app/orvel_application.h"
+#include "platform/jet/jet_engine.h"
+#include "platform/lame/system_audio_files.h"
+#include "platform/pulse/pulse_sound_card.h"
+#include "platform/qt/disk_file_system.h"
+#include "platform/qt/qt_prompts.h"
+#include "platform/qt/qt_timers.h"
+#include "shell/paths.h"
+#include "widgets/theme.h"
+
+#include <QLibraryInfo>
+#include <QTranslator>
+
+#include <clocale>
+
+namespace {
+
+using namespace orvel;
+
+QString commandLine() {
+    return QCoreApplication::arguments().mid(1).join(u' ');
+}
+
+/// Standard dialogs speak Dutch, whatever language the desktop has.
+void speakDutch(QApplication &application) {
+    auto *translator = new QTranslator(&application);
+    if (translator->load(QStringLiteral("qtbase_nl"), QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
+        QCoreApplication::installTranslator(translator);
+    }
+}
+
+int Main(OrvelApplication &application) {
+    DiskFileSystem files;
+    QtPrompts prompts;
+    QtTimers timers;
+    JetEngine databases;
+    SystemAudioFiles audioFiles;
+    PulseSoundCard sound;
+    Platform platform{sound, audioFiles, databases, files, prompts, timers};
+    application.setPrompts(prompts);
+
+    frmSplash splash;
+    splash.show();
+    QCoreApplication::processEvents();
+
+    frmMain window(platform, programFolder(), commandLine());
+    window.setSplash(&splash);
+    QObject::connect(&window, &frmMain::ended, &application, &QCoreApplication::quit);
+    window.show();
+    bool goesOn = false;
+    application.guard([&] { goesOn = window.Form_Load(); });
+    splash.close();
+    return goesOn ? std::max(QCoreApplication::exec(), application.exitCode()) : 1;
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    OrvelApplication application(argc, argv);
+    QCoreApplication::setApplicationName(QStringLiteral("ORVEL"));
+    applyTheme(application);
+    speakDutch(application);
+    return Main(application);
+}

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/file_system.h"
+
+namespace orvel {
+
+/// The disks of this machine.
+class DiskFileSystem : public FileSystem {
+  public:
+    [[nodiscard]] bool fileExists(const QString &path) const override;
+    [[nodiscard]] bool folderExists(const QString &path) const override;
+    [[nodiscard]] QStringList list(const QString &folder, const QString &pattern) const override;
+    [[nodiscard]] QByteArray read(const QString &path) const override;
+    void write(const QString &path, const QByteArray &content) override;
+    bool copy(const QString &source, const QString &target, const Progress &progress) override;
+    void move(const QString &source, const QString &target) override;
+    void remove(const QString &path) override;
+    void makeFolder(const QString &path) override;
+};
+
+} // namespace orvel

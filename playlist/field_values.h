@@ -1,0 +1,24 @@
+#pragma once
+
+#include <QString>
+#include <QVariant>
+
+#include <cstdint>
+
+namespace orvel {
+
+/// A field as a 32-bit whole number: halves round to the even neighbour, texts are taken where they are numbers.
+/// Throws TypeMismatch (null or no number), Overflow.
+std::int32_t toWholeNumber(const QVariant &value);
+
+/// A field as text. Throws TypeMismatch for null.
+QString toText(const QVariant &value);
+
+/// Milliseconds as seconds with one decimal, leading zero and digit grouping of the user's locale; halves round away
+/// from zero: 12345 gives 12.3.
+QString secondsOneDecimal(std::int32_t milliseconds);
+
+/// Milliseconds as seconds with as many decimals as needed, without grouping: 12345 gives 12.345, 2000 gives 2.
+QString secondsGeneral(std::int32_t milliseconds);
+
+} // namespace orvel

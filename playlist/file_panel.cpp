@@ -1,0 +1,147 @@
+#include "playlist/file_panel.h"
+
+#include "platform/file_system.h"
+#include "platform/prompts.h"
+#include "shell/ignore_errors.h"
+#include "shell/paths.h"
+
+#include <QVBoxLayout>
+
+namespace orvel {
+
+namespace {
+
+const QString playlistPattern = QStringLiteral("*.mdb");
+
+QListWidget *fileList(QWidget *parent, const char *name, const QString &accessibleName) {
+    auto *list = new QListWidget(parent);
+    list->setObjectName(QString::fromLatin1(name));
+    list->setAccessibleName(accessibleName);
+    list->setUniformItemSizes(true);
+    return list;
+}
+
+QPushButton *button(QWidget *parent, const char *name, const QString &caption, const QString &toolTip) {
+    auto *made = new QPushButton(caption, parent);
+    made->setObjectName(QString::fromLatin1(name));
+    made->setToolTip(toolTip);
+    return made;
+}
+
+QString selectedName(const QListWidget &list) {
+    const QList<QListWidgetItem *> selected = list.selectedItems();
+    return selected.isEmpty() ? QString() : selected.first()->text();
+}
+
+QWidget *page(QListWidget *list, QPushButton *deleteButton) {
+    auto *made = new QWidget;
+    auto *layout = new QVBoxLayout(made);
+    layout->addWidget(list);
+    layout->addWidget(deleteButton);
+    return made;
+}
+
+} // namespace
+
+FilePanel::FilePanel(FileSystem &files, Prompts &prompts, const Settings &settings, const CurrentStep &step,
+                     GridPanel &grid, QWidget *parent)
+    : QGroupBox(QStringLiteral("Bestanden"), parent), tabFiles(new QTabWidget(this)),
+      filNew(fileList(this, "filNew", tr("Te bewerken playlists"))),
+      cmdWisNew(button(this, "cmdWisNew", tr("Wis te bewerken"), tr("Wis de gekozen playlist, of alle"))),
+      filOK(fileList(this, "filOK", tr("Afgewerkte playlists"))),
+      cdmWisKlaar(button(this, "cdmWisKlaar", tr("Wis afgewerkte"), tr("Wis de gekozen playlist, of alle"))),
+      files_(files), prompts_(prompts), settings_(settings), step_(step), grid_(grid) {
+    tabFiles->setObjectName(QStringLiteral("tabFiles"));
+    tabFiles->setAccessibleName(tr("Playlistmappen"));
+    tabFiles->addTab(page(filNew, cmdWisNew), QStringLiteral("Te bewerken"));
+    tabFiles->addTab(page(filOK, cdmWisKlaar), QStringLiteral("Afgewerkt"));
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(tabFiles);
+    connect(tabFiles, &QTabWidget::currentChanged, this, &FilePanel::tabFiles_Click);
+    connect(filNew, &QListWidget::itemClicked, this, &FilePanel::filNew_Click);
+    connect(filNew, &QListWidget::itemActivated, this, &FilePanel::filNew_Click);
+    connect(cmdWisNew, &QPushButton::clicked, this, &FilePanel::cmdWisNew_Click);
+    connect(cdmWisKlaar, &QPushButton::clicked, this, &FilePanel::cdmWisKlaar_Click);
+}
+
+void FilePanel::refill(QListWidget &list, const QString &folder) {
+    const QString selected = selectedName(list);
+    list.clear();
+    list.addItems(files_.list(folder, playlistPattern));
+    const QList<QListWidgetItem *> again = list.findItems(selected, Qt::MatchExactly);
+    if (!selected.isEmpty() && !again.isEmpty()) {
+        list.setCurrentItem(again.first());
+    }
+}
+
+void FilePanel::refreshNew() {
+    refill(*filNew, settings_.NewPath);
+}
+
+void FilePanel::refreshOk() {
+    refill(*filOK, settings_.OkPath);
+}
+
+void FilePanel::tabFiles_Click() {
+    if (step_.PlaylistTakeRunning) {
+        return;
+    }
+    refreshOk();
+    refreshNew();
+}
+
+void FilePanel::filNew_Click() {
+    const QString name = selectedName(*filNew);
+    if (step_.PlaylistTakeRunning || name.isEmpty()) {
+        return;
+    }
+    grid_.openPlaylist(settings_.NewPath, name);
+}
+
+bool FilePanel::wantsDeletion(const QListWidget &list, const QString &questionForAll) {
+    // A take belongs to its playlist until it is stopped.
+    if (list.count() == 0 || step_.PlaylistTakeRunning) {
+        return false;
+    }
+    const QString name = selectedName(list);
+    const QString question = name.isEmpty() ? questionForAll
+                                            : QStringLiteral("Wenst U het bestand ") + name +
+                                                  QStringLiteral(" te verwijderen ?");
+    return prompts_.ask(question, QStringLiteral("Playlists verwijderen"));
+}
+
+QStringList FilePanel::chosenFiles(const QListWidget &list, const QString &folder) const {
+    const QString name = selectedName(list);
+    const QStringList names = name.isEmpty() ? files_.list(folder, playlistPattern) : QStringList{name};
+    QStringList paths;
+    for (const QString &file : names) {
+        paths.append(joined(folder, QStringLiteral("\\") + file));
+    }
+    return paths;
+}
+
+void FilePanel::cmdWisNew_Click() {
+    if (!wantsDeletion(*filNew, QStringLiteral("Wenst U ALLE nog te bewerken playlists te verwijderen ?"))) {
+        return;
+    }
+    ignoringErrors([&] { grid_.closePlaylist(); });
+    const QStringList paths = chosenFiles(*filNew, settings_.NewPath);
+    for (const QString &path : paths) {
+        ignoringErrors([&] { files_.remove(path); });
+    }
+    ignoringErrors([&] { refreshNew(); });
+    grid_.dbgLijst->hide();
+}
+
+void FilePanel::cdmWisKlaar_Click() {
+    if (!wantsDeletion(*filOK, QStringLiteral("Wenst U ALLE afgewerkte playlists te verwijderen ?"))) {
+        return;
+    }
+    const QStringList paths = chosenFiles(*filOK, settings_.OkPath);
+    for (const QString &path : paths) {
+        files_.remove(path);
+    }
+    refreshOk();
+}
+
+} // namespace orvel

@@ -1,0 +1,53 @@
+#pragma once
+
+#include "playlist/current_step.h"
+#include "playlist/grid_panel.h"
+#include "settings/settings.h"
+
+#include <QGroupBox>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTabWidget>
+
+namespace orvel {
+
+class FileSystem;
+class Prompts;
+
+/// The list of playlists to do and the list of finished ones, each with its delete button.
+class FilePanel : public QGroupBox {
+    Q_OBJECT
+
+  public:
+    FilePanel(FileSystem &files, Prompts &prompts, const Settings &settings, const CurrentStep &step, GridPanel &grid,
+              QWidget *parent = nullptr);
+
+    QTabWidget *const tabFiles;
+    QListWidget *const filNew;
+    QPushButton *const cmdWisNew;
+    QListWidget *const filOK;
+    QPushButton *const cdmWisKlaar;
+
+    /// Show the folders' present playlists; a selected one that is still there stays selected.
+    void refreshNew();
+    void refreshOk();
+
+    void tabFiles_Click();
+    void filNew_Click();
+    void cmdWisNew_Click();
+    void cdmWisKlaar_Click();
+
+  private:
+    /// Asks and deletes one or all playlists of a list: question for all, folder, list, and how a file is deleted.
+    bool wantsDeletion(const QListWidget &list, const QString &questionForAll);
+    [[nodiscard]] QStringList chosenFiles(const QListWidget &list, const QString &folder) const;
+    void refill(QListWidget &list, const QString &folder);
+
+    FileSystem &files_;
+    Prompts &prompts_;
+    const Settings &settings_;
+    const CurrentStep &step_;
+    GridPanel &grid_;
+};
+
+} // namespace orvel

@@ -1,0 +1,118 @@
+#include "playlist/playlist.h"
+
+#include "platform/runtime_error.h"
+#include "playlist/field_values.h"
+#include "shell/checked.h"
+#include "shell/paths.h"
+
+namespace orvel {
+
+namespace {
+
+constexpr std::array<const char *, StepColumnCount> fieldNames = {
+    "Imported", "stap",   "tijd",    "artiest",  "Titel", "Jaartal", "LengteMin", "LengteSec", "Intro",
+    "Outtro",   "mixtype", "CueStart", "Cue",      "Mix",   "Atrack",  "id",        "trackid",   "type"};
+constexpr int introColumn = 8;
+constexpr int outtroColumn = 9;
+
+} // namespace
+
+QString stepFieldName(int column) {
+    return QString::fromLatin1(fieldNames.at(static_cast<std::size_t>(column)));
+}
+
+Playlist::Playlist(DatabaseEngine &databases, std::function<void(const QString &)> beforeFirstWrite)
+    : databases_(databases), beforeFirstWrite_(std::move(beforeFirstWrite)) {}
+
+void Playlist::open(const QString &newPath, const QString &name) {
+    close();
+    fileName_ = name;
+    fullPath_ = joined(newPath, QStringLiteral("\\") + name);
+    const auto database = databases_.open(fullPath_);
+    countPresentations(*database);
+    steps_ = database->query(QStringLiteral("SELECT * FROM Steps ORDER BY [Stap]"));
+    try {
+        findFields();
+        fillTimeTables();
+    } catch (const RuntimeError &) {
+        close();
+        throw;
+    }
+}
+
+void Playlist::close() {
+    steps_.reset();
+    written_ = false;
+}
+
+void Playlist::countPresentations(Database &database) {
+    const auto slots = database.query(QStringLiteral("SELECT * FROM Steps WHERE [Type] = 2"));
+    if (slots->recordCount() >= 1) {
+        slots->moveLast();
+        presCount_ = checkedInt16(slots->recordCount());
+    }
+}
+
+void Playlist::findFields() {
+    for (int column = 0; column < StepColumnCount; ++column) {
+        fields_.at(static_cast<std::size_t>(column)) = steps_->fieldIndex(stepFieldName(column));
+    }
+}
+
+void Playlist::fillTimeTables() {
+    intro_.fill(0);
+    outtro_.fill(0);
+    for (int row = 0; row < steps_->recordCount(); ++row) {
+        const int step = row + 1;
+        if (step > lastTableIndex) {
+            throw RuntimeError(ErrorNumber::SubscriptOutOfRange, fullPath_);
+        }
+        intro_.at(static_cast<std::size_t>(step)) = toWholeNumber(value(row, introColumn));
+        outtro_.at(static_cast<std::size_t>(step)) = toWholeNumber(value(row, outtroColumn));
+    }
+}
+
+std::int32_t Playlist::tableEntry(const TimeTable &table, int stap) const {
+    if (stap < 0 || stap > lastTableIndex) {
+        throw RuntimeError(ErrorNumber::SubscriptOutOfRange, fullPath_);
+    }
+    return table.at(static_cast<std::size_t>(stap));
+}
+
+QVariant Playlist::value(int row, int column) const {
+    if (!steps_) {
+        throw RuntimeError(ErrorNumber::NoCurrentRecord);
+    }
+    return steps_->value(row, fields_.at(static_cast<std::size_t>(column)));
+}
+
+void Playlist::setValue(int row, int column, const QVariant &value) {
+    if (!steps_) {
+        throw RuntimeError(ErrorNumber::NoCurrentRecord);
+    }
+    if (!written_) {
+        beforeFirstWrite_(fullPath_);
+        written_ = true;
+    }
+    steps_->moveTo(row);
+    steps_->edit();
+    steps_->setField(fields_.at(static_cast<std::size_t>(column)), value);
+    steps_->update();
+}
+
+void Playlist::refresh() {
+    if (steps_) {
+        steps_->refresh();
+    }
+}
+
+int Playlist::firstUnfinished() const {
+    for (int row = 0; row < stepCount(); ++row) {
+        if (!value(row, ImportedColumn).toBool()) {
+            return row;
+        }
+    }
+    return -1;
+}
+
+} // namespace orvel

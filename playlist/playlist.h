@@ -1,0 +1,80 @@
+#pragma once
+
+#include "platform/database.h"
+
+#include <QString>
+
+#include <array>
+#include <cstdint>
+#include <functional>
+#include <memory>
+
+namespace orvel {
+
+/// Columns of the step grid; the number is the position in a playlist's table `Steps`.
+enum StepColumn {
+    ImportedColumn = 0,
+    StapColumn = 1,
+    MixtypeColumn = 10,
+    AtrackColumn = 14,
+    TrackidColumn = 16,
+    TypeColumn = 17,
+    StepColumnCount = 18
+};
+
+/// Field name of a grid column, as a playlist spells it.
+QString stepFieldName(int column);
+
+/// The open playlist: its steps in running order, the time tables, the number of presentation slots. Steps are
+/// addressed by row (from 0) and grid column; the fields are found by name.
+class Playlist {
+  public:
+    static constexpr int lastTableIndex = 150;
+
+    /// beforeFirstWrite: called with the playlist's path before it is changed for the first time since it was opened.
+    Playlist(DatabaseEngine &databases, std::function<void(const QString &)> beforeFirstWrite);
+
+    /// Opens newPath + "\" + name. Throws what the database layer throws, ItemNotFound for a missing field,
+    /// TypeMismatch for a null intro or outro, SubscriptOutOfRange for step 151; no playlist is usable then.
+    void open(const QString &newPath, const QString &name);
+    void close();
+    [[nodiscard]] bool isOpen() const { return steps_ != nullptr; }
+
+    [[nodiscard]] QString fileName() const { return fileName_; }
+    [[nodiscard]] QString fullPath() const { return fullPath_; }
+    /// Number of presentation slots; a playlist without any leaves the number of the one before.
+    [[nodiscard]] std::int16_t presCount() const { return presCount_; }
+    /// Lengths in milliseconds by step number, 0 to 150. Throws SubscriptOutOfRange.
+    [[nodiscard]] std::int32_t intro(int stap) const { return tableEntry(intro_, stap); }
+    [[nodiscard]] std::int32_t outtro(int stap) const { return tableEntry(outtro_, stap); }
+
+    [[nodiscard]] int stepCount() const { return steps_ ? steps_->recordCount() : 0; }
+    [[nodiscard]] QVariant value(int row, int column) const;
+    /// Stores a yes/no or a number at once. Throws what RecordSet::update() throws.
+    void setValue(int row, int column, const QVariant &value);
+    /// Reads the file again.
+    void refresh();
+    /// The first row whose `Imported` is false; -1 when every step is done.
+    [[nodiscard]] int firstUnfinished() const;
+
+  private:
+    using TimeTable = std::array<std::int32_t, lastTableIndex + 1>;
+
+    [[nodiscard]] std::int32_t tableEntry(const TimeTable &table, int stap) const;
+    void countPresentations(Database &database);
+    void findFields();
+    void fillTimeTables();
+
+    DatabaseEngine &databases_;
+    std::function<void(const QString &)> beforeFirstWrite_;
+    std::unique_ptr<RecordSet> steps_;
+    std::array<int, StepColumnCount> fields_{};
+    QString fileName_;
+    QString fullPath_;
+    TimeTable intro_{};
+    TimeTable outtro_{};
+    std::int16_t presCount_ = 0;
+    bool written_ = false;
+};
+
+} // namespace orvel

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "settings/settings.h"
+
+#include <QColor>
+#include <QString>
+
+#include <map>
+
+namespace orvel {
+
+/// Codes of the field `type` that the program tells apart by number.
+enum StepType { TrackStep = 1, PresStep = 2, JingleStep = 3 };
+
+/// Name of the style set for rows of a type code: "Track", "Pres", "Jingle", "Tijd", "Event", "Promo"; empty for codes
+/// that have none.
+QString styleName(int type);
+
+/// A colour as the settings file keeps it: red in the low byte, blue in the high one.
+QColor fromStoredColour(std::int32_t stored);
+
+struct StepStyle {
+    QColor back;
+    QColor text;
+
+    bool operator==(const StepStyle &) const = default;
+};
+
+/// The six style sets by name.
+using StepStyles = std::map<QString, StepStyle>;
+
+/// The style sets from the twelve colours of the settings. Advertising's colours are those of "Promo".
+StepStyles applyStepStyles(const Settings &settings);
+
+} // namespace orvel

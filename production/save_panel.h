@@ -1,0 +1,87 @@
+#pragma once
+
+#include "platform/audio_file.h"
+#include "platform/platform.h"
+#include "playlist/completion.h"
+#include "playlist/current_step.h"
+#include "playlist/grid_panel.h"
+#include "settings/settings.h"
+#include "shell/recovery.h"
+#include "widgets/gauge.h"
+#include "widgets/lamp.h"
+
+#include <QPushButton>
+
+#include <functional>
+#include <memory>
+
+namespace orvel {
+
+/// What saving needs of the rest of the program; all of it outlives the panel.
+struct SaveContext {
+    Platform &platform;
+    const Settings &settings;
+    const QString &programFolder;
+    CurrentStep &step;
+    GridPanel &grid;
+    Completion &completion;
+    Recovery &recovery;
+    /// One sentence for the status line.
+    std::function<void(const QString &sentence)> tell;
+    /// True while a take is being converted and filed: no other one may be started meanwhile.
+    std::function<void(bool busy)> setBusy;
+    /// Opens the station chooser.
+    std::function<void()> showStations;
+};
+
+/// The save button and what it does with a take: mark, encode, file, go on to the next step.
+class SavePanel : public QWidget {
+    Q_OBJECT
+
+  public:
+    explicit SavePanel(SaveContext context, QWidget *parent = nullptr);
+    ~SavePanel() override;
+
+    QPushButton *const cmdSave;
+    QPushButton *const cmdImport;
+    QPushButton *const cmdMultivoice;
+    Lamp *const ledMulti;
+    Gauge *const barProgress;
+
+    bool RecorderOnly = false;
+
+    /// The format of the files to write; without one nothing can be converted.
+    void setFormat(const Mp3Format &format);
+    [[nodiscard]] AudioFileWriter &writer() { return *FileW_; }
+
+    void cmdSave_Click();
+    void cmdMultivoice_Click();
+    /// Converts with progress in barProgress; the window stays responsive. False when it failed: the MP3 is gone then.
+    bool TranscodeToMp3(const QString &wavPath, const QString &mp3Path);
+
+  private:
+    struct Take {
+        QString name;
+        QString wav;
+        QString mp3;
+    };
+
+    [[nodiscard]] Take take() const;
+    /// The mode-dependent part of saving; false when the save button must stay enabled.
+    bool save();
+    bool saveAs(const Take &take);
+    bool saveForPlaylist(const Take &take);
+    /// Converts, then moves the take's WAV to safety: it is dropped when the MP3 has been filed.
+    QString encodeAndKeep(const Take &take);
+    [[nodiscard]] bool fileVoiceTrack(const Take &take);
+    [[nodiscard]] bool shellCopy(const QString &source, const QString &target);
+    void settle(const QString &kept, bool filed, const Take &take);
+
+    SaveContext context_;
+    std::unique_ptr<AudioFileReader> FileR_;
+    std::unique_ptr<AudioFileWriter> FileW_;
+    bool saving_ = false;
+    bool converted_ = false;
+};
+
+} // namespace orvel

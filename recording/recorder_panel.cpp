@@ -1,0 +1,284 @@
+#include "recording/recorder_panel.h"
+
+#include "platform/audio.h"
+#include "platform/file_system.h"
+#include "platform/prompts.h"
+#include "platform/runtime_error.h"
+#include "shell/checked.h"
+#include "shell/paths.h"
+#include "widgets/theme.h"
+
+#include <QGridLayout>
+
+namespace orvel {
+
+namespace {
+
+const QString startCaption = QStringLiteral("START OPNAME");
+const QString stopCaption = QStringLiteral("STOP OPNAME");
+const QColor blue(0x00, 0x00, 0xFF);
+const QColor yellow(0xFF, 0xFF, 0x00);
+const QColor red(0xFF, 0x00, 0x00);
+
+QPushButton *button(QWidget *parent, const char *name, const QString &caption, const QString &toolTip,
+                    const char *icon) {
+    auto *made = new QPushButton(QIcon(QString::fromLatin1(icon)), caption, parent);
+    made->setObjectName(QString::fromLatin1(name));
+    made->setToolTip(toolTip);
+    return made;
+}
+
+QLabel *notice(QWidget *parent, const char *name, const QString &text) {
+    auto *label = new QLabel(text, parent);
+    label->setObjectName(QString::fromLatin1(name));
+    label->setProperty("role", QStringLiteral("attention"));
+    label->setAlignment(Qt::AlignCenter);
+    QSizePolicy keepsItsPlace = label->sizePolicy();
+    keepsItsPlace.setRetainSizeWhenHidden(true);
+    label->setSizePolicy(keepsItsPlace);
+    label->hide();
+    return label;
+}
+
+TimeDisplay *display(QWidget *parent, const char *name, TimeDisplay::Fields fields, const QString &accessibleName) {
+    auto *made = new TimeDisplay(fields, parent);
+    made->setObjectName(QString::fromLatin1(name));
+    made->setAccessibleName(accessibleName);
+    return made;
+}
+
+} // namespace
+
+RecorderPanel::RecorderPanel(RecorderContext context, QWidget *parent)
+    : QWidget(parent),
+      cmdRec(button(this, "cmdRec", startCaption, QStringLiteral("Opname starten/stoppen"), ":/icons/record.svg")),
+      cmdPlay(button(this, "cmdPlay", QStringLiteral("Beluister Opname"), QStringLiteral("Beluister opname"),
+                     ":/icons/listen.svg")),
+      ledCount(display(this, "ledCount", TimeDisplay::Fields::Seconds, tr("Aftelling"))),
+      ledTijd(display(this, "ledTijd", TimeDisplay::Fields::HoursMinutesSecondsMillis, tr("Opnametijd"))),
+      lblOpname(notice(this, "lblOpname", QStringLiteral("OPNAME LOOPT"))),
+      lblProcess(notice(this, "lblProcess", QStringLiteral("SOUNDPROCESSING..."))), context_(std::move(context)),
+      tmrCountDown_(context_.platform.timers.create(1000, MissedTicks::Drop, [this] { tmrCountDown_Timer(); })),
+      tmrRec_(context_.platform.timers.create(10, MissedTicks::CatchUp, [this] { tmrRec_Timer(); })),
+      tmrWatch_(context_.platform.timers.create(40, MissedTicks::Drop, [this] { watchRecorder(); })) {
+    cmdRec->setProperty("role", QStringLiteral("record"));
+    cmdRec->setEnabled(false);
+    cmdPlay->setEnabled(false);
+    layOut();
+    connect(cmdRec, &QPushButton::clicked, this, &RecorderPanel::cmdRec_Click);
+    connect(&context_.grid, &GridPanel::stepFileChanged, cmdRec, &QWidget::setEnabled);
+    connect(&context_.grid, &GridPanel::playAllowed, cmdPlay, &QWidget::setEnabled);
+    connect(this, &RecorderPanel::takeReady, cmdPlay, &QWidget::setEnabled);
+}
+
+RecorderPanel::~RecorderPanel() = default;
+
+void RecorderPanel::layOut() {
+    const int line = fontMetrics().height();
+    cmdRec->setMinimumSize(line * 14, line * 4);
+    ledCount->setMinimumHeight(line * 3);
+    ledTijd->setMinimumHeight(line * 3);
+    auto *countCaption = new QLabel(tr("Aftelling"), this);
+    auto *timeCaption = new QLabel(tr("Opnametijd"), this);
+    for (QLabel *caption : {countCaption, timeCaption}) {
+        caption->setProperty("role", QStringLiteral("caption"));
+    }
+    auto *grid = new QGridLayout(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->setHorizontalSpacing(line);
+    grid->addWidget(cmdRec, 0, 0, 2, 1);
+    grid->addWidget(countCaption, 0, 1);
+    grid->addWidget(ledCount, 1, 1);
+    grid->addWidget(timeCaption, 0, 2);
+    grid->addWidget(ledTijd, 1, 2);
+    grid->addWidget(lblOpname, 0, 3);
+    grid->addWidget(lblProcess, 1, 3, Qt::AlignCenter);
+    grid->setRowStretch(1, 1);
+}
+
+QString RecorderPanel::takePath() const {
+    return takeFile(context_.programFolder, QStringLiteral("\\temp\\"), context_.step.VoiceTrackName,
+                    QStringLiteral(".wav"));
+}
+
+void RecorderPanel::cmdRec_Click() {
+    if (cmdRec->text() != startCaption) {
+        stop();
+        return;
+    }
+    if (chooseTake()) {
+        beginCountDown();
+    }
+}
+
+bool RecorderPanel::chooseTake() {
+    if (RecorderOnly) {
+        const QString name = context_.platform.prompts
+                                 .input(QStringLiteral("Geef een naam voor dit bestand (ZONDER EXTENSIE)"),
+                                        QStringLiteral("Bestandsnaam"))
+                                 .trimmed();
+        if (name.isEmpty()) {
+            return false;
+        }
+        static_cast<void>(takeFile(context_.programFolder, QStringLiteral("\\temp\\"), name, QStringLiteral(".wav")));
+        context_.step.VoiceTrackName = name;
+        return true;
+    }
+    if (!context_.step.StepSelected) {
+        return false;
+    }
+    static_cast<void>(takePath());
+    context_.grid.setCurrentImported(false);
+    context_.grid.dbgLijst_RowColChange();
+    return true;
+}
+
+void RecorderPanel::beginCountDown() {
+    CountdownLeft = checkedInt16(context_.settings.Countdown + 1);
+    BarExhausted = false;
+    tmrCountDown_->setEnabled(true);
+    Q_EMIT takeReady(false);
+    if (context_.settings.Mute) {
+        context_.platform.sound.audioPlayer().setOutputMute(true);
+    }
+    if (!RecorderOnly) {
+        context_.step.PlaylistTakeRunning = true;
+    }
+}
+
+void RecorderPanel::tmrCountDown_Timer() {
+    CountdownLeft = checkedInt16(CountdownLeft - 1);
+    ledCount->setSeconds(CountdownLeft);
+    if (CountdownLeft != 0) {
+        return;
+    }
+    lblOpname->show();
+    tmrCountDown_->setEnabled(false);
+    tmrRec_->setEnabled(true);
+    try {
+        StartRecorder();
+    } catch (const RuntimeError &) {
+        // Nothing records: the window must not look as if it did, and the next click must start anew.
+        backToIdle();
+        throw;
+    }
+}
+
+void RecorderPanel::StartRecorder() {
+    const QString path = takePath();
+    if (context_.platform.files.fileExists(path)) {
+        context_.recovery.keep(path);
+    }
+    WaveRecorder &wavRec = context_.platform.sound.recorder();
+    wavRec.setFileName(path);
+    wavRec.start();
+    setCaption(true);
+    ElapsedMs = 0;
+    toldOverruns_ = 0;
+    tmrWatch_->setEnabled(true);
+}
+
+void RecorderPanel::StartOpname() {
+    setCaption(true);
+    ElapsedMs = 0;
+    tmrRec_->setEnabled(true);
+}
+
+void RecorderPanel::StopAudio() {
+    context_.platform.sound.recorder().stop();
+}
+
+void RecorderPanel::setCaption(bool recording) {
+    cmdRec->setText(recording ? stopCaption : startCaption);
+    setRecording(*cmdRec, recording);
+}
+
+void RecorderPanel::tmrRec_Timer() {
+    ElapsedMs = checkedInt32(std::int64_t{ElapsedMs} + 10);
+    showElapsed();
+    moveBar();
+}
+
+void RecorderPanel::showElapsed() {
+    constexpr std::int32_t second = 1000;
+    constexpr std::int32_t minute = 60 * second;
+    constexpr std::int32_t hour = 60 * minute;
+    const std::int16_t ElapsedHours = checkedInt16(ElapsedMs / hour);
+    const std::int16_t ElapsedMinutes = checkedInt16(ElapsedMs % hour / minute);
+    const std::int16_t ElapsedSeconds = checkedInt16(ElapsedMs % minute / second);
+    const std::int16_t ElapsedMillis = checkedInt16(ElapsedMs % second);
+    ledTijd->setTime(ElapsedHours, ElapsedMinutes, ElapsedSeconds, ElapsedMillis);
+}
+
+void RecorderPanel::moveBar() {
+    Gauge &barRec = *context_.stepPanel.barRec;
+    if (!BarExhausted && barRec.value() >= 1) {
+        barRec.setValue(barRec.value() - 10);
+        const bool overOutro = barRec.value() > barRec.maximum() - context_.step.PrevOutroMs;
+        barRec.setBarColour(overOutro ? blue : yellow);
+        return;
+    }
+    barRec.setMaximum(100);
+    barRec.setValue(100);
+    barRec.setBarColour(red);
+    BarExhausted = true;
+}
+
+void RecorderPanel::stop() {
+    lblOpname->hide();
+    // A take whose end is damaged is still a take: the window goes back to idle before the report.
+    std::exception_ptr failure;
+    try {
+        context_.platform.sound.recorder().stop();
+        if (context_.settings.UseProcessor) {
+            context_.AudioProcessing(takePath());
+        }
+    } catch (const RuntimeError &) {
+        failure = std::current_exception();
+    }
+    backToIdle();
+    if (failure) {
+        std::rethrow_exception(failure);
+    }
+}
+
+void RecorderPanel::backToIdle() {
+    lblOpname->hide();
+    tmrRec_->setEnabled(false);
+    tmrCountDown_->setEnabled(false);
+    tmrWatch_->setEnabled(false);
+    setCaption(false);
+    Q_EMIT levelChanged(0.0F);
+    Q_EMIT takeReady(true);
+    PlayFlag = false;
+    if (!RecorderOnly) {
+        context_.step.PlaylistTakeRunning = false;
+    }
+    if (context_.settings.Mute) {
+        context_.platform.sound.audioPlayer().setOutputMute(false);
+    }
+}
+
+void RecorderPanel::watchRecorder() {
+    const RecorderStatus status = context_.platform.sound.recorder().status();
+    Q_EMIT levelChanged(status.peak);
+    if (status.overruns > toldOverruns_) {
+        toldOverruns_ = status.overruns;
+        context_.tell(tr("Let op: er zit een gat in deze opname; beluister ze of neem opnieuw op."));
+    }
+    if (!status.deviceLost && !status.diskFull) {
+        return;
+    }
+    const QString what = status.deviceLost ? tr("De geluidskaart is verdwenen tijdens de opname.")
+                                           : tr("De schijf is vol: de opname kon niet verder worden weggeschreven.");
+    stop();
+    context_.platform.prompts.message(what + u'\n' + tr("Wat al was opgenomen, is bewaard."),
+                                      QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
+}
+
+void RecorderPanel::setBusy(bool busy) {
+    cmdRec->setEnabled(!busy && (RecorderOnly || context_.step.StepSelected));
+    cmdPlay->setEnabled(!busy);
+}
+
+} // namespace orvel

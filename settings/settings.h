@@ -1,0 +1,71 @@
+#pragma once
+
+#include "shell/drive_map.h"
+
+#include <QString>
+
+#include <cstdint>
+
+namespace orvel {
+
+class FileSystem;
+
+/// A truth value of the settings: 16 bits, all of them set for true.
+class Truth {
+  public:
+    Truth() = default;
+    Truth(bool on) : bits_(on ? std::int16_t{-1} : std::int16_t{0}) {} // NOLINT(google-explicit-constructor)
+    operator bool() const { return bits_ != 0; }                      // NOLINT(google-explicit-constructor)
+    [[nodiscard]] std::int16_t bits() const { return bits_; }
+
+  private:
+    std::int16_t bits_ = 0;
+};
+
+/// The station's settings, read once at the start. Folders are texts as stored; colours hold red in the low byte.
+struct Settings {
+    QString Databasepath;
+    QString ImportPath;
+    QString ExportPath;
+    QString VoicetrackPath;
+    QString NewPath;
+    QString OkPath;
+    Truth Nodelete;
+    std::int16_t CBuffers = 0;
+    std::int16_t Cbuffer_size = 0;
+    std::int16_t CCard = 0;
+    std::int16_t CCallBack = 0; ///< 0 "Windows", 1 "Callback", 2 "Thread"
+    std::int16_t RecCard = 0;   ///< position in the list of cards
+    Truth Mute;
+    std::int16_t BitRate = 0; ///< 0 to 4: 128, 192, 256, 320, 350 kbit/s
+    Truth Network;
+    Truth ServerMode;
+    std::int16_t Countdown = 0; ///< seconds
+    Truth UseProcessor;
+    std::int32_t MusBack = 0, JingBack = 0, RecBack = 0, EventBack = 0, TijdBack = 0, PresBack = 0;
+    std::int32_t MusTxt = 0, jingTxt = 0, RecTxt = 0, EventTxt = 0, TijdTxt = 0, PresTxt = 0;
+    Truth FreeFormat; ///< write 350 kbit/s as true free format
+};
+
+/// The processor panel: check boxes as 0 or 1, displays as they stand.
+struct ProcessorSettings {
+    int chkAmp = 0, chkNorm = 0, chkTrim = 0, chkComp = 0, chkReverb = 0;
+    std::int32_t ledAmp = 0, ledNorm = 0, ledTrim = 0, ledAttack = 0;
+    std::int32_t ledCompTreshold = 0, ledCompRate = 0, ledCompRMS = 0;
+    std::int32_t ledRevDelay = 0, ledRevDepth = 0, ledRevDecay = 0, ledRevRate = 0;
+};
+
+/// Reads "\orvel.ini" of the program folder. Nothing in it can fail: a value that cannot be converted leaves its field
+/// as it was, and reading goes on.
+void LoadSettings(FileSystem &files, const QString &programFolder, Settings &settings, ProcessorSettings &processor);
+
+/// The section [Drives].
+DriveMap loadDrives(FileSystem &files, const QString &programFolder);
+
+/// Writes the recording card's list position and the processor panel. Throws what FileSystem::write() throws.
+void saveAudio(FileSystem &files, const QString &programFolder, int recCard, const ProcessorSettings &processor);
+
+/// Writes what the setup dialog edits. Throws what FileSystem::write() throws.
+void saveSetup(FileSystem &files, const QString &programFolder, const Settings &settings);
+
+} // namespace orvel

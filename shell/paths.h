@@ -1,0 +1,19 @@
+#pragma once
+
+#include <QString>
+
+namespace orvel {
+
+/// The folder that settings, playlists and work files hang under: the environment's ORVEL_HOME or else the program's
+/// own folder; without a separator at its end.
+QString programFolder();
+
+/// A stored folder with a literal that begins with a backslash, joined as they stand. Where paths have no backslashes,
+/// those of the literal become separators.
+QString joined(const QString &folder, const QString &literal);
+
+/// folder + literalFolder + name + extension for a name that comes from a database or the user. Throws BadFileName when
+/// the name would leave the folder or cannot be a file name.
+QString takeFile(const QString &folder, const QString &literalFolder, const QString &name, const QString &extension);
+
+} // namespace orvel

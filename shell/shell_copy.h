@@ -1,0 +1,23 @@
+#pragma once
+
+#include "platform/platform.h"
+
+#include <QString>
+
+class QWidget;
+
+namespace orvel {
+
+/// What a copy did; the caller of a take that was not copied must not delete it.
+struct ShellCopyResult {
+    int copied = 0;
+    int skipped = 0; ///< the presenter said no, or stopped, or the disk failed
+};
+
+/// Copies Source (a file, or a folder and a wildcard pattern) to Destination (a folder or a file name) with a progress
+/// window under Title for copies that take long, and a question before a file is overwritten or a folder is made.
+/// Silent: no window and no questions. No matching source: nothing happens. A failure is shown, never thrown.
+ShellCopyResult ShellCopyFile(Platform &platform, QWidget *Owner, const QString &Source, const QString &Destination,
+                              bool Silent, const QString &Title);
+
+} // namespace orvel
