@@ -52,6 +52,10 @@ class WaveRecorder {
     /// never set.
     virtual void setDevice(int device) = 0;
     virtual void setFileName(const QString &path) = 0;
+    /// Opens the card ahead of start(), which then begins at once: a card that sleeps takes a while to wake up, and
+    /// would lose the first syllable. Meant for the begin of a count-down. Never fails; start() tells what is wrong.
+    /// The card stays open until stop().
+    virtual void prepare() = 0;
     /// Overwrites an existing file, but not before the card is ready. Throws DeviceError (the card, or it records
     /// already), PathNotFound, PathAccess, PermissionDenied, DiskFull (the file).
     virtual void start() = 0;

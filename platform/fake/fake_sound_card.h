@@ -19,6 +19,7 @@ class FakeRecorder : public WaveRecorder {
   public:
     void setDevice(int device) override { device_ = device; }
     void setFileName(const QString &path) override { path_ = path; }
+    void prepare() override { ++prepared_; }
     void start() override;
     void stop() override;
     [[nodiscard]] bool isRecording() const override { return recording_; }
@@ -30,6 +31,7 @@ class FakeRecorder : public WaveRecorder {
 
     QString path_;
     int device_ = -1;
+    int prepared_ = 0;
     bool recording_ = false;
     bool unplugged_ = false;
     std::int64_t toneAt_ = 0;
@@ -88,6 +90,8 @@ class FakeSoundCard : public SoundCard {
     [[nodiscard]] const std::vector<bool> &muteLog() const { return player_.muteLog_; }
     /// File names of the takes that were started, in their order.
     [[nodiscard]] const QStringList &takes() const { return recorder_.takes_; }
+    /// How often prepare() was called.
+    [[nodiscard]] int prepared() const { return recorder_.prepared_; }
     /// As last set, counted from 0; -1 when never set.
     [[nodiscard]] int recorderDevice() const { return recorder_.device_; }
     [[nodiscard]] int playerDevice() const { return player_.device_; }

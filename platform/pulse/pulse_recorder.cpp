@@ -36,12 +36,7 @@ std::int64_t framesIn(std::chrono::microseconds time) {
 struct PulseRecorderCallbacks {
     static PulseRecorder &recorder(void *user) { return *static_cast<PulseRecorder *>(user); }
 
-    static void state(pa_stream *stream, void *user) {
-        if (!PA_STREAM_IS_GOOD(pa_stream_get_state(stream))) {
-            recorder(user).lost_.store(true, std::memory_order_relaxed);
-        }
-        recorder(user).server_.wakeWaiters();
-    }
+    static void state(pa_stream * /*stream*/, void *user) { recorder(user).streamChanged(); }
 
     static void read(pa_stream * /*stream*/, std::size_t /*bytes*/, void *user) { recorder(user).takeSamples(); }
 
@@ -61,17 +56,22 @@ void PulseRecorder::setDevice(int device) {
     source_ = cards_.key(device + 1);
 }
 
+void PulseRecorder::prepare() {
+    if (recording_) {
+        return;
+    }
+    try {
+        openStream();
+    } catch (const RuntimeError &) {
+        // start() tries again and tells.
+    }
+}
+
 void PulseRecorder::start() {
-    if (stream_ != nullptr) {
+    if (recording_) {
         throwDeviceError("er loopt al een opname");
     }
-    if (source_.isEmpty()) {
-        source_ = cards_.key(device_ + 1); // it was not there yet when the number was set
-    }
-    if (source_.isEmpty()) {
-        throwDeviceError("de geluidskaart is niet gevonden");
-    }
-    openStream(source_.toUtf8());
+    openStream();
     try {
         writer_ = std::make_unique<TakeWriter>(path_);
     } catch (...) {
@@ -79,45 +79,62 @@ void PulseRecorder::start() {
         throw;
     }
     const PulseServer::Lock lock(server_);
-    // Not earlier: they use the writer.
-    pa_stream_set_read_callback(stream_, PulseRecorderCallbacks::read, this);
-    pa_stream_set_suspended_callback(stream_, PulseRecorderCallbacks::suspended, this);
-    if (pa_operation *operation = pa_stream_cork(stream_, 0, nullptr, nullptr)) {
-        pa_operation_unref(operation);
+    received_.store(0, std::memory_order_relaxed);
+    takeLost_.store(streamLost_.load(std::memory_order_relaxed), std::memory_order_relaxed);
+    suspendedSince_.reset();
+    take_.store(writer_.get(), std::memory_order_release);
+    recording_ = true;
+}
+
+bool PulseRecorder::hasStreamOf(const QString &source) const {
+    return stream_ != nullptr && streamSource_ == source && !streamLost_.load(std::memory_order_relaxed);
+}
+
+void PulseRecorder::openStream() {
+    if (source_.isEmpty()) {
+        source_ = cards_.key(device_ + 1); // it was not there yet when the number was set
+    }
+    if (source_.isEmpty()) {
+        throwDeviceError("de geluidskaart is niet gevonden");
+    }
+    if (!hasStreamOf(source_)) {
+        closeStream();
+        connectStream(source_.toUtf8());
     }
 }
 
-void PulseRecorder::openStream(const QByteArray &source) {
+void PulseRecorder::connectStream(const QByteArray &source) {
     const PulseServer::Lock lock(server_);
-    lost_.store(false, std::memory_order_relaxed);
-    received_.store(0, std::memory_order_relaxed);
-    suspendedSince_.reset();
-    stream_ = server_.isReady() ? pa_stream_new(server_.context(), "Opname", &kTakeFormat, nullptr) : nullptr;
-    if (stream_ == nullptr) {
+    streamLost_.store(false, std::memory_order_relaxed);
+    pa_stream *stream = server_.isReady() ? pa_stream_new(server_.context(), "Opname", &kTakeFormat, nullptr) : nullptr;
+    if (stream == nullptr) {
         throwDeviceError("de geluidsserver is weg");
     }
-    pa_stream_set_state_callback(stream_, PulseRecorderCallbacks::state, this);
+    stream_ = stream;
+    streamSource_ = QString::fromUtf8(source);
+    pa_stream_set_state_callback(stream, PulseRecorderCallbacks::state, this);
+    pa_stream_set_read_callback(stream, PulseRecorderCallbacks::read, this);
+    pa_stream_set_suspended_callback(stream, PulseRecorderCallbacks::suspended, this);
     constexpr auto kServersChoice = static_cast<std::uint32_t>(-1);
     const pa_buffer_attr buffer{kServersChoice, kServersChoice, kServersChoice, kServersChoice, kPieceBytes};
-    // Silent until the file is there: a file that cannot be made loses nothing, a card that cannot record makes no
-    // file.
-    const auto flags = PA_STREAM_DONT_MOVE | PA_STREAM_START_CORKED | PA_STREAM_ADJUST_LATENCY;
-    pa_stream_connect_record(stream_, source.constData(), &buffer, static_cast<pa_stream_flags_t>(flags));
-    server_.waitUntil([this] { return pa_stream_get_state(stream_) != PA_STREAM_CREATING; }, kOpenPatience);
-    if (pa_stream_get_state(stream_) != PA_STREAM_READY) {
-        pa_stream *failed = std::exchange(stream_, nullptr);
-        pa_stream_set_state_callback(failed, nullptr, nullptr);
-        pa_stream_disconnect(failed);
-        pa_stream_unref(failed);
+    const auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY);
+    const bool asked = pa_stream_connect_record(stream, source.constData(), &buffer, flags) == 0;
+    const auto answered = [&] { return pa_stream_get_state(stream) != PA_STREAM_CREATING; };
+    if (!asked || !server_.waitUntil(answered, kOpenPatience) || pa_stream_get_state(stream) != PA_STREAM_READY) {
+        dropStream();
         throwDeviceError("de geluidskaart kan niet opnemen");
     }
 }
 
 void PulseRecorder::closeStream() {
-    if (stream_ == nullptr) {
-        return;
+    if (stream_ != nullptr) {
+        const PulseServer::Lock lock(server_);
+        dropStream();
     }
-    const PulseServer::Lock lock(server_);
+}
+
+void PulseRecorder::dropStream() {
+    take_.store(nullptr, std::memory_order_relaxed);
     pa_stream_set_state_callback(stream_, nullptr, nullptr);
     pa_stream_set_read_callback(stream_, nullptr, nullptr);
     pa_stream_set_suspended_callback(stream_, nullptr, nullptr);
@@ -127,9 +144,10 @@ void PulseRecorder::closeStream() {
 }
 
 void PulseRecorder::stop() {
-    if (stream_ == nullptr) {
+    if (!recording_) {
         return;
     }
+    recording_ = false;
     drain();
     closeStream();
     writer_->finish();
@@ -137,7 +155,7 @@ void PulseRecorder::stop() {
 
 RecorderStatus PulseRecorder::status() {
     RecorderStatus status = writer_ ? writer_->status() : RecorderStatus();
-    status.deviceLost = lost_.load(std::memory_order_relaxed);
+    status.deviceLost = takeLost_.load(std::memory_order_relaxed);
     return status;
 }
 
@@ -146,7 +164,7 @@ void PulseRecorder::drain() {
     const std::chrono::microseconds held = heldByServer();
     const std::int64_t wanted = received_.load(std::memory_order_relaxed) + framesIn(held);
     const Clock::time_point deadline = Clock::now() + held + kDrainMargin;
-    while (received_.load(std::memory_order_relaxed) < wanted && !lost_.load(std::memory_order_relaxed) &&
+    while (received_.load(std::memory_order_relaxed) < wanted && !streamLost_.load(std::memory_order_relaxed) &&
            Clock::now() < deadline) {
         std::this_thread::sleep_for(2ms);
     }
@@ -169,15 +187,24 @@ std::chrono::microseconds PulseRecorder::heldByServer() {
     return std::min(std::chrono::microseconds(latency), kMostHeld);
 }
 
+void PulseRecorder::streamChanged() {
+    if (!PA_STREAM_IS_GOOD(pa_stream_get_state(stream_))) {
+        streamLost_.store(true, std::memory_order_relaxed);
+        takeLost_.store(take_.load(std::memory_order_relaxed) != nullptr, std::memory_order_relaxed);
+    }
+    server_.wakeWaiters();
+}
+
 void PulseRecorder::takeSamples() {
+    TakeWriter *take = take_.load(std::memory_order_acquire);
     const void *data = nullptr;
     std::size_t bytes = 0;
     while (pa_stream_readable_size(stream_) > 0 && pa_stream_peek(stream_, &data, &bytes) == 0 && bytes > 0) {
         const std::size_t frames = bytes / kFrameBytes;
-        if (data != nullptr) {
-            writer_->push(std::span(static_cast<const std::int16_t *>(data), frames));
-        } else {
-            writer_->pushHole(static_cast<std::int64_t>(frames));
+        if (take != nullptr && data != nullptr) {
+            take->push(std::span(static_cast<const std::int16_t *>(data), frames));
+        } else if (take != nullptr) {
+            take->pushHole(static_cast<std::int64_t>(frames));
         }
         received_.fetch_add(static_cast<std::int64_t>(frames), std::memory_order_relaxed);
         pa_stream_drop(stream_);
@@ -186,17 +213,18 @@ void PulseRecorder::takeSamples() {
 
 /// A suspended source delivers nothing and says nothing about how long: the clock tells.
 void PulseRecorder::sourceSuspended(bool suspended) {
-    if (suspended == suspendedSince_.has_value()) {
+    TakeWriter *take = take_.load(std::memory_order_acquire);
+    if (take == nullptr || suspended == suspendedSince_.has_value()) {
         return;
     }
     if (suspended) {
         suspendedSince_ = Clock::now();
-        writer_->countOverrun();
+        take->countOverrun();
         return;
     }
     const auto away = std::chrono::duration_cast<std::chrono::microseconds>(Clock::now() - *suspendedSince_);
     suspendedSince_.reset();
-    writer_->pushHole(framesIn(away));
+    take->pushHole(framesIn(away));
 }
 
 } // namespace orvel

@@ -27,18 +27,23 @@ class PulseRecorder : public WaveRecorder {
 
     void setDevice(int device) override;
     void setFileName(const QString &path) override { path_ = path; }
+    void prepare() override;
     void start() override;
     void stop() override;
-    [[nodiscard]] bool isRecording() const override { return stream_ != nullptr; }
+    [[nodiscard]] bool isRecording() const override { return recording_; }
     RecorderStatus status() override;
 
   private:
     friend struct PulseRecorderCallbacks;
-    void openStream(const QByteArray &source);
+    [[nodiscard]] bool hasStreamOf(const QString &source) const;
+    void openStream();
+    void connectStream(const QByteArray &source);
     void closeStream();
+    void dropStream(); ///< with the server's lock held
     void drain();
     [[nodiscard]] std::chrono::microseconds heldByServer();
     // The server's thread.
+    void streamChanged();
     void takeSamples();
     void sourceSuspended(bool suspended);
 
@@ -48,10 +53,16 @@ class PulseRecorder : public WaveRecorder {
     int device_ = 0;
     QString source_;
     pa_stream *stream_ = nullptr;
+    QString streamSource_; ///< what stream_ records from
+    bool recording_ = false;
     std::unique_ptr<TakeWriter> writer_; ///< of the running or the latest take
-    std::atomic<bool> lost_{false};
-    std::atomic<std::int64_t> received_{0};                               ///< frames
-    std::optional<std::chrono::steady_clock::time_point> suspendedSince_; ///< server's thread only
+
+    // What both threads see.
+    std::atomic<TakeWriter *> take_{nullptr}; ///< where samples go; without it they go nowhere
+    std::atomic<bool> streamLost_{false};
+    std::atomic<bool> takeLost_{false};
+    std::atomic<std::int64_t> received_{0};                               ///< frames of the take
+    std::optional<std::chrono::steady_clock::time_point> suspendedSince_; ///< under the server's lock
 };
 
 } // namespace orvel

@@ -169,7 +169,8 @@ TEST_F(PulseTest, TakesEverySampleOnceAndInOrder) {
 
 TEST_F(PulseTest, ATakeIsAsLongAsTheClockSays) {
     pulse.loadNullSink("A");
-    connect();
+    connect().recorder().prepare();
+    std::this_thread::sleep_for(2500ms); // an idle null sink sleeps for two seconds at most
     startTake("a.wav");
     std::this_thread::sleep_for(2s);
     const auto before = std::chrono::steady_clock::now();
@@ -183,7 +184,7 @@ TEST_F(PulseTest, KeepsAndTellsATakeWhoseCardVanished) {
     pulse.loadNullSink("B");
     connect();
     startTake("a.wav");
-    const pid_t player = pulse.play(tone("t.wav", "5", "440"), "A");
+    const pid_t player = pulse.play(tone("t.wav", "3", "440"), "A");
     waitForFrames(44100);
     EXPECT_FALSE(card->recorder().status().deviceLost);
     pulse.unload(a);
@@ -269,6 +270,36 @@ TEST_F(PulseTest, AFileThatCannotBeMadeLeavesTheRecorderUsable) {
     card->recorder().stop();
     EXPECT_FALSE(card->recorder().isRecording());
     card->recorder().stop();
+}
+
+TEST_F(PulseTest, PreparingRecordsNothingAndFailsNever) {
+    const int a = pulse.loadNullSink("A");
+    pulse.loadNullSink("B");
+    connect().recorder().prepare();
+    card->recorder().prepare();
+    EXPECT_FALSE(card->recorder().isRecording());
+    EXPECT_EQ(card->recorder().status().frames, 0);
+    card->recorder().stop();
+    pulse.unload(a);
+    std::this_thread::sleep_for(100ms);
+    EXPECT_FALSE(card->recorder().status().deviceLost) << "no take was lost";
+    card->recorder().prepare();
+    EXPECT_EQ(errorOf([&] { startTake("a.wav"); }), 57);
+    EXPECT_TRUE(comesTrue([&] { return card->audioRecord().refresh(); }));
+    card->recorder().setDevice(0);
+    startTake("b.wav");
+    waitForFrames(4410);
+}
+
+TEST_F(PulseTest, RecordsFromTheCardChosenLastNotFromThePreparedOne) {
+    pulse.loadNullSink("A");
+    pulse.loadNullSink("B");
+    connect().recorder().prepare();
+    card->recorder().setDevice(1);
+    startTake("a.wav");
+    test::waitForTool(pulse.play(tone("t.wav", "1", "440"), "B"));
+    card->recorder().stop();
+    EXPECT_GT(soxStat(take, "Maximum amplitude"), 0.45);
 }
 
 TEST_F(PulseTest, RefusesACardThatIsNotThere) {
