@@ -163,6 +163,31 @@ void ConsoleStyle::drawComplexControl(ComplexControl control, const QStyleOption
     painter->restore();
 }
 
+QRect ConsoleStyle::subControlRect(ComplexControl control, const QStyleOptionComplex *option, SubControl part,
+                                   const QWidget *widget) const {
+    QRect rect = QProxyStyle::subControlRect(control, option, part, widget);
+    if (control == CC_ComboBox && part == SC_ComboBoxEditField) {
+        rect.adjust(option->fontMetrics.height() / 4, 0, 0, 0);
+    }
+    return rect;
+}
+
+// A little more air than Fusion gives: a combo box is as high as the fields and buttons beside it, and lists and tables
+// can be read line by line.
+QSize ConsoleStyle::sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
+                                     const QWidget *widget) const {
+    const QSize size = QProxyStyle::sizeFromContents(type, option, contents, widget);
+    const int line = option != nullptr ? option->fontMetrics.height() : 0;
+    switch (type) {
+    case CT_ComboBox:
+        return size.expandedTo({0, line * 5 / 3}) + QSize(line / 2, 0);
+    case CT_ItemViewItem:
+        return size.expandedTo({0, line * 4 / 3});
+    default:
+        return size;
+    }
+}
+
 int ConsoleStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const {
     const int line = option != nullptr ? option->fontMetrics.height() : QFontMetrics(QFont()).height();
     switch (metric) {
@@ -171,16 +196,18 @@ int ConsoleStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, co
     case PM_ExclusiveIndicatorWidth:
     case PM_ExclusiveIndicatorHeight:
         return std::max(13, line);
+    case PM_FocusFrameHMargin: // beside the text of a list's or table's cell
+        return line / 3;
     case PM_SliderThickness:
     case PM_SliderControlThickness:
-        return std::max(16, line * 3 / 2);
+        return std::max(16, line * 8 / 5);
     case PM_SliderLength:
         return std::max(11, line);
     case PM_ToolBarIconSize:
-        return std::max(24, line * 7 / 4);
+        return std::max(28, line * 2);
     case PM_ButtonIconSize:
     case PM_SmallIconSize:
-        return std::max(16, line * 6 / 5);
+        return std::max(18, line * 4 / 3);
     default:
         return QProxyStyle::pixelMetric(metric, option, widget);
     }

@@ -5,7 +5,8 @@
 namespace orvel {
 
 /// Fusion with the parts that a style sheet cannot draw without pictures, or that Fusion draws too dark to see on a
-/// dark window: check marks, radio buttons, combo boxes and sliders. Sizes follow the font.
+/// dark window: check marks, radio buttons, combo boxes and sliders. Sizes follow
+/// the font.
 class ConsoleStyle : public QProxyStyle {
     Q_OBJECT
 
@@ -16,6 +17,10 @@ class ConsoleStyle : public QProxyStyle {
                        const QWidget *widget) const override;
     void drawComplexControl(ComplexControl control, const QStyleOptionComplex *option, QPainter *painter,
                             const QWidget *widget) const override;
+    QRect subControlRect(ComplexControl control, const QStyleOptionComplex *option, SubControl part,
+                         const QWidget *widget) const override;
+    QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
+                           const QWidget *widget) const override;
     int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override;
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                   QStyleHintReturn *result) const override;

@@ -20,7 +20,7 @@ constexpr double frame = 3;
 QColor readable(const QColor &colour) {
     constexpr float lightest = 0.62F;
     const double luminance = 0.2126 * colour.redF() + 0.7152 * colour.greenF() + 0.0722 * colour.blueF();
-    if (luminance > 0.3) {
+    if (luminance > 0.15) {
         return colour;
     }
     return QColor::fromHslF(std::max(0.0F, colour.hslHueF()), colour.hslSaturationF() * 0.92F,

@@ -47,7 +47,7 @@ void Lamp::setBlinking(bool blinking) {
 }
 
 QSize Lamp::sizeHint() const {
-    const int side = fontMetrics().height() * 5 / 4;
+    const int side = fontMetrics().height() * 3 / 2;
     return {side, side};
 }
 

@@ -14,8 +14,8 @@ namespace orvel {
 
 namespace {
 
-constexpr double dotsPerLine = 8.5; // a line of normal text is as high as this many dots
-constexpr int paddingDots = 2;
+constexpr double dotsPerLine = 5.2; // a line of normal text is as high as this many dots
+constexpr int paddingDots = 1;
 constexpr int gapCharacters = 4;
 
 } // namespace
@@ -118,7 +118,7 @@ void LedLabel::paintEvent(QPaintEvent * /*event*/) {
     led::drawGlass(painter, *this);
     const double ratio = devicePixelRatioF();
     const double pitch = dotPitch();
-    const double dot = std::max(1.0, std::floor(pitch * ratio * 0.85)) / ratio;
+    const double dot = std::max(1.0, std::round(pitch * ratio * 0.78)) / ratio;
     const int shown = visibleColumns();
     const double left = std::round((width() - (shown - 1) * pitch) / 2 * ratio) / ratio;
     const double top = std::round((height() - dotRows * pitch) / 2 * ratio) / ratio;

@@ -111,12 +111,12 @@ QColor litColour(const QColor &colour, bool enabled) {
     if (enabled) {
         return colour;
     }
-    return QColor::fromHsvF(colour.hsvHueF() < 0 ? 0 : colour.hsvHueF(), colour.hsvSaturationF() * 0.35F, 0.45F);
+    return QColor::fromHsvF(colour.hsvHueF() < 0 ? 0 : colour.hsvHueF(), colour.hsvSaturationF() * 0.3F, 0.5F);
 }
 
 QColor unlitColour(const QColor &colour) {
     QColor ghost = colour;
-    ghost.setAlphaF(0.09F);
+    ghost.setAlphaF(0.085F);
     return ghost;
 }
 

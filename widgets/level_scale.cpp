@@ -50,7 +50,7 @@ void LevelScale::paintEvent(QPaintEvent * /*event*/) {
     const bool lying = orientation_ == Qt::Horizontal;
     const QRectF bar = levelBarRect(size(), orientation_, metrics);
     const double length = lying ? bar.width() : bar.height();
-    const double labelRoom = lying ? metrics.horizontalAdvance(labelOf(0)) * 1.3 : metrics.height();
+    const double labelRoom = lying ? metrics.horizontalAdvance(labelOf(0)) * 1.3 : metrics.height() * 1.25;
     const bool labelAll = length / (tickCount - 1) > labelRoom;
     painter.setPen(palette().color(isEnabled() ? QPalette::Active : QPalette::Disabled, QPalette::WindowText));
     for (int tick = 0; tick < tickCount; ++tick) {

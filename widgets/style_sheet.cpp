@@ -2,12 +2,18 @@
 
 #include "widgets/theme.h"
 
+#include <QFont>
+#include <QFontInfo>
+#include <QFontMetricsF>
+
 #include <array>
 #include <utility>
 
 namespace orvel {
 
 namespace {
+
+constexpr double large = 1.45; // a title beside normal text
 
 // A thicker frame takes the place of the margin, so that nothing moves when the focus comes.
 constexpr auto sheet = R"(
@@ -37,11 +43,11 @@ QPushButton[role="primary"]:disabled, QPushButton[role="quiet"]:disabled {
 }
 QPushButton[role="record"] {
     background: @raised; color: @text; border: 3px solid @record; border-radius: 8px; margin: 2px;
-    padding: 0.45em 0.9em; font-weight: bold; font-size: @largept;
+    padding: 0.45em 0.9em; font-weight: bold; font-size: @largept; icon-size: @iconpx;
 }
 QPushButton[role="record"]:hover { background: @hover; }
 QPushButton[role="record"]:pressed { background: @record; color: @recordText; }
-QPushButton[role="record"]:focus { border: 5px solid @record; margin: 0px; }
+QPushButton[role="record"]:focus { border: 5px solid @record; margin: 0px; background: @hover; }
 QPushButton[role="record"][recording="true"] { background: @record; color: @recordText; border-color: @record; }
 QPushButton[role="record"][recording="true"]:focus { border: 5px solid @recordText; }
 QPushButton[role="record"]:disabled { background: @panel; color: @disabled; border: 3px dashed @line; }
@@ -88,9 +94,6 @@ QAbstractItemView {
 QListView, QTreeView, QTableView { border-radius: 4px; }
 QListView:focus, QTreeView:focus, QTableView:focus { border: 1px solid @accent; }
 QAbstractItemView:disabled { color: @disabled; background: @panel; }
-QListView::item, QTreeView::item { padding: 0.2em 0.4em; }
-QListView::item:selected, QTreeView::item:selected { background: @accent; color: @accentText; }
-QListView::item:selected:!active, QTreeView::item:selected:!active { background: @hover; color: @text; }
 QHeaderView { background: @raised; border: none; }
 QHeaderView::section {
     background: @raised; color: @text; border: none; border-right: 1px solid @line; border-bottom: 1px solid @line;
@@ -130,7 +133,7 @@ QSplitter::handle:hover { background: @accent; }
 
 } // namespace
 
-QString styleSheet(const std::function<QString(ThemeRole)> &colour, double pointSize) {
+QString styleSheet(const std::function<QString(ThemeRole)> &colour, const QFont &font) {
     // A name that begins with another one comes before it.
     const std::array<std::pair<const char *, ThemeRole>, 15> names = {{
         {"@accentText", ThemeRole::AccentText},
@@ -153,7 +156,10 @@ QString styleSheet(const std::function<QString(ThemeRole)> &colour, double point
     for (const auto &[name, role] : names) {
         result.replace(QLatin1String(name), colour(role));
     }
-    return result.replace(QLatin1String("@large"), QString::number(pointSize * 1.45, 'f', 1));
+    const double largePoints = QFontInfo(font).pointSizeF() * large;
+    const int iconPixels = qRound(QFontMetricsF(font).height() * large);
+    result.replace(QLatin1String("@large"), QString::number(largePoints, 'f', 1));
+    return result.replace(QLatin1String("@icon"), QString::number(iconPixels));
 }
 
 } // namespace orvel

@@ -110,7 +110,7 @@ void applyTheme(QApplication &application, ThemeVariant variant) {
     QApplication::setStyle(new ConsoleStyle);
     QApplication::setPalette(themePalette());
     application.setStyleSheet(
-        styleSheet([](ThemeRole role) { return themeColour(role).name(); }, QApplication::font().pointSizeF()));
+        styleSheet([](ThemeRole role) { return themeColour(role).name(); }, QApplication::font()));
 }
 
 ThemeVariant currentTheme() {
