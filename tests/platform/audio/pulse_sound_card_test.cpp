@@ -153,15 +153,18 @@ TEST_F(PulseTest, TakesEverySampleOnceAndInOrder) {
     connect();
     startTake("a.wav");
     const std::vector<std::int16_t> samples = counting(44100 * 2);
+    const auto *bytes = reinterpret_cast<const char *>(samples.data());
+    const std::size_t size = samples.size() * 2;
     const int out = open(pipe.toLocal8Bit().constData(), O_WRONLY);
     ASSERT_GE(out, 0);
-    const auto *bytes = reinterpret_cast<const char *>(samples.data());
-    for (std::size_t at = 0; at < samples.size() * 2;) {
-        const ssize_t count = write(out, bytes + at, std::min<std::size_t>(1764, samples.size() * 2 - at));
+    std::size_t at = 0;
+    while (at < size - 30'000) {
+        const ssize_t count = write(out, bytes + at, 1764);
         ASSERT_GT(count, 0);
         at += static_cast<std::size_t>(count);
-        std::this_thread::sleep_for(5ms);
+        std::this_thread::sleep_for(2ms);
     }
+    ASSERT_EQ(write(out, bytes + at, size - at), static_cast<ssize_t>(size - at));
     card->recorder().stop(); // at once: the end is still in the pipe or in the server
     close(out);
     EXPECT_EQ(samplesOf(take), samples);
@@ -254,7 +257,8 @@ TEST_F(PulseTest, ASuspendedCardLeavesAHoleOfItsOwnLengthAndTells) {
     std::this_thread::sleep_for(1s);
     pulse.pactl({"suspend-sink", "A", "0"});
     pulse.pactl({"suspend-source", "A.monitor", "0"});
-    waitForFrames(frames + 44100 + 4410);
+    std::this_thread::sleep_for(300ms);
+    EXPECT_GE(card->recorder().status().frames - frames, 44100) << "the hole is in the take";
     card->recorder().stop();
     EXPECT_FALSE(card->recorder().status().deviceLost);
 }
