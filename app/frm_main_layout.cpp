@@ -2,6 +2,7 @@
 #include "app/frm_main.h"
 
 #include <QHBoxLayout>
+#include <QScrollArea>
 #include <QSplitter>
 #include <QStatusBar>
 #include <QToolBar>
@@ -25,6 +26,17 @@ constexpr std::array toolButtons = {
     ToolButton{":/icons/information.svg", "Informatie", "Informatie over dit programma"},
     ToolButton{":/icons/exit.svg", "Afsluiten", "Verlaat het programma"},
 };
+
+/// A panel that keeps its height and may be wider than the window.
+QScrollArea *scrollable(QWidget *panel) {
+    auto *area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidget(panel);
+    area->setWidgetResizable(true);
+    area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setMinimumHeight(panel->sizeHint().height() + area->fontMetrics().height());
+    return area;
+}
 
 } // namespace
 
@@ -75,7 +87,7 @@ void frmMain::layOut() {
     tabRec->setObjectName(QStringLiteral("tabRec"));
     tabRec->setAccessibleName(tr("Opnamepanelen"));
     tabRec->addTab(cardPanel, tr("Opname en kaart"));
-    tabRec->addTab(processorPanel, tr("Processor"));
+    tabRec->addTab(scrollable(processorPanel), tr("Processor"));
     tabRec->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
 
     auto *middle = new QWidget(this);
@@ -89,7 +101,9 @@ void frmMain::layOut() {
     lblStatus->setObjectName(QStringLiteral("lblStatus"));
     lblStatus->setAccessibleName(tr("Statusregel"));
     statusBar()->addWidget(lblStatus, 1);
-    resize(1280, 800);
+    statusBar()->addPermanentWidget(savePanel->barProgress);
+    // Fits a screen of 1280 x 800 with its title bar.
+    resize(1280, 750);
 }
 
 } // namespace orvel

@@ -61,9 +61,6 @@ SavePanel::SavePanel(SaveContext context, QWidget *parent)
     barProgress->setAccessibleName(QStringLiteral("Comprimeert bestand"));
     barProgress->setCaption(QStringLiteral("Comprimeert bestand"));
     barProgress->setMinimumWidth(fontMetrics().horizontalAdvance(barProgress->caption()) * 3 / 2);
-    QSizePolicy keepsItsPlace = barProgress->sizePolicy();
-    keepsItsPlace.setRetainSizeWhenHidden(true);
-    barProgress->setSizePolicy(keepsItsPlace);
     barProgress->hide();
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
@@ -71,7 +68,7 @@ SavePanel::SavePanel(SaveContext context, QWidget *parent)
     layout->addWidget(cmdImport);
     layout->addWidget(cmdMultivoice);
     layout->addWidget(ledMulti);
-    layout->addWidget(barProgress, 1);
+    layout->addStretch();
     connect(cmdSave, &QPushButton::clicked, this, &SavePanel::cmdSave_Click);
     connect(cmdMultivoice, &QPushButton::clicked, this, &SavePanel::cmdMultivoice_Click);
     connect(&context_.grid, &GridPanel::stepFileChanged, cmdImport, &QWidget::setEnabled);

@@ -75,7 +75,8 @@ RecorderPanel::~RecorderPanel() = default;
 
 void RecorderPanel::layOut() {
     const int line = fontMetrics().height();
-    cmdRec->setMinimumSize(line * 14, line * 4);
+    cmdRec->ensurePolished();
+    cmdRec->setMinimumSize(cmdRec->sizeHint().width() + line * 2, line * 4);
     ledCount->setMinimumHeight(line * 3);
     ledTijd->setMinimumHeight(line * 3);
     auto *countCaption = new QLabel(tr("Aftelling"), this);
@@ -136,6 +137,7 @@ bool RecorderPanel::chooseTake() {
 void RecorderPanel::beginCountDown() {
     CountdownLeft = checkedInt16(context_.settings.Countdown + 1);
     BarExhausted = false;
+    context_.platform.sound.recorder().prepare();
     tmrCountDown_->setEnabled(true);
     Q_EMIT takeReady(false);
     if (context_.settings.Mute) {
@@ -278,7 +280,6 @@ void RecorderPanel::watchRecorder() {
 
 void RecorderPanel::setBusy(bool busy) {
     cmdRec->setEnabled(!busy && (RecorderOnly || context_.step.StepSelected));
-    cmdPlay->setEnabled(!busy);
 }
 
 } // namespace orvel

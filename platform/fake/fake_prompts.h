@@ -1,0 +1,52 @@
+#pragma once
+
+#include "platform/prompts.h"
+
+#include <QStringList>
+
+#include <deque>
+#include <functional>
+
+namespace orvel {
+
+/// Answers questions by a script. A question that the script does not expect next, and an expectation that nobody asked
+/// for, fail the running test.
+class FakePrompts : public Prompts {
+  public:
+    ~FakePrompts() override;
+
+    void expectMessage(const QString &text, const QString &title, MessageIcon icon);
+    /// A message of which only the beginning is known (a report with a number).
+    void expectReport(const QString &beginning);
+    void expectAsk(const QString &text, const QString &title, bool answer);
+    void expectInput(const QString &prompt, const QString &title, const QString &answer);
+    void expectSaveFileName(const QString &title, const QString &proposal, const QString &answer);
+    void expectFolder(const QString &instruction, const QString &start, const QString &answer);
+    void expectColour(std::optional<std::int32_t> answer);
+    /// Runs while the next expected box is open.
+    void whileOpen(std::function<void()> action) { whileOpen_ = std::move(action); }
+    /// Expectations not met yet.
+    [[nodiscard]] std::size_t open() const { return script_.size(); }
+
+    void message(const QString &text, const QString &title, MessageIcon icon) override;
+    bool ask(const QString &text, const QString &title) override;
+    QString input(const QString &prompt, const QString &title) override;
+    QString saveFileName(const QString &title, const QString &proposal) override;
+    QString folder(const QString &instruction, const QString &start) override;
+    std::optional<std::int32_t> colour(std::int32_t initial) override;
+
+  private:
+    struct Expectation {
+        QString question; ///< kind and texts in one line
+        QString answer;
+        bool beginningOnly = false;
+    };
+
+    void expect(const QStringList &question, const QString &answer, bool beginningOnly = false);
+    QString answer(const QStringList &question);
+
+    std::deque<Expectation> script_;
+    std::function<void()> whileOpen_;
+};
+
+} // namespace orvel

@@ -1,0 +1,52 @@
+#include "platform/fake/faulty_file_system.h"
+
+namespace orvel {
+
+void FaultyFileSystem::fail(Operation operation, const QString &pathPart, ErrorNumber number) {
+    faults_.append({operation, pathPart, number});
+}
+
+void FaultyFileSystem::check(Operation operation, const QString &path) const {
+    for (const Fault &fault : faults_) {
+        if (fault.operation == operation && path.contains(fault.pathPart)) {
+            throw RuntimeError(fault.number, path);
+        }
+    }
+}
+
+QStringList FaultyFileSystem::list(const QString &folder, const QString &pattern) const {
+    check(Operation::List, folder);
+    return real_.list(folder, pattern);
+}
+
+QByteArray FaultyFileSystem::read(const QString &path) const {
+    check(Operation::Read, path);
+    return real_.read(path);
+}
+
+void FaultyFileSystem::write(const QString &path, const QByteArray &content) {
+    check(Operation::Write, path);
+    real_.write(path, content);
+}
+
+bool FaultyFileSystem::copy(const QString &source, const QString &target, const Progress &progress) {
+    check(Operation::Copy, target);
+    return real_.copy(source, target, progress);
+}
+
+void FaultyFileSystem::move(const QString &source, const QString &target) {
+    check(Operation::Move, target);
+    real_.move(source, target);
+}
+
+void FaultyFileSystem::remove(const QString &path) {
+    check(Operation::Remove, path);
+    real_.remove(path);
+}
+
+void FaultyFileSystem::makeFolder(const QString &path) {
+    check(Operation::MakeFolder, path);
+    real_.makeFolder(path);
+}
+
+} // namespace orvel

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/file_system.h"
+#include "platform/runtime_error.h"
+
+#include <QList>
+
+namespace orvel {
+
+/// Another file system with faults: the operations named fail for paths that hold a text.
+class FaultyFileSystem : public FileSystem {
+  public:
+    enum class Operation { List, Read, Write, Copy, Move, Remove, MakeFolder };
+
+    explicit FaultyFileSystem(FileSystem &real) : real_(real) {}
+
+    /// From now on, for the paths (of a copy or a move: the target's) that contain the text.
+    void fail(Operation operation, const QString &pathPart, ErrorNumber number);
+    void heal() { faults_.clear(); }
+
+    [[nodiscard]] bool fileExists(const QString &path) const override { return real_.fileExists(path); }
+    [[nodiscard]] bool folderExists(const QString &path) const override { return real_.folderExists(path); }
+    [[nodiscard]] QStringList list(const QString &folder, const QString &pattern) const override;
+    [[nodiscard]] QByteArray read(const QString &path) const override;
+    void write(const QString &path, const QByteArray &content) override;
+    bool copy(const QString &source, const QString &target, const Progress &progress) override;
+    void move(const QString &source, const QString &target) override;
+    void remove(const QString &path) override;
+    void makeFolder(const QString &path) override;
+
+  private:
+    struct Fault {
+        Operation operation;
+        QString pathPart;
+        ErrorNumber number;
+    };
+
+    void check(Operation operation, const QString &path) const;
+
+    FileSystem &real_;
+    QList<Fault> faults_;
+};
+
+} // namespace orvel

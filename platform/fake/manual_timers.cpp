@@ -1,0 +1,77 @@
+#include "platform/fake/manual_timers.h"
+
+#include <algorithm>
+
+namespace orvel {
+
+class ManualTimers::ManualTimer : public Timer {
+  public:
+    ManualTimer(ManualTimers &clock, int intervalMs, MissedTicks missed, std::function<void()> tick)
+        : clock_(clock), tick_(std::move(tick)), interval_(intervalMs), missed_(missed) {
+        clock_.timers_.push_back(this);
+    }
+    ManualTimer(const ManualTimer &) = delete;
+    ManualTimer &operator=(const ManualTimer &) = delete;
+    ManualTimer(ManualTimer &&) = delete;
+    ManualTimer &operator=(ManualTimer &&) = delete;
+    ~ManualTimer() override { std::erase(clock_.timers_, this); }
+
+    void setEnabled(bool enabled) override {
+        enabled_ = enabled;
+        due_ = clock_.now_ + interval_;
+    }
+    [[nodiscard]] bool isEnabled() const override { return enabled_; }
+    [[nodiscard]] std::int64_t due() const { return due_; }
+
+    void run() {
+        due_ += interval_;
+        tick_();
+    }
+
+    /// The ticks that a stall swallowed.
+    void skipTo(std::int64_t now) {
+        while (missed_ == MissedTicks::Drop && enabled_ && due_ + interval_ <= now) {
+            due_ += interval_;
+        }
+    }
+
+  private:
+    ManualTimers &clock_;
+    std::function<void()> tick_;
+    std::int64_t interval_;
+    std::int64_t due_ = 0;
+    MissedTicks missed_;
+    bool enabled_ = false;
+};
+
+std::unique_ptr<Timer> ManualTimers::create(int intervalMs, MissedTicks missed, std::function<void()> tick) {
+    return std::make_unique<ManualTimer>(*this, intervalMs, missed, std::move(tick));
+}
+
+ManualTimers::ManualTimer *ManualTimers::nextDue(std::int64_t until) const {
+    ManualTimer *next = nullptr;
+    for (ManualTimer *timer : timers_) {
+        if (timer->isEnabled() && timer->due() <= until && (next == nullptr || timer->due() < next->due())) {
+            next = timer;
+        }
+    }
+    return next;
+}
+
+void ManualTimers::advance(std::int64_t milliseconds) {
+    const std::int64_t until = now_ + milliseconds;
+    while (ManualTimer *timer = nextDue(until)) {
+        now_ = std::max(now_, timer->due());
+        timer->run();
+    }
+    now_ = until;
+}
+
+void ManualTimers::stall(std::int64_t milliseconds) {
+    for (ManualTimer *timer : timers_) {
+        timer->skipTo(now_ + milliseconds);
+    }
+    advance(milliseconds);
+}
+
+} // namespace orvel
