@@ -36,12 +36,12 @@ void frmMain::makePanels() {
     stepPanel = new StepPanel(this);
     gridPanel = new GridPanel(datList, step, *stepPanel, this);
     filePanel = new FilePanel(platform_.files, platform_.prompts, settings, step, *gridPanel, this);
-    completion_ = std::make_unique<Completion>(platform_.files, platform_.prompts, settings, datList, *gridPanel,
-                                               *filePanel);
+    completion_ =
+        std::make_unique<Completion>(platform_.files, platform_.prompts, settings, datList, *gridPanel, *filePanel);
     const auto tellIt = [this](const QString &sentence) { tell(sentence); };
-    recorderPanel = new RecorderPanel({platform_, settings, programFolder_, step, *gridPanel, *stepPanel, recovery,
-                                       [](const QString &) {}, tellIt},
-                                      this);
+    recorderPanel = new RecorderPanel(
+        {platform_, settings, programFolder_, step, *gridPanel, *stepPanel, recovery, [](const QString &) {}, tellIt},
+        this);
     savePanel = new SavePanel({platform_, settings, programFolder_, step, *gridPanel, *completion_, recovery, tellIt,
                                [this](bool busy) { setBusy(busy); }, [this] { notYetAvailable(); }},
                               this);

@@ -49,7 +49,8 @@ void frmMain::makeToolbar() {
     int index = 0;
     for (const ToolButton &button : toolButtons) {
         ++index;
-        QAction *action = tlbMain->addAction(QIcon(QString::fromLatin1(button.icon)), QString::fromLatin1(button.caption));
+        QAction *action =
+            tlbMain->addAction(QIcon(QString::fromLatin1(button.icon)), QString::fromLatin1(button.caption));
         action->setToolTip(QString::fromLatin1(button.toolTip));
         connect(action, &QAction::triggered, this, [this, index] { tlbMain_ButtonClick(index); });
     }

@@ -42,8 +42,8 @@ class RecordSet {
     [[nodiscard]] virtual QVariant value(int row, int column) const = 0;
 
     /// edit(), set..., update() change values of the current record in the file, in place: only yes/no fields and
-    /// numbers, everything else throws FieldNotUpdatable. Nothing is changed before update(); update() writes, syncs and
-    /// reads back before it returns. Throws FieldNotUpdatable, DatabaseLocked, PermissionDenied, DiskFull,
+    /// numbers, everything else throws FieldNotUpdatable. Nothing is changed before update(); update() writes, syncs
+    /// and reads back before it returns. Throws FieldNotUpdatable, DatabaseLocked, PermissionDenied, DiskFull,
     /// DatabaseDamaged; the file is then as it was.
     virtual void edit() = 0;
     virtual void setField(int column, const QVariant &value) = 0;

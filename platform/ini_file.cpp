@@ -15,10 +15,10 @@ namespace {
 const QByteArray bom = QByteArrayLiteral("\xEF\xBB\xBF");
 
 /// Code page 1252 between 0x80 and 0x9F; the rest of it is Latin-1. Source: the code page's public table.
-constexpr std::array<char16_t, 32> codePage1252 = {
-    0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021, 0x02C6, 0x2030, 0x0160,
-    0x2039, 0x0152, 0x008D, 0x017D, 0x008F, 0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022,
-    0x2013, 0x2014, 0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
+constexpr std::array<char16_t, 32> codePage1252 = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
+                                                   0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
+                                                   0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
+                                                   0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
 
 QString from1252(const QByteArray &bytes) {
     QString text = QString::fromLatin1(bytes);
@@ -73,14 +73,15 @@ bool same(const QString &a, const QString &b) {
 }
 
 QString unquoted(const QString &value) {
-    const bool quoted = value.size() >= 2 && (value.front() == u'"' || value.front() == u'\'') &&
-                        value.front() == value.back();
+    const bool quoted =
+        value.size() >= 2 && (value.front() == u'"' || value.front() == u'\'') && value.front() == value.back();
     return quoted ? value.mid(1, value.size() - 2) : value;
 }
 
 } // namespace
 
-IniFile::IniFile(FileSystem &files, QString path) : files_(files), path_(std::move(path)), lineEnd_(QStringLiteral("\r\n")) {
+IniFile::IniFile(FileSystem &files, QString path)
+    : files_(files), path_(std::move(path)), lineEnd_(QStringLiteral("\r\n")) {
     QByteArray content;
     try {
         content = files_.read(path_);

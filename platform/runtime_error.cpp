@@ -63,8 +63,8 @@ RuntimeError::RuntimeError(ErrorNumber number, const QString &file, const QStrin
       file_(file), description_(withDetail(number, detail)) {}
 
 QString RuntimeError::report() const {
-    const QString text = QStringLiteral("Fout %1 tijdens de uitvoering:\n\n%2").arg(static_cast<int>(number_)).arg(
-        description_);
+    const QString text =
+        QStringLiteral("Fout %1 tijdens de uitvoering:\n\n%2").arg(static_cast<int>(number_)).arg(description_);
     return file_.isEmpty() ? text : text + QStringLiteral("\n\n") + file_;
 }
 

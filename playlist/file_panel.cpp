@@ -104,9 +104,9 @@ bool FilePanel::wantsDeletion(const QListWidget &list, const QString &questionFo
         return false;
     }
     const QString name = selectedName(list);
-    const QString question = name.isEmpty() ? questionForAll
-                                            : QStringLiteral("Wenst U het bestand ") + name +
-                                                  QStringLiteral(" te verwijderen ?");
+    const QString question = name.isEmpty()
+                                 ? questionForAll
+                                 : QStringLiteral("Wenst U het bestand ") + name + QStringLiteral(" te verwijderen ?");
     return prompts_.ask(question, QStringLiteral("Playlists verwijderen"));
 }
 

@@ -10,8 +10,8 @@ namespace orvel {
 namespace {
 
 constexpr std::array<const char *, StepColumnCount> fieldNames = {
-    "Imported", "stap",   "tijd",    "artiest",  "Titel", "Jaartal", "LengteMin", "LengteSec", "Intro",
-    "Outtro",   "mixtype", "CueStart", "Cue",      "Mix",   "Atrack",  "id",        "trackid",   "type"};
+    "Imported", "stap",    "tijd",     "artiest", "Titel", "Jaartal", "LengteMin", "LengteSec", "Intro",
+    "Outtro",   "mixtype", "CueStart", "Cue",     "Mix",   "Atrack",  "id",        "trackid",   "type"};
 constexpr int introColumn = 8;
 constexpr int outtroColumn = 9;
 

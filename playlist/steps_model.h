@@ -13,7 +13,8 @@ class StepsModel : public QAbstractTableModel {
     Q_OBJECT
 
   public:
-    explicit StepsModel(Playlist &playlist, QObject *parent = nullptr) : QAbstractTableModel(parent), playlist_(playlist) {}
+    explicit StepsModel(Playlist &playlist, QObject *parent = nullptr)
+        : QAbstractTableModel(parent), playlist_(playlist) {}
 
     void setStyles(StepStyles styles);
     /// Runs change (opening, refreshing or closing the playlist) with the views told of it, also when it throws.

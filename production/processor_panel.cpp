@@ -55,7 +55,8 @@ void ProcessorPanel::makeLevelStages() {
     QGroupBox *trim = stage(QStringLiteral("Trimmen"), "chkTrim", chkTrim);
     ledTrim = knob(trim, {"ledTrim", tr("Drempel"), dB, -90, 0, 1,
                           tr("Stilte onder dit niveau wordt aan begin en einde weggeknipt")});
-    ledAttack = knob(trim, {"ledAttack", QStringLiteral("Attack"), ms, 0, 1000, 10, tr("Wordt bij de instellingen bewaard")});
+    ledAttack =
+        knob(trim, {"ledAttack", QStringLiteral("Attack"), ms, 0, 1000, 10, tr("Wordt bij de instellingen bewaard")});
 }
 
 void ProcessorPanel::makeCompressor() {
@@ -73,10 +74,12 @@ void ProcessorPanel::makeReverb() {
     QGroupBox *reverb = stage(QStringLiteral("Reverb"), "chkReverb", chkReverb);
     ledRevDelay = knob(reverb, {"ledRevDelay", QStringLiteral("Delay"), QStringLiteral("ms"), 0, 1000, 10,
                                 tr("Tijd tot de eerste weerkaatsing")});
-    ledRevDepth = knob(reverb, {"ledRevDepth", QStringLiteral("Depth"), percent, 1, 100, 1,
-                                tr("Aandeel van de galm in het geluid")});
-    ledRevDecay = knob(reverb, {"ledRevDecay", QStringLiteral("Decay"), percent, 1, 100, 1, tr("Hoe lang de galm naklinkt")});
-    ledRevRate = knob(reverb, {"ledRevRate", QStringLiteral("Rate"), percent, 1, 100, 1, tr("Hoe levendig de galm beweegt")});
+    ledRevDepth = knob(
+        reverb, {"ledRevDepth", QStringLiteral("Depth"), percent, 1, 100, 1, tr("Aandeel van de galm in het geluid")});
+    ledRevDecay =
+        knob(reverb, {"ledRevDecay", QStringLiteral("Decay"), percent, 1, 100, 1, tr("Hoe lang de galm naklinkt")});
+    ledRevRate =
+        knob(reverb, {"ledRevRate", QStringLiteral("Rate"), percent, 1, 100, 1, tr("Hoe levendig de galm beweegt")});
 }
 
 void ProcessorPanel::show(const ProcessorSettings &settings) {

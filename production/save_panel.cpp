@@ -45,9 +45,8 @@ QPushButton *button(QWidget *parent, const char *name, const QString &caption, c
 } // namespace
 
 SavePanel::SavePanel(SaveContext context, QWidget *parent)
-    : QWidget(parent),
-      cmdSave(button(this, "cmdSave", QStringLiteral("Bewaar opname"), tr("Bewaar de opname als voicetrack"),
-                     ":/icons/save.svg")),
+    : QWidget(parent), cmdSave(button(this, "cmdSave", QStringLiteral("Bewaar opname"),
+                                      tr("Bewaar de opname als voicetrack"), ":/icons/save.svg")),
       cmdImport(button(this, "cmdImport", tr("Importeer"), tr("Gebruik een bestaand geluidsbestand voor deze stap"),
                        ":/icons/sound_import.svg")),
       cmdMultivoice(button(this, "cmdMultivoice", QStringLiteral("Multi - voice"),
@@ -169,7 +168,8 @@ void SavePanel::settle(const QString &kept, bool filed, const Take &take) {
         context_.recovery.discard(kept);
         context_.tell(tr("%1 is bewaard.").arg(take.name));
     } else if (!converted_) {
-        context_.tell(tr("%1 kon niet worden omgezet naar MP3; de opname staat veilig in de map herstel.").arg(take.name));
+        context_.tell(
+            tr("%1 kon niet worden omgezet naar MP3; de opname staat veilig in de map herstel.").arg(take.name));
     } else {
         context_.tell(tr("%1 is niet weggeschreven; de opname staat veilig in de map herstel.").arg(take.name));
     }
@@ -178,7 +178,8 @@ void SavePanel::settle(const QString &kept, bool filed, const Take &take) {
 bool SavePanel::fileVoiceTrack(const Take &take) {
     const QString fileName = QStringLiteral(".mp3");
     if (context_.settings.ServerMode) {
-        return shellCopy(take.mp3, takeFile(context_.settings.VoicetrackPath, QStringLiteral("\\"), take.name, fileName));
+        return shellCopy(take.mp3,
+                         takeFile(context_.settings.VoicetrackPath, QStringLiteral("\\"), take.name, fileName));
     }
     try {
         context_.platform.files.copy(take.mp3,

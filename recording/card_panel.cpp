@@ -88,7 +88,8 @@ void CardPanel::BuildMixerStrips(int count) {
     }
 }
 
-MeterPanel::MeterPanel(QWidget *parent) : QWidget(parent), levLeft(new LevelMeter(this)), levRight(new LevelMeter(this)) {
+MeterPanel::MeterPanel(QWidget *parent)
+    : QWidget(parent), levLeft(new LevelMeter(this)), levRight(new LevelMeter(this)) {
     levLeft->setObjectName(QStringLiteral("levLeft"));
     levLeft->setAccessibleName(tr("Niveau links"));
     levRight->setObjectName(QStringLiteral("levRight"));

@@ -48,14 +48,14 @@ constexpr std::array processorKeys = {
 };
 
 constexpr std::array backColours = {
-    Colour{"MusBack", &Settings::MusBack, true},     Colour{"JingBack", &Settings::JingBack, true},
-    Colour{"RecBack", &Settings::RecBack, true},     Colour{"EventBack", &Settings::EventBack, true},
+    Colour{"MusBack", &Settings::MusBack, true},    Colour{"JingBack", &Settings::JingBack, true},
+    Colour{"RecBack", &Settings::RecBack, true},    Colour{"EventBack", &Settings::EventBack, true},
     Colour{"TijdBack", &Settings::TijdBack, false}, Colour{"PresBack", &Settings::PresBack, true},
 };
 
 constexpr std::array textColours = {
-    Colour{"MusTxt", &Settings::MusTxt, true},     Colour{"jingTxt", &Settings::jingTxt, true},
-    Colour{"RecTxt", &Settings::RecTxt, true},     Colour{"EventTxt", &Settings::EventTxt, true},
+    Colour{"MusTxt", &Settings::MusTxt, true},    Colour{"jingTxt", &Settings::jingTxt, true},
+    Colour{"RecTxt", &Settings::RecTxt, true},    Colour{"EventTxt", &Settings::EventTxt, true},
     Colour{"TijdTxt", &Settings::TijdTxt, false}, Colour{"PresTxt", &Settings::PresTxt, true},
 };
 
@@ -74,18 +74,23 @@ class Reader {
     }
 
     /// A whole number in the range of the field; nothing for texts that are none. Halves round to the even neighbour.
-    template <class Field> [[nodiscard]] std::optional<Field> whole(const char *key) const {
+    template <class Field>
+    [[nodiscard]] std::optional<Field> whole(const char *key) const {
         bool isNumber = false;
         const double number = std::nearbyint(text(key).toDouble(&isNumber));
-        const bool fits = isNumber && number >= std::numeric_limits<Field>::min() &&
-                          number <= std::numeric_limits<Field>::max();
+        const bool fits =
+            isNumber && number >= std::numeric_limits<Field>::min() && number <= std::numeric_limits<Field>::max();
         return fits ? std::optional<Field>(static_cast<Field>(number)) : std::nullopt;
     }
 
     /// A failed conversion leaves the field as it is.
-    template <class Field> void read(const char *key, Field &field) const { field = whole<Field>(key).value_or(field); }
+    template <class Field>
+    void read(const char *key, Field &field) const {
+        field = whole<Field>(key).value_or(field);
+    }
 
-    template <class Field> void read(const char *key, Field &field, Field whenEmpty) const {
+    template <class Field>
+    void read(const char *key, Field &field, Field whenEmpty) const {
         if (text(key).isEmpty()) {
             field = whenEmpty;
         } else {

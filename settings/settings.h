@@ -15,7 +15,7 @@ class Truth {
   public:
     Truth() = default;
     Truth(bool on) : bits_(on ? std::int16_t{-1} : std::int16_t{0}) {} // NOLINT(google-explicit-constructor)
-    operator bool() const { return bits_ != 0; }                      // NOLINT(google-explicit-constructor)
+    operator bool() const { return bits_ != 0; }                       // NOLINT(google-explicit-constructor)
     [[nodiscard]] std::int16_t bits() const { return bits_; }
 
   private:

@@ -8,7 +8,8 @@ namespace orvel {
 
 namespace {
 
-template <class Field> Field checked(std::int64_t number) {
+template <class Field>
+Field checked(std::int64_t number) {
     if (number < std::numeric_limits<Field>::min() || number > std::numeric_limits<Field>::max()) {
         throw RuntimeError(ErrorNumber::Overflow);
     }

@@ -89,9 +89,8 @@ bool provideFolder(const Request &request, const QString &folder) {
     if (folder.isEmpty() || files.folderExists(folder)) {
         return true;
     }
-    if (!request.silent &&
-        !request.platform.prompts.ask(QObject::tr("De map %1 bestaat niet. Wilt U ze maken ?").arg(folder),
-                                      request.title)) {
+    if (!request.silent && !request.platform.prompts.ask(
+                               QObject::tr("De map %1 bestaat niet. Wilt U ze maken ?").arg(folder), request.title)) {
         return false;
     }
     files.makeFolder(folder);

@@ -10,7 +10,8 @@ namespace orvel {
 /// A clock moved by hand.
 class ManualTimers : public Timers {
   public:
-    [[nodiscard]] std::unique_ptr<Timer> create(int intervalMs, MissedTicks missed, std::function<void()> tick) override;
+    [[nodiscard]] std::unique_ptr<Timer> create(int intervalMs, MissedTicks missed,
+                                                std::function<void()> tick) override;
 
     /// Lets time pass; due ticks run in the order of their moments.
     void advance(std::int64_t milliseconds);

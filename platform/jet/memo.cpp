@@ -15,20 +15,21 @@ std::vector<std::uint8_t> copy(const ByteView &bytes) {
     return {bytes.bytes().begin(), bytes.bytes().end()};
 }
 
-/// Each link starts with the pointer to the next one; the last one's is zero.
+/// Each link starts with the pointer to the next one; the last one's is zero. As each must bring the memo further, a
+/// chain that runs in circles ends at the memo's length.
 std::vector<std::uint8_t> readChain(PageStore &store, std::uint32_t first, std::size_t length) {
     std::vector<std::uint8_t> memo;
     std::uint32_t next = first;
-    // The shortest link that brings the memo further has one byte, so a longer chain runs in circles.
-    for (std::size_t links = 0; memo.size() < length && next != 0; ++links) {
+    while (memo.size() < length) {
         const ByteView bytes = readSlot(store, toRowPointer(next)).bytes;
         next = bytes.u32(0);
-        if (bytes.size() == 4 || links > length) {
+        if (bytes.size() == 4) {
             damaged(bytes.page(), "een memo heeft geen einde");
         }
         const auto part = bytes.bytes().subspan(4);
         memo.insert(memo.end(), part.begin(), part.end());
     }
+    memo.resize(length);
     return memo;
 }
 
@@ -50,12 +51,7 @@ std::vector<std::uint8_t> readMemo(PageStore &store, const ByteView &field) {
         const ByteView bytes = readSlot(store, toRowPointer(field.u32(4))).bytes;
         return copy(bytes.sub(0, length));
     }
-    std::vector<std::uint8_t> memo = readChain(store, field.u32(4), length);
-    if (memo.size() < length) {
-        damaged(field.page(), "een memo is korter dan zij hoort te zijn");
-    }
-    memo.resize(length);
-    return memo;
+    return readChain(store, field.u32(4), length);
 }
 
 } // namespace orvel::jet

@@ -1,10 +1,13 @@
 #include "platform/jet/error.h"
 #include "platform/jet/raw_file.h"
 
+#include <algorithm>
+#include <array>
 #include <cerrno>
 #include <fcntl.h>
 #include <sys/file.h>
 #include <sys/stat.h>
+#include <sys/vfs.h>
 #include <unistd.h>
 
 namespace orvel::jet {
@@ -28,13 +31,29 @@ namespace {
     }
 }
 
-/// Whether somebody has a record lock on the file that keeps us from writing (a program under Wine, Samba for a
-/// Windows machine). fd may be open for reading only.
-bool hasForeignRecordLock(int fd) {
-    struct flock probe = {};
-    probe.l_type = F_WRLCK;
-    probe.l_whence = SEEK_SET;
-    return fcntl(fd, F_OFD_GETLK, &probe) == 0 && probe.l_type != F_UNLCK;
+struct flock wholeFile() {
+    struct flock all = {};
+    all.l_type = F_WRLCK;
+    all.l_whence = SEEK_SET;
+    return all;
+}
+
+/// There a lock on the whole file is a record lock to the server, so that our own two would meet.
+bool isNetworkFile(int fd) {
+    constexpr std::array<unsigned, 4> networks{0x6969U /* NFS */, 0x517bU /* SMB */, 0xff534d42U /* CIFS */,
+                                               0xfe534d42U /* SMB2 */};
+    struct statfs status = {};
+    return ::fstatfs(fd, &status) == 0 && std::ranges::count(networks, static_cast<unsigned>(status.f_type)) != 0;
+}
+
+/// Programs of this system lock the whole file; Wine, and Samba for Windows machines, lock records.
+void lockWholeFile(int fd) {
+    struct flock all = wholeFile();
+    const bool records = ::fcntl(fd, F_OFD_SETLK, &all) != 0 && (errno == EAGAIN || errno == EACCES);
+    // File systems without locks refuse with other codes: nobody can hold the file there either.
+    if (records || (!isNetworkFile(fd) && ::flock(fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK)) {
+        throw Error(Fault::Locked, "");
+    }
 }
 
 class PosixFile : public RawFile {
@@ -98,16 +117,7 @@ class PosixFile : public RawFile {
         }
     }
 
-    void lock() override {
-        struct flock all = {};
-        all.l_type = F_WRLCK;
-        all.l_whence = SEEK_SET;
-        const bool held = ::flock(fd_, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK;
-        // File systems without locks refuse with other codes: nobody can hold the file there either.
-        if (held || (fcntl(fd_, F_OFD_SETLK, &all) != 0 && (errno == EAGAIN || errno == EACCES))) {
-            throw Error(Fault::Locked, "");
-        }
-    }
+    void lock() override { lockWholeFile(fd_); }
 
   private:
     int fd_;
@@ -139,7 +149,9 @@ bool isHeld(const std::filesystem::path &path) {
     if (fd < 0) {
         return errno != ENOENT;
     }
-    const bool held = (::flock(fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK) || hasForeignRecordLock(fd);
+    struct flock probe = wholeFile();
+    const bool records = ::fcntl(fd, F_OFD_GETLK, &probe) == 0 && probe.l_type != F_UNLCK;
+    const bool held = records || (::flock(fd, LOCK_EX | LOCK_NB) != 0 && errno == EWOULDBLOCK);
     ::close(fd);
     return held;
 }

@@ -52,6 +52,7 @@ constexpr std::size_t pageHead = 8;
 constexpr std::size_t nextPageAt = 4;
 constexpr std::size_t jet4ExtraFlagsAt = 16;
 constexpr std::size_t columnsPerIndex = 10;
+constexpr std::size_t mostColumns = 255;
 constexpr std::uint16_t noColumn = 0xffff;
 /// More than 255 columns and 32 indexes with the longest names can fill.
 constexpr int mostPages = 64;
@@ -154,6 +155,9 @@ TableDefinition readDefinition(PageStore &store, std::uint32_t page) {
     table.usageMap = toRowPointer(all.u32(layout.usageMap));
     const std::size_t columnCount = all.u16(layout.columns);
     const std::size_t indexCount = all.u32(layout.indexes);
+    if (columnCount > mostColumns) {
+        damaged(page, "het aantal velden kan niet kloppen");
+    }
     const ByteView heads = all.sub(layout.afterHead, all.size() - layout.afterHead);
     if (indexCount > heads.size() / layout.indexHead) {
         damaged(page, "het aantal indexen kan niet kloppen");

@@ -46,7 +46,8 @@ class Replacement {
             throw RuntimeError(ErrorNumber::PermissionDenied, target);
         }
         if (!file_.open()) {
-            throw RuntimeError(isFull(folder.filePath()) ? ErrorNumber::DiskFull : ErrorNumber::PermissionDenied, target);
+            throw RuntimeError(isFull(folder.filePath()) ? ErrorNumber::DiskFull : ErrorNumber::PermissionDenied,
+                               target);
         }
     }
 

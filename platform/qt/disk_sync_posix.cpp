@@ -4,7 +4,6 @@
 #include <QStorageInfo>
 
 #include <cstdio>
-
 #include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
