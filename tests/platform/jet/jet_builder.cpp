@@ -29,6 +29,24 @@ std::size_t sizeOf(const JetBuilder::Column &column) {
     return column.type < std::size(sizes) ? sizes[column.type] : column.length;
 }
 
+/// Puts a definition on its first page and, as far as it needs them, on new ones.
+void putDefinition(std::vector<Bytes> &pages, std::uint32_t first, const Bytes &body) {
+    const std::size_t pageSize = pages[0].size();
+    const std::size_t room = pageSize - 8;
+    std::size_t number = first;
+    for (std::size_t at = 0; at < body.size(); at += room) {
+        const std::size_t end = std::min(body.size(), at + room);
+        const std::size_t next = end < body.size() ? pages.size() : 0;
+        put(pages[number], 0, little(0x102, 4) + little(next, 4));
+        put(pages[number], 8,
+            {body.begin() + static_cast<std::ptrdiff_t>(at), body.begin() + static_cast<std::ptrdiff_t>(end)});
+        if (next != 0) {
+            pages.emplace_back(pageSize);
+        }
+        number = next;
+    }
+}
+
 } // namespace
 
 Bytes little(std::uint64_t number, std::size_t size) {
@@ -238,7 +256,7 @@ Bytes JetBuilder::build() const {
     const Bytes inPlace = little(0, 5) + usageMap(dataNumbers);
     const Bytes ofMaps = little(1, 1) + little(mapPage, 4) + Bytes(jet3_ ? 128 : 64);
 
-    std::vector<Bytes> pages(tableDefinition, Bytes(pageSize()));
+    std::vector<Bytes> pages(tableDefinition + 1, Bytes(pageSize()));
     pages[0] = header();
     pages[1] = dataPage(1, {});
     pages[maps] = dataPage(0, {{.bytes = little(0, 5) + usageMap({catalogueRows})},
@@ -252,23 +270,8 @@ Bytes JetBuilder::build() const {
     for (std::size_t i = 0; i < dataPages_.size(); ++i) {
         pages[firstDataPage + i] = dataPage(tableDefinition, dataPages_[i]);
     }
-    const auto addDefinition = [&](std::uint32_t first, const Bytes &body) {
-        std::uint32_t number = first;
-        for (std::size_t at = 0; at < body.size(); at += pageSize() - 8) {
-            const std::size_t end = std::min(body.size(), at + pageSize() - 8);
-            const auto next =
-                end < body.size()
-                    ? static_cast<std::uint32_t>(std::max<std::size_t>(pages.size(), tableDefinition + std::size_t{1}))
-                    : 0;
-            pages.resize(std::max<std::size_t>(pages.size(), number + 1), Bytes(pageSize()));
-            put(pages[number], 0, little(0x102, 4) + little(next, 4));
-            put(pages[number], 8,
-                {body.begin() + static_cast<std::ptrdiff_t>(at), body.begin() + static_cast<std::ptrdiff_t>(end)});
-            number = next;
-        }
-    };
-    addDefinition(catalogueDefinition, definition(catalogue, 6, 2, 0, {}));
-    addDefinition(tableDefinition,
+    putDefinition(pages, catalogueDefinition, definition(catalogue, 6, 2, 0, {}));
+    putDefinition(pages, tableDefinition,
                   definition(columns, static_cast<std::uint16_t>(columnCount != 0 ? columnCount : columns.size()), rows,
                              1, indexed));
     Bytes file;
