@@ -55,7 +55,15 @@ function(orvel_test name)
   endif()
   target_compile_definitions(${name} PRIVATE ORVEL_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+  add_dependencies(orvel_tests ${name})
+  if("threads" IN_LIST ARG_LABELS)
+    add_dependencies(orvel_threads_tests ${name})
+  endif()
   include(GoogleTest)
   gtest_discover_tests(${name} DISCOVERY_MODE PRE_TEST DISCOVERY_TIMEOUT 60
     PROPERTIES TIMEOUT ${ARG_TIMEOUT} ENVIRONMENT "QT_QPA_PLATFORM=offscreen;LC_ALL=C.UTF-8" LABELS "${ARG_LABELS}")
 endfunction()
+
+# What ./test builds: every test executable, and those that have threads of their own.
+add_custom_target(orvel_tests)
+add_custom_target(orvel_threads_tests)

@@ -5,6 +5,7 @@
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
 #include "shell/checked.h"
+#include "shell/ignore_errors.h"
 #include "shell/paths.h"
 #include "widgets/theme.h"
 
@@ -273,7 +274,8 @@ void RecorderPanel::watchRecorder() {
     }
     const QString what = status.deviceLost ? tr("De geluidskaart is verdwenen tijdens de opname.")
                                            : tr("De schijf is vol: de opname kon niet verder worden weggeschreven.");
-    stop();
+    // What the stop would report is what is told here.
+    ignoringErrors([&] { stop(); });
     context_.platform.prompts.message(what + u'\n' + tr("Wat al was opgenomen, is bewaard."),
                                       QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
 }

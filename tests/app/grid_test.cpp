@@ -1,0 +1,271 @@
+// The playlist lists and the step grid.
+#include "station.h"
+
+#include <QAbstractItemModelTester>
+#include <QComboBox>
+
+namespace orvel {
+
+namespace {
+
+const QString demo = QStringLiteral("access-2003.mdb");
+
+} // namespace
+
+TEST_F(Station, AClickOpensAPlaylistAndShowsItsStepsInOrder) {
+    addPlaylist(demo);
+    ASSERT_TRUE(start());
+    EXPECT_FALSE(window->gridPanel->dbgLijst->isVisible());
+    open(demo);
+    EXPECT_TRUE(window->gridPanel->dbgLijst->isVisible());
+    StepsModel &steps = window->gridPanel->steps();
+    const QAbstractItemModelTester tester(&steps, QAbstractItemModelTester::FailureReportingMode::Fatal);
+    for (int row = 0; row < steps.rowCount(); ++row) {
+        EXPECT_EQ(steps.index(row, StapColumn).data().toInt(), row + 1);
+    }
+    for (int column = 0; column < StepColumnCount; ++column) {
+        EXPECT_EQ(window->gridPanel->dbgLijst->isColumnHidden(column), column > AtrackColumn) << column;
+    }
+    EXPECT_EQ(steps.headerData(3, Qt::Horizontal, Qt::DisplayRole).toString(), QStringLiteral("Uitvoerder"));
+}
+
+TEST_F(Station, OnlyTheMixTypeCanBeEditedAndIsStoredAtOnce) {
+    addPlaylist(demo);
+    ASSERT_TRUE(start());
+    open(demo);
+    StepsModel &steps = window->gridPanel->steps();
+    for (int column = 0; column < StepColumnCount; ++column) {
+        EXPECT_EQ(steps.flags(steps.index(0, column)).testFlag(Qt::ItemIsEditable), column == MixtypeColumn);
+    }
+    QTableView &grid = *window->gridPanel->dbgLijst;
+    grid.edit(steps.index(0, MixtypeColumn));
+    auto *cobMixType = grid.findChild<QComboBox *>(QStringLiteral("cobMixType"));
+    ASSERT_NE(cobMixType, nullptr);
+    EXPECT_EQ(cobMixType->count(), 4);
+    EXPECT_EQ(cobMixType->itemText(1), QStringLiteral("Normale Mix"));
+    const int other = cobMixType->currentIndex() == 3 ? 0 : 3;
+    cobMixType->setCurrentIndex(other);
+    Q_EMIT cobMixType->activated(other);
+    Playlist fresh(databases, [](const QString &) {});
+    fresh.open(path(QStringLiteral("new")), demo);
+    EXPECT_EQ(fresh.value(0, MixtypeColumn).toInt(), other);
+}
+
+TEST_F(Station, APresentationStepShowsTheTalkOverTimesInTheUsersLocale) {
+    addPlaylist(demo);
+    ASSERT_TRUE(start());
+    open(demo);
+    int row = 0;
+    while (window->datList.value(row, TypeColumn).toInt() != PresStep) {
+        ++row;
+    }
+    select(row);
+    const int stap = row + 1;
+    const int outro = window->datList.outtro(stap - 1);
+    const int intro = window->datList.intro(stap + 1);
+    const StepPanel &panel = *window->stepPanel;
+    EXPECT_EQ(window->step.TalkTotalMs, outro + intro);
+    EXPECT_EQ(panel.barRec->maximum(), outro + intro);
+    EXPECT_EQ(panel.barRec->value(), outro + intro);
+    EXPECT_EQ(panel.barRec->barColour(), QColor(0, 0, 255));
+    EXPECT_TRUE(panel.lblIntro->isVisible());
+    EXPECT_TRUE(panel.lblIntro->text().startsWith(QStringLiteral("Intro : ")));
+    EXPECT_TRUE(panel.lblInOut->text().endsWith(QStringLiteral(" sec")));
+    EXPECT_EQ(panel.lblBestand->text(), window->step.VoiceTrackName);
+    EXPECT_TRUE(window->recorderPanel->cmdRec->isEnabled());
+    EXPECT_FALSE(window->recorderPanel->cmdPlay->isEnabled());
+}
+
+TEST_F(Station, AnotherStepHidesTheTimesAndLeavesTheListenButtonAsItWas) {
+    addPlaylist(QStringLiteral("pres-first-and-last.mdb"));
+    ASSERT_TRUE(start());
+    open(QStringLiteral("pres-first-and-last.mdb"));
+    select(0);
+    // The first step has no outro before it.
+    EXPECT_EQ(window->step.PrevOutroMs, 0);
+    EXPECT_EQ(window->step.TalkTotalMs, window->datList.intro(2));
+    window->recorderPanel->cmdPlay->setEnabled(true);
+    select(1);
+    EXPECT_FALSE(window->stepPanel->lblIntro->isVisible());
+    EXPECT_EQ(window->stepPanel->barRec->value(), 0);
+    EXPECT_TRUE(window->recorderPanel->cmdPlay->isEnabled());
+    EXPECT_EQ(window->stepPanel->lblBestand->text(), QStringLiteral("geen bestand"));
+    EXPECT_FALSE(window->recorderPanel->cmdRec->isEnabled());
+    EXPECT_FALSE(window->savePanel->cmdImport->isEnabled());
+}
+
+TEST_F(Station, AHundredFiftyStepsAreFineOneMoreIsTooMany) {
+    addPlaylist(QStringLiteral("steps-150.mdb"));
+    addPlaylist(QStringLiteral("steps-151.mdb"));
+    ASSERT_TRUE(start());
+    open(QStringLiteral("steps-150.mdb"));
+    EXPECT_EQ(window->gridPanel->steps().rowCount(), 150);
+    prompts.expectReport(QStringLiteral("Fout 9 tijdens de uitvoering:"));
+    open(QStringLiteral("steps-151.mdb"));
+    EXPECT_FALSE(window->gridPanel->dbgLijst->isVisible());
+    EXPECT_FALSE(window->recorderPanel->cmdRec->isEnabled());
+}
+
+TEST_F(Station, AStepOutsideTheTimeTablesIsReported) {
+    addPlaylist(QStringLiteral("pres-at-149.mdb"));
+    ASSERT_TRUE(start());
+    open(QStringLiteral("pres-at-149.mdb"));
+    select(148);
+    EXPECT_EQ(window->step.VoiceTrackName, window->datList.value(148, AtrackColumn).toString());
+    EXPECT_TRUE(window->stepPanel->lblIntro->isVisible());
+    if (window->datList.value(149, TypeColumn).toInt() == PresStep) {
+        EXPECT_THROW(select(149), RuntimeError);
+    }
+}
+
+struct BadPlaylist {
+    const char *fixture;
+    int errorNumber;
+};
+
+class BadPlaylists : public Station, public testing::WithParamInterface<BadPlaylist> {};
+
+TEST_P(BadPlaylists, IsReportedAndNothingChanges) {
+    const QString name = QString::fromLatin1(GetParam().fixture);
+    addPlaylist(name);
+    ASSERT_TRUE(start());
+    const QByteArray before = content(QStringLiteral("new/") + name);
+    prompts.expectReport(QStringLiteral("Fout %1 tijdens de uitvoering:").arg(GetParam().errorNumber));
+    open(name);
+    EXPECT_FALSE(window->gridPanel->dbgLijst->isVisible());
+    EXPECT_FALSE(window->recorderPanel->cmdRec->isEnabled());
+    EXPECT_EQ(content(QStringLiteral("new/") + name), before);
+}
+
+INSTANTIATE_TEST_SUITE_P(Fixtures, BadPlaylists,
+                         testing::Values(BadPlaylist{"null-intro.mdb", 13}, BadPlaylist{"null-outtro.mdb", 13},
+                                         BadPlaylist{"missing-field.mdb", 3265},
+                                         BadPlaylist{"no-steps-table.mdb", 3078}),
+                         [](const auto &given) {
+                             return QString::fromLatin1(given.param.fixture).chopped(4).remove(u'-').toStdString();
+                         });
+
+TEST_F(Station, FilesThatAreNoPlaylistsAreReportedAndStay) {
+    const QByteArray whole = [] {
+        QFile file(QStringLiteral(ORVEL_SOURCE_DIR "/tests/data/databases/access-2003.mdb"));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }();
+    ASSERT_FALSE(whole.isEmpty());
+    const QMap<QString, QByteArray> bad = {{QStringLiteral("leeg.mdb"), {}},
+                                           {QStringLiteral("tekst.mdb"), "Dit is geen playlist.\n"},
+                                           {QStringLiteral("kort.mdb"), whole.left(9000)}};
+    for (auto it = bad.begin(); it != bad.end(); ++it) {
+        disk.write(path(QStringLiteral("new/") + it.key()), it.value());
+    }
+    ASSERT_TRUE(start());
+    for (auto it = bad.begin(); it != bad.end(); ++it) {
+        prompts.expectReport(QStringLiteral("Fout 3343 tijdens de uitvoering:"));
+        open(it.key());
+        EXPECT_EQ(content(QStringLiteral("new/") + it.key()), it.value());
+        EXPECT_EQ(prompts.open(), 0U) << it.key().toStdString();
+    }
+}
+
+TEST_F(Station, APlaylistRemovedBetweenTheListAndTheClickIsReported) {
+    addPlaylist(demo);
+    ASSERT_TRUE(start());
+    QFile::remove(path(QStringLiteral("new/") + demo));
+    prompts.expectReport(QStringLiteral("Fout 53 tijdens de uitvoering:"));
+    open(demo);
+}
+
+TEST_F(Station, RowsThatCannotBeConvertedAreReported) {
+    addPlaylist(QStringLiteral("null-atrack.mdb"));
+    ASSERT_TRUE(start());
+    open(QStringLiteral("null-atrack.mdb"));
+    int row = 0;
+    while (row < window->datList.stepCount() && !window->datList.value(row, AtrackColumn).isNull()) {
+        ++row;
+    }
+    ASSERT_LT(row, window->datList.stepCount());
+    prompts.expectReport(QStringLiteral("Fout 13 tijdens de uitvoering:"));
+    QTableView &grid = *window->gridPanel->dbgLijst;
+    if (row > 0) {
+        grid.scrollTo(grid.model()->index(row, StapColumn));
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {},
+                          grid.visualRect(grid.model()->index(row, StapColumn)).center());
+    } else {
+        window->gridPanel->selectRow(1);
+        QTest::mouseClick(grid.viewport(), Qt::LeftButton, {},
+                          grid.visualRect(grid.model()->index(0, StapColumn)).center());
+    }
+}
+
+TEST_F(Station, APlaylistWithoutPresentationsKeepsTheCountOfTheOneBefore) {
+    addPlaylist(demo);
+    addPlaylist(QStringLiteral("no-pres.mdb"));
+    ASSERT_TRUE(start());
+    open(demo);
+    const std::int16_t count = window->datList.presCount();
+    EXPECT_GT(count, 0);
+    open(QStringLiteral("no-pres.mdb"));
+    EXPECT_EQ(window->datList.presCount(), count);
+}
+
+TEST_F(Station, FieldsInAnotherOrderStandInTheirOwnColumns) {
+    addPlaylist(QStringLiteral("fields-other-order.mdb"));
+    ASSERT_TRUE(start());
+    open(QStringLiteral("fields-other-order.mdb"));
+    EXPECT_EQ(window->gridPanel->steps().index(0, StapColumn).data().toInt(), 1);
+    EXPECT_EQ(window->datList.value(0, TypeColumn).toInt(), 1);
+}
+
+TEST_F(Station, DoubleClickPreviewsOnlyTracksAndJingles) {
+    addPlaylist(demo);
+    ASSERT_TRUE(start());
+    open(demo);
+    for (int row = 0; row < window->datList.stepCount(); ++row) {
+        select(row);
+        const int type = window->datList.value(row, TypeColumn).toInt();
+        if ((type == TrackStep || type == JingleStep) && window->step.previewAllowed) {
+            prompts.expectReport(QStringLiteral("Dit onderdeel is in deze versie nog niet beschikbaar."));
+        }
+        window->gridPanel->dbgLijst_DblClick();
+        EXPECT_EQ(prompts.open(), 0U) << row;
+        if (type == TrackStep || type == JingleStep) {
+            EXPECT_EQ(window->step.PreviewKind, type);
+            EXPECT_EQ(window->step.PreviewTrackId, window->datList.value(row, TrackidColumn).toInt());
+        }
+    }
+}
+
+TEST_F(Station, StepTypesHaveTheStationsColours) {
+    configure(QStringLiteral("[Colors]\nMusBack=255\nPresTxt=16711680"));
+    addPlaylist(QStringLiteral("type-codes.mdb"));
+    ASSERT_TRUE(start());
+    open(QStringLiteral("type-codes.mdb"));
+    StepsModel &steps = window->gridPanel->steps();
+    for (int row = 0; row < steps.rowCount(); ++row) {
+        const int type = window->datList.value(row, TypeColumn).toInt();
+        const QVariant back = steps.index(row, 0).data(Qt::BackgroundRole);
+        const QVariant text = steps.index(row, 0).data(Qt::ForegroundRole);
+        EXPECT_EQ(back.isValid(), !styleName(type).isEmpty()) << type;
+        if (type == TrackStep) {
+            EXPECT_EQ(back.value<QBrush>().color(), QColor(255, 0, 0));
+        } else if (type == PresStep) {
+            EXPECT_EQ(text.value<QBrush>().color(), QColor(0, 0, 255));
+        } else if (back.isValid()) {
+            EXPECT_EQ(back.value<QBrush>().color(), QColor(255, 255, 255));
+        }
+    }
+}
+
+TEST_F(Station, ChangingTheTabRefreshesBothLists) {
+    ASSERT_TRUE(start());
+    addPlaylist(demo, QStringLiteral("É'n \"naam\" met spaties.MDB"));
+    disk.write(path(QStringLiteral("ok/klaar.mdb")), "x");
+    EXPECT_EQ(window->filePanel->filNew->count(), 0);
+    window->filePanel->tabFiles->setCurrentIndex(1);
+    EXPECT_EQ(window->filePanel->filNew->count(), 1);
+    EXPECT_EQ(window->filePanel->filOK->count(), 1);
+    window->filePanel->tabFiles->setCurrentIndex(0);
+    open(QStringLiteral("É'n \"naam\" met spaties.MDB"));
+    EXPECT_TRUE(window->gridPanel->dbgLijst->isVisible());
+}
+
+} // namespace orvel

@@ -1,0 +1,14 @@
+#include "app/orvel_application.h"
+#include "widgets/theme.h"
+
+#include <QLocale>
+
+#include <gtest/gtest.h>
+
+int main(int argc, char **argv) {
+    testing::InitGoogleTest(&argc, argv);
+    QLocale::setDefault(QLocale(QLocale::Dutch, QLocale::Belgium));
+    orvel::OrvelApplication application(argc, argv);
+    orvel::applyTheme(application, orvel::ThemeVariant::Dark);
+    return RUN_ALL_TESTS();
+}

@@ -1,0 +1,331 @@
+// The recording session: prompt, count-down, take, talk-over bar, stop.
+#include "station.h"
+
+#include <QElapsedTimer>
+
+#include <unistd.h>
+
+namespace orvel {
+
+namespace {
+
+const QString demo = QStringLiteral("access-2003.mdb");
+const QString prompt = QStringLiteral("Geef een naam voor dit bestand (ZONDER EXTENSIE)");
+const QString promptTitle = QStringLiteral("Bestandsnaam");
+
+class Recording : public Station {
+  protected:
+    /// Opens the demo playlist on its first presentation step.
+    void openDemo(const QString &settings = QStringLiteral("[Program]\nCountdown=2")) {
+        configure(settings);
+        addPlaylist(demo);
+        ASSERT_TRUE(start());
+        open(demo);
+        row = 0;
+        while (window->datList.value(row, TypeColumn).toInt() != PresStep) {
+            ++row;
+        }
+        select(row);
+        rec = window->recorderPanel;
+    }
+
+    void startAsRecorder(const QString &settings = QStringLiteral("[Program]\nCountdown=0")) {
+        configure(settings);
+        ASSERT_TRUE(start(QStringLiteral("-RECORDER")));
+        rec = window->recorderPanel;
+    }
+
+    [[nodiscard]] QColor barColour() const { return window->stepPanel->barRec->barColour(); }
+    [[nodiscard]] QString takeFileName() const {
+        return QStringLiteral("temp/") + window->step.VoiceTrackName + QStringLiteral(".wav");
+    }
+
+    int row = 0;
+    RecorderPanel *rec = nullptr;
+};
+
+const QString start_ = QStringLiteral("START OPNAME");
+const QString stop_ = QStringLiteral("STOP OPNAME");
+
+} // namespace
+
+TEST_F(Recording, TheCountDownShowsEverySecondAndThenTheRecorderStarts) {
+    openDemo();
+    EXPECT_EQ(rec->cmdRec->text(), start_);
+    click(rec->cmdRec);
+    EXPECT_FALSE(rec->cmdPlay->isEnabled());
+    EXPECT_FALSE(window->savePanel->cmdSave->isEnabled());
+    for (const int shown : {2, 1}) {
+        timers.advance(1000);
+        EXPECT_EQ(rec->ledCount->seconds(), shown);
+        EXPECT_EQ(rec->cmdRec->text(), start_);
+        EXPECT_FALSE(sound.recorder().isRecording());
+    }
+    timers.advance(1000);
+    EXPECT_EQ(rec->ledCount->seconds(), 0);
+    EXPECT_EQ(rec->cmdRec->text(), stop_);
+    EXPECT_TRUE(rec->lblOpname->isVisible());
+    EXPECT_TRUE(sound.recorder().isRecording());
+    EXPECT_EQ(sound.prepared(), 1);
+}
+
+TEST_F(Recording, ACountDownOfZeroStartsAfterOneSecond) {
+    openDemo(QStringLiteral("[Program]\nCountdown=0"));
+    click(rec->cmdRec);
+    timers.advance(999);
+    EXPECT_FALSE(sound.recorder().isRecording());
+    timers.advance(1);
+    EXPECT_EQ(rec->ledCount->seconds(), 0);
+    EXPECT_TRUE(sound.recorder().isRecording());
+}
+
+TEST_F(Recording, ACountDownThatOverflowsSixteenBitsIsReported) {
+    openDemo(QStringLiteral("[Program]\nCountdown=32767"));
+    prompts.expectReport(QStringLiteral("Fout 6 tijdens de uitvoering:"));
+    click(rec->cmdRec);
+    EXPECT_FALSE(rec->isCountingDown());
+}
+
+TEST_F(Recording, TheTakeIsMonoSixteenBitAndTheTimeCountsInTens) {
+    openDemo();
+    record(12340);
+    EXPECT_EQ(rec->ledTijd->seconds(), 12);
+    EXPECT_EQ(rec->ledTijd->millis(), 340);
+    const QString wav = path(takeFileName());
+    EXPECT_EQ(output(QStringLiteral("soxi"), {QStringLiteral("-r"), wav}).trimmed(), QStringLiteral("44100"));
+    EXPECT_EQ(output(QStringLiteral("soxi"), {QStringLiteral("-c"), wav}).trimmed(), QStringLiteral("1"));
+    EXPECT_EQ(output(QStringLiteral("soxi"), {QStringLiteral("-b"), wav}).trimmed(), QStringLiteral("16"));
+    EXPECT_EQ(output(QStringLiteral("soxi"), {QStringLiteral("-s"), wav}).trimmed(), QString::number(544194));
+    EXPECT_EQ(rec->cmdRec->text(), start_);
+    EXPECT_FALSE(rec->lblOpname->isVisible());
+    EXPECT_TRUE(rec->cmdPlay->isEnabled());
+    EXPECT_TRUE(window->savePanel->cmdSave->isEnabled());
+    EXPECT_FALSE(window->step.PlaylistTakeRunning);
+}
+
+TEST_F(Recording, AStalledWindowDoesNotMakeTheTimeDrift) {
+    openDemo();
+    beginRecording();
+    timers.stall(5000);
+    EXPECT_EQ(rec->ledTijd->seconds(), 5);
+}
+
+TEST_F(Recording, TheBarIsBlueOverTheOutroYellowOverTheIntroAndThenRedForGood) {
+    openDemo();
+    const int outro = window->step.PrevOutroMs;
+    const int total = window->step.TalkTotalMs;
+    ASSERT_GT(outro, 20);
+    ASSERT_GT(total - outro, 20);
+    beginRecording();
+    timers.advance(outro - 20);
+    EXPECT_EQ(barColour(), QColor(0, 0, 255));
+    timers.advance(30);
+    EXPECT_EQ(barColour(), QColor(255, 255, 0));
+    timers.advance(total - outro - 20);
+    EXPECT_EQ(barColour(), QColor(255, 255, 0));
+    timers.advance(30);
+    EXPECT_EQ(barColour(), QColor(255, 0, 0));
+    EXPECT_EQ(window->stepPanel->barRec->maximum(), 100);
+    EXPECT_EQ(window->stepPanel->barRec->value(), 100);
+    timers.advance(60000);
+    EXPECT_EQ(barColour(), QColor(255, 0, 0));
+    click(rec->cmdRec);
+    click(rec->cmdRec);
+    EXPECT_EQ(barColour(), QColor(0, 0, 255));
+    EXPECT_EQ(window->stepPanel->barRec->maximum(), total);
+}
+
+TEST_F(Recording, StartingClearsTheStepsMarkAndKeepsACopyOfThePlaylist) {
+    openDemo();
+    window->gridPanel->setCurrentImported(true);
+    const QStringList copies = filesIn(QStringLiteral("herstel"));
+    ASSERT_EQ(copies.size(), 1);
+    EXPECT_EQ(content(QStringLiteral("herstel/") + copies.first()), [] {
+        QFile file(QStringLiteral(ORVEL_SOURCE_DIR "/tests/data/databases/access-2003.mdb"));
+        return file.open(QIODevice::ReadOnly) ? file.readAll() : QByteArray();
+    }());
+    click(rec->cmdRec);
+    EXPECT_FALSE(imported(row));
+    EXPECT_EQ(filesIn(QStringLiteral("herstel")).size(), 1);
+}
+
+TEST_F(Recording, ASecondClickStartsTheCountDownOver) {
+    openDemo();
+    click(rec->cmdRec);
+    timers.advance(2500);
+    click(rec->cmdRec);
+    timers.advance(2999);
+    EXPECT_FALSE(sound.recorder().isRecording());
+    timers.advance(1);
+    EXPECT_TRUE(sound.recorder().isRecording());
+}
+
+TEST_F(Recording, TheTakeStaysBoundToItsStep) {
+    openDemo();
+    const CurrentStep before = window->step;
+    click(rec->cmdRec);
+    select(row + 2);
+    EXPECT_EQ(window->step.VoiceTrackName, before.VoiceTrackName);
+    EXPECT_TRUE(window->step.StepSelected);
+    timers.advance(3000);
+    select(row + 1);
+    EXPECT_EQ(window->step.VoiceTrackName, before.VoiceTrackName);
+    EXPECT_EQ(window->step.TalkTotalMs, before.TalkTotalMs);
+    EXPECT_EQ(window->step.PrevOutroMs, before.PrevOutroMs);
+    open(demo);
+    click(window->filePanel->cmdWisNew);
+    click(rec->cmdRec);
+    EXPECT_TRUE(exists(QStringLiteral("temp/") + before.VoiceTrackName + QStringLiteral(".wav")));
+}
+
+TEST_F(Recording, WithoutAStepAClickDoesNothing) {
+    openDemo();
+    window->step.StepSelected = false;
+    click(rec->cmdRec);
+    EXPECT_FALSE(rec->isCountingDown());
+}
+
+TEST_F(Recording, MuteClosesTheOutputWhileRecording) {
+    openDemo(QStringLiteral("[Audio]\nMute=1\n[Program]\nCountdown=0"));
+    click(rec->cmdRec);
+    EXPECT_EQ(sound.muteLog(), std::vector<bool>({true}));
+    timers.advance(1000);
+    click(rec->cmdRec);
+    EXPECT_EQ(sound.muteLog(), std::vector<bool>({true, false}));
+}
+
+TEST_F(Recording, WithoutMuteTheOutputIsNeverTouched) {
+    openDemo();
+    record(100);
+    EXPECT_TRUE(sound.muteLog().empty());
+}
+
+TEST_F(Recording, TheRecorderAsksForANameAndTrimsIt) {
+    startAsRecorder();
+    prompts.expectInput(prompt, promptTitle, QStringLiteral("  mijn opname é  "));
+    record(500);
+    EXPECT_EQ(filesIn(QStringLiteral("temp")), QStringList{QStringLiteral("mijn opname é.wav")});
+    EXPECT_FALSE(window->step.PlaylistTakeRunning);
+}
+
+TEST_F(Recording, AnEmptyNameChangesNothing) {
+    startAsRecorder();
+    prompts.expectInput(prompt, promptTitle, QStringLiteral("   "));
+    click(rec->cmdRec);
+    EXPECT_FALSE(rec->isCountingDown());
+    EXPECT_TRUE(window->step.VoiceTrackName.isEmpty());
+}
+
+TEST_F(Recording, DuringTheCountDownTheRecorderAsksAgain) {
+    startAsRecorder(QStringLiteral("[Program]\nCountdown=3"));
+    prompts.expectInput(prompt, promptTitle, QStringLiteral("een"));
+    click(rec->cmdRec);
+    timers.advance(2000);
+    prompts.expectInput(prompt, promptTitle, QString());
+    click(rec->cmdRec);
+    EXPECT_EQ(window->step.VoiceTrackName, QStringLiteral("een"));
+    prompts.expectInput(prompt, promptTitle, QStringLiteral("twee"));
+    click(rec->cmdRec);
+    timers.advance(3999);
+    EXPECT_FALSE(sound.recorder().isRecording());
+    timers.advance(1);
+    EXPECT_EQ(sound.takes().last(), path(QStringLiteral("temp/twee.wav")));
+}
+
+TEST_F(Recording, ANameThatLeavesTheFolderIsRefused) {
+    startAsRecorder();
+    for (const char *name : {"../weg", "C:\\weg", "a/b", ".."}) {
+        prompts.expectInput(prompt, promptTitle, QString::fromLatin1(name));
+        prompts.expectReport(QStringLiteral("Fout 52 tijdens de uitvoering:"));
+        click(rec->cmdRec);
+        EXPECT_FALSE(rec->isCountingDown()) << name;
+    }
+}
+
+TEST_F(Recording, ACardThatCannotStartLeavesTheWindowIdle) {
+    openDemo();
+    sound.failNextStart(ErrorNumber::DeviceError);
+    click(rec->cmdRec);
+    EXPECT_THROW(timers.advance(3000), RuntimeError);
+    EXPECT_EQ(rec->cmdRec->text(), start_);
+    EXPECT_FALSE(rec->lblOpname->isVisible());
+    EXPECT_FALSE(window->step.PlaylistTakeRunning);
+}
+
+TEST_F(Recording, ACardThatVanishesIsToldAndTheTakeIsKept) {
+    openDemo();
+    beginRecording();
+    sound.deliver(44100);
+    timers.advance(1000);
+    sound.unplug();
+    prompts.expectReport(
+        QStringLiteral("De geluidskaart is verdwenen tijdens de opname.\nWat al was opgenomen, is bewaard."));
+    timers.advance(200);
+    EXPECT_EQ(rec->cmdRec->text(), start_);
+    EXPECT_EQ(output(QStringLiteral("soxi"), {QStringLiteral("-s"), path(takeFileName())}).trimmed(),
+              QStringLiteral("44100"));
+    EXPECT_TRUE(window->savePanel->cmdSave->isEnabled());
+}
+
+TEST_F(Recording, AFullDiskIsToldAndTheTakeIsKept) {
+    openDemo();
+    sound.setDiskRoom(44100);
+    beginRecording();
+    sound.deliver(88200);
+    sound.flush();
+    prompts.expectReport(QStringLiteral("De schijf is vol"));
+    timers.advance(200);
+    EXPECT_EQ(rec->cmdRec->text(), start_);
+    EXPECT_TRUE(exists(takeFileName()));
+}
+
+TEST_F(Recording, AHoleInATakeIsTold) {
+    openDemo();
+    beginRecording();
+    sound.deliver(44100);
+    sound.loseFrames(100);
+    sound.deliver(4410);
+    timers.advance(100);
+    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("gat")));
+}
+
+TEST_F(Recording, AMissingWorkFolderIsReported) {
+    openDemo();
+    ASSERT_TRUE(QDir(folder.path()).rmdir(QStringLiteral("temp")));
+    click(rec->cmdRec);
+    EXPECT_THROW(timers.advance(3000), RuntimeError);
+    EXPECT_EQ(rec->cmdRec->text(), start_);
+}
+
+TEST_F(Recording, ATakeThatWasNotSavedMovesAsideForTheNextOne) {
+    openDemo();
+    record(500);
+    const QByteArray first = content(takeFileName());
+    record(700);
+    QStringList kept = filesIn(QStringLiteral("herstel")).filter(QStringLiteral(".wav"));
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(content(QStringLiteral("herstel/") + kept.first()), first);
+}
+
+TEST_F(Recording, APlaylistThatBecameReadOnlyIsReported) {
+    openDemo();
+    if (geteuid() == 0) {
+        GTEST_SKIP() << "the superuser may write everything";
+    }
+    QFile::setPermissions(path(QStringLiteral("new/") + demo), QFile::ReadOwner);
+    prompts.expectReport(QStringLiteral("Fout"));
+    click(rec->cmdRec);
+    EXPECT_FALSE(rec->isCountingDown());
+}
+
+TEST_F(Recording, ATickCostsLittle) {
+    openDemo();
+    beginRecording();
+    QElapsedTimer clock;
+    clock.start();
+    timers.advance(10000);
+    // A thousand ticks with their repaints pending; half a millisecond each is the promise, sanitizers take their part.
+    EXPECT_LT(clock.elapsed(), 5000);
+}
+
+} // namespace orvel

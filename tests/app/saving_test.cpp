@@ -1,0 +1,357 @@
+// From the take to the filed voice track, and what happens to a finished playlist.
+#include "station.h"
+
+#include <QFile>
+#include <QTimer>
+
+namespace orvel {
+
+namespace {
+
+const QString demo = QStringLiteral("access-2003.mdb");
+const QString copying = QStringLiteral("Copying...");
+const QString saveTitle = QStringLiteral("Geef naam en locatie waarmee U het bestand wenst te bewaren");
+
+class Saving : public Station {
+  protected:
+    void openDemo(const QString &settings = {}, const QString &fixture = demo) {
+        configure(settings);
+        addPlaylist(fixture, QStringLiteral("lijst.mdb"));
+        ASSERT_TRUE(start());
+        open(QStringLiteral("lijst.mdb"));
+        row = nextPresentation(0);
+        select(row);
+        name = window->step.VoiceTrackName;
+    }
+
+    [[nodiscard]] int nextPresentation(int from) const {
+        while (window->datList.value(from, TypeColumn).toInt() != PresStep) {
+            ++from;
+        }
+        return from;
+    }
+
+    void save() { click(window->savePanel->cmdSave); }
+    [[nodiscard]] bool canSave() const { return window->savePanel->cmdSave->isEnabled(); }
+    [[nodiscard]] QStringList keptTakes() const {
+        return filesIn(QStringLiteral("herstel")).filter(QStringLiteral(".wav"));
+    }
+    void finishAllBut(int openRow) {
+        for (int step = 0; step < window->datList.stepCount(); ++step) {
+            if (step != openRow) {
+                window->gridPanel->steps().setImported(step, true);
+            }
+        }
+    }
+    [[nodiscard]] QString probe(const QString &file, const QString &entry) const {
+        return output(QStringLiteral("ffprobe"),
+                      {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-show_entries"), entry,
+                       QStringLiteral("-of"), QStringLiteral("default=nw=1:nk=1"), path(file)})
+            .simplified();
+    }
+
+    int row = 0;
+    QString name;
+};
+
+} // namespace
+
+TEST_F(Saving, TheVoiceTrackIsFiledTheStepMarkedAndTheNextOneSelected) {
+    openDemo();
+    const QByteArray before = content(QStringLiteral("new/lijst.mdb"));
+    record(2000);
+    save();
+    EXPECT_EQ(filesIn(QStringLiteral("ok")), QStringList{name + QStringLiteral(".mp3")});
+    EXPECT_TRUE(filesIn(QStringLiteral("temp")).isEmpty());
+    EXPECT_TRUE(keptTakes().isEmpty());
+    EXPECT_FALSE(canSave());
+    EXPECT_TRUE(imported(row));
+    const QString file = QStringLiteral("ok/") + name + QStringLiteral(".mp3");
+    EXPECT_EQ(probe(file, QStringLiteral("stream=codec_name,sample_rate,channels,bit_rate")),
+              QStringLiteral("mp3 44100 2 256000"));
+    EXPECT_NEAR(probe(file, QStringLiteral("format=duration")).toDouble(), 2.0, 0.05);
+    EXPECT_FALSE(imported(window->gridPanel->currentRow()));
+    EXPECT_EQ(window->gridPanel->currentRow(), window->datList.firstUnfinished());
+    const QByteArray after = content(QStringLiteral("new/lijst.mdb"));
+    int changed = 0;
+    for (qsizetype i = 0; i < before.size(); ++i) {
+        changed += before.at(i) != after.at(i) ? 1 : 0;
+    }
+    EXPECT_EQ(before.size(), after.size());
+    EXPECT_EQ(changed, 1);
+}
+
+TEST_F(Saving, InServerModeTheFileGoesOnlyToTheServer) {
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
+    openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
+    record(500);
+    save();
+    EXPECT_EQ(filesIn(QStringLiteral("server")), QStringList{name + QStringLiteral(".mp3")});
+    EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
+    EXPECT_TRUE(filesIn(QStringLiteral("temp")).isEmpty());
+}
+
+TEST_F(Saving, AServerFileThatMayNotBeOverwrittenLeavesTheTakeInSafety) {
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
+    openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
+    disk.write(path(QStringLiteral("server/") + name + QStringLiteral(".mp3")), "oud");
+    record(500);
+    prompts.expectAsk(QStringLiteral("Het bestand %1.mp3 bestaat al. Wilt U het overschrijven ?").arg(name), copying,
+                      false);
+    save();
+    EXPECT_EQ(content(QStringLiteral("server/") + name + QStringLiteral(".mp3")), "oud");
+    EXPECT_EQ(keptTakes().size(), 1);
+    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("herstel")));
+}
+
+TEST_F(Saving, ASaveWithoutATakeMarksTheStepAndKeepsTheButton) {
+    openDemo();
+    window->savePanel->cmdSave->setEnabled(true);
+    save();
+    EXPECT_TRUE(imported(row));
+    EXPECT_TRUE(canSave());
+    EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
+}
+
+TEST_F(Saving, TheRecorderSavesWhereTheUserWants) {
+    ASSERT_TRUE(start(QStringLiteral("-RECORDER")));
+    prompts.expectInput(QStringLiteral("Geef een naam voor dit bestand (ZONDER EXTENSIE)"),
+                        QStringLiteral("Bestandsnaam"), QStringLiteral("spot"));
+    record(500);
+    prompts.expectSaveFileName(saveTitle, QStringLiteral("spot.mp3"), path(QStringLiteral("mijn spot.mp3")));
+    save();
+    EXPECT_TRUE(exists(QStringLiteral("mijn spot.mp3")));
+    EXPECT_TRUE(exists(QStringLiteral("temp/spot.mp3")));
+    EXPECT_FALSE(exists(QStringLiteral("temp/spot.wav")));
+    EXPECT_FALSE(canSave());
+}
+
+TEST_F(Saving, ACancelledSaveDialogKeepsTheTake) {
+    ASSERT_TRUE(start(QStringLiteral("-RECORDER")));
+    prompts.expectInput(QStringLiteral("Geef een naam voor dit bestand (ZONDER EXTENSIE)"),
+                        QStringLiteral("Bestandsnaam"), QStringLiteral("spot"));
+    record(500);
+    prompts.expectSaveFileName(saveTitle, QStringLiteral("spot.mp3"), QString());
+    save();
+    EXPECT_EQ(filesIn(QStringLiteral("temp")), QStringList{QStringLiteral("spot.wav")});
+    EXPECT_FALSE(canSave());
+}
+
+TEST_F(Saving, WithMultivoiceOnTheStationChooserTakesOver) {
+    openDemo();
+    record(500);
+    window->savePanel->ledMulti->setLit(true);
+    prompts.expectReport(QStringLiteral("Dit onderdeel is in deze versie nog niet beschikbaar."));
+    save();
+    EXPECT_TRUE(canSave());
+    EXPECT_TRUE(exists(QStringLiteral("temp/") + name + QStringLiteral(".wav")));
+}
+
+TEST_F(Saving, AFailedConversionOnAServerIsSilentAndTheTakeIsSafe) {
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
+    openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
+    record(500);
+    const QByteArray take = content(QStringLiteral("temp/") + name + QStringLiteral(".wav"));
+    audioFiles.faults.create = true;
+    save();
+    EXPECT_TRUE(filesIn(QStringLiteral("server")).isEmpty());
+    ASSERT_EQ(keptTakes().size(), 1);
+    EXPECT_EQ(content(QStringLiteral("herstel/") + keptTakes().first()), take);
+    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("kon niet worden omgezet")));
+    EXPECT_FALSE(window->savePanel->barProgress->isVisible());
+}
+
+TEST_F(Saving, AFullDiskWhileEncodingLeavesNoHalfFileAndTheTakeIsSafe) {
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
+    openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
+    record(5000);
+    audioFiles.faults.write = 1;
+    save();
+    EXPECT_TRUE(filesIn(QStringLiteral("temp")).isEmpty());
+    EXPECT_TRUE(filesIn(QStringLiteral("server")).isEmpty());
+    EXPECT_EQ(keptTakes().size(), 1);
+}
+
+TEST_F(Saving, AWriterWithoutAFormatConvertsNothing) {
+    openDemo(QStringLiteral("[Audio]\nBitRate=7"));
+    record(200);
+    prompts.expectReport(QStringLiteral("Fout 53 tijdens de uitvoering:"));
+    save();
+    EXPECT_EQ(keptTakes().size(), 1);
+}
+
+TEST_F(Saving, AMissingFinishedFolderEndsTheProgramWithAReport) {
+    openDemo();
+    record(500);
+    ASSERT_TRUE(QDir(folder.path()).rmdir(QStringLiteral("ok")));
+    prompts.expectReport(QStringLiteral("Fout 76 tijdens de uitvoering:"));
+    save();
+    EXPECT_EQ(static_cast<OrvelApplication *>(QCoreApplication::instance())->exitCode(), 1);
+    EXPECT_EQ(keptTakes().size(), 1);
+    EXPECT_TRUE(exists(QStringLiteral("temp/") + name + QStringLiteral(".mp3")));
+}
+
+TEST_F(Saving, AnExistingVoiceTrackIsOverwrittenWithoutAQuestion) {
+    openDemo();
+    const QString file = QStringLiteral("ok/") + name + QStringLiteral(".mp3");
+    disk.write(path(file), "oud");
+    record(500);
+    save();
+    EXPECT_GT(content(file).size(), 1000);
+}
+
+TEST_F(Saving, ATakeWithoutSamplesIsConvertedAtOnce) {
+    openDemo();
+    record(0);
+    save();
+    EXPECT_TRUE(exists(QStringLiteral("ok/") + name + QStringLiteral(".mp3")));
+}
+
+TEST_F(Saving, TheLastStepOffersToMoveThePlaylist) {
+    openDemo();
+    finishAllBut(row);
+    record(500);
+    prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), true);
+    save();
+    EXPECT_FALSE(exists(QStringLiteral("new/lijst.mdb")));
+    EXPECT_TRUE(exists(QStringLiteral("ok/lijst.mdb")));
+    EXPECT_EQ(window->filePanel->filNew->count(), 0);
+    EXPECT_EQ(window->filePanel->filOK->count(), 1);
+    EXPECT_FALSE(window->recorderPanel->cmdRec->isEnabled());
+}
+
+TEST_F(Saving, NoLeavesThePlaylistAndTheQuestionComesAgain) {
+    openDemo();
+    finishAllBut(row);
+    record(300);
+    prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false);
+    save();
+    EXPECT_TRUE(exists(QStringLiteral("new/lijst.mdb")));
+    EXPECT_TRUE(window->datList.isOpen());
+    record(300);
+    prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false);
+    save();
+}
+
+TEST_F(Saving, InServerModeAFinishedPlaylistIsKeptNowhere) {
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
+    openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
+    finishAllBut(row);
+    record(300);
+    prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), true);
+    save();
+    EXPECT_FALSE(exists(QStringLiteral("new/lijst.mdb")));
+    EXPECT_FALSE(exists(QStringLiteral("ok/lijst.mdb")));
+}
+
+TEST_F(Saving, AFinishedPlaylistThatCannotBeCopiedStays) {
+    openDemo();
+    finishAllBut(row);
+    record(300);
+    files.fail(FaultyFileSystem::Operation::Copy, QStringLiteral("ok/lijst.mdb"), ErrorNumber::DiskFull);
+    prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), true);
+    prompts.expectReport(QStringLiteral("Fout 61 tijdens de uitvoering:"));
+    save();
+    EXPECT_TRUE(exists(QStringLiteral("new/lijst.mdb")));
+}
+
+TEST_F(Saving, APlaylistThatWasFinishedBeforeIsOfferedAtOnce) {
+    openDemo({}, QStringLiteral("all-imported.mdb"));
+    window->gridPanel->setCurrentImported(true);
+    prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false);
+    record(300);
+    save();
+}
+
+TEST_F(Saving, DeletingAsksForTheChosenPlaylist) {
+    addPlaylist(demo, QStringLiteral("een.mdb"));
+    addPlaylist(demo, QStringLiteral("twee.mdb"));
+    ASSERT_TRUE(start());
+    open(QStringLiteral("een.mdb"));
+    const QString title = QStringLiteral("Playlists verwijderen");
+    const QString question = QStringLiteral("Wenst U het bestand een.mdb te verwijderen ?");
+    prompts.expectAsk(question, title, false);
+    click(window->filePanel->cmdWisNew);
+    EXPECT_EQ(filesIn(QStringLiteral("new")).size(), 2);
+    EXPECT_TRUE(window->gridPanel->dbgLijst->isVisible());
+    prompts.expectAsk(question, title, true);
+    click(window->filePanel->cmdWisNew);
+    EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("twee.mdb")});
+    EXPECT_FALSE(window->gridPanel->dbgLijst->isVisible());
+    EXPECT_FALSE(window->datList.isOpen());
+}
+
+TEST_F(Saving, DeletingAllClosesTheOpenPlaylist) {
+    addPlaylist(demo, QStringLiteral("een.mdb"));
+    addPlaylist(demo, QStringLiteral("twee.mdb"));
+    disk.write(path(QStringLiteral("new/blijft.txt")), "x");
+    ASSERT_TRUE(start());
+    open(QStringLiteral("een.mdb"));
+    window->filePanel->filNew->clearSelection();
+    prompts.expectAsk(QStringLiteral("Wenst U ALLE nog te bewerken playlists te verwijderen ?"),
+                      QStringLiteral("Playlists verwijderen"), true);
+    click(window->filePanel->cmdWisNew);
+    EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("blijft.txt")});
+    EXPECT_FALSE(window->gridPanel->dbgLijst->isVisible());
+    EXPECT_FALSE(window->datList.isOpen());
+}
+
+TEST_F(Saving, DeletingToDoPlaylistsIgnoresEveryError) {
+    addPlaylist(demo, QStringLiteral("een.mdb"));
+    ASSERT_TRUE(start());
+    files.fail(FaultyFileSystem::Operation::Remove, QStringLiteral("een.mdb"), ErrorNumber::PermissionDenied);
+    open(QStringLiteral("een.mdb"));
+    prompts.expectAsk(QStringLiteral("Wenst U het bestand een.mdb te verwijderen ?"),
+                      QStringLiteral("Playlists verwijderen"), true);
+    click(window->filePanel->cmdWisNew);
+    EXPECT_TRUE(exists(QStringLiteral("new/een.mdb")));
+    EXPECT_FALSE(window->gridPanel->dbgLijst->isVisible());
+}
+
+TEST_F(Saving, DeletingFinishedPlaylistsReportsErrorsAndLeavesTheGrid) {
+    addPlaylist(demo, QStringLiteral("een.mdb"));
+    disk.write(path(QStringLiteral("ok/klaar.mdb")), "x");
+    disk.write(path(QStringLiteral("ok/link.mp3")), "x");
+    ASSERT_TRUE(start());
+    open(QStringLiteral("een.mdb"));
+    window->filePanel->tabFiles->setCurrentIndex(1);
+    const QString question = QStringLiteral("Wenst U ALLE afgewerkte playlists te verwijderen ?");
+    const QString title = QStringLiteral("Playlists verwijderen");
+    files.fail(FaultyFileSystem::Operation::Remove, QStringLiteral("klaar.mdb"), ErrorNumber::PermissionDenied);
+    prompts.expectAsk(question, title, true);
+    prompts.expectReport(QStringLiteral("Fout 70 tijdens de uitvoering:"));
+    click(window->filePanel->cdmWisKlaar);
+    EXPECT_TRUE(exists(QStringLiteral("ok/klaar.mdb")));
+    files.heal();
+    prompts.expectAsk(question, title, true);
+    click(window->filePanel->cdmWisKlaar);
+    EXPECT_EQ(filesIn(QStringLiteral("ok")), QStringList{QStringLiteral("link.mp3")});
+    EXPECT_TRUE(window->datList.isOpen());
+    EXPECT_FALSE(window->gridPanel->dbgLijst->isHidden());
+}
+
+TEST_F(Saving, AnEmptyListAsksNothing) {
+    ASSERT_TRUE(start());
+    click(window->filePanel->cmdWisNew);
+    window->filePanel->tabFiles->setCurrentIndex(1);
+    click(window->filePanel->cdmWisKlaar);
+}
+
+TEST_F(Saving, TheWindowStaysResponsiveAndASecondClickFilesNothingTwice) {
+    openDemo();
+    record(60000);
+    int pumped = 0;
+    QTimer beat;
+    QObject::connect(&beat, &QTimer::timeout, [&] {
+        ++pumped;
+        click(window->savePanel->cmdSave);
+        EXPECT_FALSE(window->recorderPanel->cmdRec->isEnabled());
+    });
+    beat.start(20);
+    save();
+    EXPECT_GT(pumped, 2);
+    EXPECT_EQ(filesIn(QStringLiteral("ok")).size(), 1);
+    EXPECT_TRUE(window->recorderPanel->cmdRec->isEnabled());
+}
+
+} // namespace orvel

@@ -1,0 +1,200 @@
+// From the start of the program to its end.
+#include "app/version.h"
+#include "station.h"
+
+#include <QToolBar>
+
+namespace orvel {
+
+namespace {
+
+const QString noServer =
+    QStringLiteral("Databasebestanden van de server werden niet gevonden, controleer instellingen !");
+const QString noVoiceTracks =
+    QStringLiteral("Locatie van voicetracks op de server werd niet gevonden, controleer instellingen !");
+const QString errorTitle = QStringLiteral("Foutmelding");
+const QString notYet = QStringLiteral("Dit onderdeel is in deze versie nog niet beschikbaar.");
+
+} // namespace
+
+TEST_F(Station, WithoutASoundCardTheProgramEndsAndWritesNothing) {
+    configure(QStringLiteral("[Audio]\nRecCard=3"));
+    const QByteArray before = content(QStringLiteral("orvel.ini"));
+    sound.plug({});
+    sound.audioRecord().refresh();
+    prompts.expectMessage(QStringLiteral("Geen geluidskaart gevonden !"), QStringLiteral("Fatale fout"),
+                          MessageIcon::Critical);
+    EXPECT_FALSE(start());
+    EXPECT_EQ(content(QStringLiteral("orvel.ini")), before);
+}
+
+TEST_F(Station, ABitRateOutsideTheTableLeavesTheWriterWithoutAFormat) {
+    configure(QStringLiteral("[Audio]\nBitRate=7"));
+    ASSERT_TRUE(start());
+    EXPECT_EQ(window->savePanel->writer().format().kbitPerSecond, 0);
+}
+
+TEST_F(Station, BitRateFourIsWrittenAsThreeHundredTwentyUnlessFreeFormatIsWanted) {
+    configure(QStringLiteral("[Audio]\nBitRate=4"));
+    ASSERT_TRUE(start());
+    EXPECT_EQ(window->savePanel->writer().format().kbitPerSecond, 320);
+    configure(QStringLiteral("FreeFormat=1"));
+    ASSERT_TRUE(start());
+    EXPECT_EQ(window->savePanel->writer().format().kbitPerSecond, 350);
+    EXPECT_TRUE(window->savePanel->writer().format().freeFormat);
+}
+
+TEST_F(Station, ARecordingCardPastTheListSelectsTheFirstOne) {
+    configure(QStringLiteral("[Audio]\nRecCard=9"));
+    ASSERT_TRUE(start());
+    EXPECT_EQ(window->cardPanel->cobKaart->currentIndex(), 0);
+    EXPECT_EQ(sound.recorderDevice(), 0);
+}
+
+TEST_F(Station, TheChosenCardIsTheRecorders) {
+    Card first;
+    first.key = first.name = QStringLiteral("Een");
+    Card second;
+    second.key = second.name = QStringLiteral("Twee");
+    sound.plug({first, second});
+    sound.audioRecord().refresh();
+    configure(QStringLiteral("[Audio]\nRecCard=1"));
+    ASSERT_TRUE(start());
+    EXPECT_EQ(window->cardPanel->cobKaart->count(), 2);
+    EXPECT_EQ(window->cardPanel->cobKaart->currentText(), QStringLiteral("Twee"));
+    EXPECT_EQ(sound.recorderDevice(), 1);
+    EXPECT_EQ(sound.playerDevice(), 1);
+}
+
+TEST_F(Station, OnlyTheWholeArgumentStartsTheRecorder) {
+    ASSERT_TRUE(start(QStringLiteral("-recorder")));
+    EXPECT_TRUE(window->RecorderOnly);
+    EXPECT_FALSE(window->filePanel->tabFiles->isEnabled());
+    EXPECT_FALSE(window->gridPanel->dbgLijst->isEnabled());
+    EXPECT_FALSE(window->savePanel->cmdImport->isEnabled());
+    EXPECT_TRUE(window->recorderPanel->cmdRec->isEnabled());
+    EXPECT_FALSE(window->tlbMain->actions().at(2)->isEnabled());
+    EXPECT_TRUE(window->tlbMain->actions().at(3)->isEnabled());
+    ASSERT_TRUE(start(QStringLiteral("-RECORDER x")));
+    EXPECT_FALSE(window->RecorderOnly);
+    EXPECT_TRUE(window->filePanel->tabFiles->isEnabled());
+}
+
+TEST_F(Station, WithoutTheNetworkNoCatalogueIsOpened) {
+    configure(QStringLiteral("[Program]\nNetwork=0"));
+    ASSERT_TRUE(start());
+    EXPECT_EQ(window->datTracks, nullptr);
+    EXPECT_EQ(window->datJingles, nullptr);
+}
+
+TEST_F(Station, WithTheNetworkBothCataloguesAreOpened) {
+    configure(QStringLiteral("[Files]\nDatabasepath=%1\n[Program]\nNetwork=1")
+                  .arg(QStringLiteral(ORVEL_SOURCE_DIR "/samples/station")));
+    ASSERT_TRUE(start());
+    ASSERT_NE(window->datTracks, nullptr);
+    ASSERT_NE(window->datJingles, nullptr);
+    EXPECT_TRUE(window->datTracks->findFirst(QStringLiteral("tracknr=3")));
+    EXPECT_EQ(window->datTracks->field(QStringLiteral("PATH")).toString(), QStringLiteral("M:\\muziek\\0003.mp3"));
+}
+
+TEST_F(Station, BothServerChecksComplainOneAfterTheOther) {
+    configure(
+        QStringLiteral("[Files]\nDatabasepath=/nergens\nVoicetrackPath=/nergens/ook\n[Program]\nNetwork=1\nServer=1"));
+    prompts.expectMessage(noServer, errorTitle, MessageIcon::Exclamation);
+    prompts.expectMessage(notYet, QStringLiteral("ORVEL"), MessageIcon::Information);
+    prompts.expectMessage(noVoiceTracks, errorTitle, MessageIcon::Exclamation);
+    prompts.expectMessage(notYet, QStringLiteral("ORVEL"), MessageIcon::Information);
+    ASSERT_TRUE(start());
+    EXPECT_FALSE(window->settings.Network);
+    EXPECT_TRUE(window->settings.ServerMode);
+}
+
+TEST_F(Station, MultivoiceNeedsTheStationList) {
+    ASSERT_TRUE(start());
+    EXPECT_FALSE(window->savePanel->cmdMultivoice->isEnabled());
+    QFile::copy(QStringLiteral(ORVEL_SOURCE_DIR "/samples/station/syncstations.mdb"),
+                path(QStringLiteral("syncstations.mdb")));
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(window->savePanel->cmdMultivoice->isEnabled());
+}
+
+TEST_F(Station, MissingFoldersAreMade) {
+    for (const char *name : {"new", "ok", "temp", "temp2"}) {
+        QDir(folder.path()).rmdir(QString::fromLatin1(name));
+    }
+    ASSERT_TRUE(start());
+    for (const char *name : {"new", "ok", "temp", "temp2"}) {
+        EXPECT_TRUE(exists(QString::fromLatin1(name))) << name;
+    }
+}
+
+TEST_F(Station, TheToolbarHasItsSixTooltips) {
+    ASSERT_TRUE(start());
+    QStringList tips;
+    const QList<QAction *> actions = window->tlbMain->actions();
+    for (const QAction *action : actions) {
+        tips.append(action->toolTip());
+    }
+    EXPECT_EQ(tips, (QStringList{
+                        QStringLiteral("Aktieve playlist afdrukken"), QStringLiteral("Playlists importeren vanaf disk"),
+                        QStringLiteral("Afgewerkte playlists exporteren"), QStringLiteral("Programma instellingen"),
+                        QStringLiteral("Informatie over dit programma"), QStringLiteral("Verlaat het programma")}));
+}
+
+TEST_F(Station, ClosingTheWindowWritesTheProcessorAndTheCard) {
+    configure(QStringLiteral("; eigen regel\n[AudioProcessor]\nOnbekend=x"));
+    ASSERT_TRUE(start());
+    window->processorPanel->ledRevDelay->setValue(250);
+    window->processorPanel->chkComp->setChecked(true);
+    EXPECT_TRUE(window->close());
+    const QByteArray written = content(QStringLiteral("orvel.ini"));
+    EXPECT_TRUE(written.contains("RevDelay=250"));
+    EXPECT_TRUE(written.contains("UseComp=1"));
+    EXPECT_TRUE(written.contains("RecCard=0"));
+    EXPECT_TRUE(written.startsWith("; eigen regel\n[AudioProcessor]\nOnbekend=x"));
+    ASSERT_TRUE(start());
+    EXPECT_EQ(window->processorPanel->ledRevDelay->value(), 250);
+    EXPECT_TRUE(window->processorPanel->chkComp->isChecked());
+}
+
+TEST_F(Station, TheExitButtonWritesAndEnds) {
+    ASSERT_TRUE(start());
+    bool ended = false;
+    QObject::connect(window.get(), &frmMain::ended, [&] { ended = true; });
+    window->tlbMain_ButtonClick(6);
+    EXPECT_TRUE(ended);
+    EXPECT_TRUE(content(QStringLiteral("orvel.ini")).contains("RecCard=0"));
+}
+
+TEST_F(Station, ASettingsFileThatCannotBeWrittenDoesNotKeepTheWindowOpen) {
+    ASSERT_TRUE(start());
+    files.fail(FaultyFileSystem::Operation::Write, QStringLiteral("orvel.ini"), ErrorNumber::DiskFull);
+    prompts.expectReport(QStringLiteral("Fout 61 tijdens de uitvoering:"));
+    EXPECT_TRUE(window->close());
+}
+
+TEST_F(Station, ClosingTheSplashEarlyDoesNotDisturbTheStart) {
+    frmSplash splash;
+    splash.show();
+    EXPECT_EQ(splash.lblVersion->text(),
+              QStringLiteral("%1.%2.%3").arg(versionMajor).arg(versionMinor).arg(versionRevision));
+    QTest::keyClick(&splash, Qt::Key_Space);
+    EXPECT_FALSE(splash.isVisible());
+    window = std::make_unique<frmMain>(platform, folder.path(), QString());
+    window->setSplash(&splash);
+    EXPECT_TRUE(window->Form_Load());
+}
+
+TEST_F(Station, TheSplashClosesOnItsLogoAndWhenLoadingEnds) {
+    frmSplash splash;
+    splash.show();
+    QTest::mouseClick(splash.imgLogo, Qt::LeftButton);
+    EXPECT_FALSE(splash.isVisible());
+    splash.show();
+    window = std::make_unique<frmMain>(platform, folder.path(), QString());
+    window->setSplash(&splash);
+    ASSERT_TRUE(window->Form_Load());
+    EXPECT_FALSE(splash.isVisible());
+}
+
+} // namespace orvel

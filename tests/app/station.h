@@ -1,0 +1,69 @@
+#pragma once
+
+#include "app/frm_main.h"
+#include "app/orvel_application.h"
+#include "platform/fake/fake_audio_files.h"
+#include "platform/fake/fake_prompts.h"
+#include "platform/fake/fake_sound_card.h"
+#include "platform/fake/faulty_file_system.h"
+#include "platform/fake/manual_timers.h"
+#include "platform/jet/jet_engine.h"
+#include "platform/lame/system_audio_files.h"
+#include "platform/qt/disk_file_system.h"
+
+#include <QDir>
+#include <QProcess>
+#include <QTemporaryDir>
+#include <QTest>
+
+#include <gtest/gtest.h>
+
+namespace orvel {
+
+/// A whole station in a temporary folder with the real disk, database and encoder, and a sound card, a clock and
+/// questions worked by hand.
+class Station : public testing::Test {
+  protected:
+    Station();
+    ~Station() override;
+
+    /// Puts lines under a section of the settings file; before start().
+    void configure(const QString &lines);
+    /// Copies a test database into the to-do folder.
+    void addPlaylist(const QString &fixture, const QString &name = {});
+    /// Loads the main window.
+    bool start(const QString &commandLine = {});
+    /// Clicks a playlist of the to-do list.
+    void open(const QString &name);
+    /// Selects the step with this number by its row.
+    void select(int row) { window->gridPanel->selectRow(row); }
+    void click(QAbstractButton *button) { QTest::mouseClick(button, Qt::LeftButton); }
+    /// Clicks the record button and lets the count-down pass.
+    void beginRecording();
+    /// Records so many milliseconds of a tone from click to click.
+    void record(int milliseconds);
+
+    [[nodiscard]] QString path(const QString &relative) const { return folder.filePath(relative); }
+    [[nodiscard]] bool exists(const QString &relative) const { return QFileInfo::exists(path(relative)); }
+    [[nodiscard]] QStringList filesIn(const QString &relative) const {
+        return QDir(path(relative)).entryList(QDir::Files);
+    }
+    [[nodiscard]] QByteArray content(const QString &relative) const;
+    /// What a program prints; empty when it is not there.
+    static QString output(const QString &program, const QStringList &arguments);
+    [[nodiscard]] bool imported(int row) const { return window->datList.value(row, ImportedColumn).toBool(); }
+
+    QTemporaryDir folder;
+    DiskFileSystem disk;
+    FaultyFileSystem files{disk};
+    FakePrompts prompts;
+    ManualTimers timers;
+    FakeSoundCard sound;
+    JetEngine databases;
+    SystemAudioFiles realAudioFiles;
+    FakeAudioFiles audioFiles{realAudioFiles};
+    Platform platform{sound, audioFiles, databases, files, prompts, timers};
+    std::unique_ptr<frmMain> window;
+};
+
+} // namespace orvel
