@@ -13,8 +13,8 @@
 namespace orvel {
 namespace {
 
-/// Frames a block: 8 frames of MP3, 0.2 s, so that a window that handles events between blocks stays lively.
-constexpr sf_count_t kBlockFrames = 8L * 1152;
+/// Frames a block: 4 frames of MP3, 0.1 s, so that a window that handles events between blocks stays lively.
+constexpr sf_count_t kBlockFrames = 4L * 1152;
 
 // libsndfile reads through these from a QFile: paths with any character work on every system, and no file name tempts
 // the library to guess a format from an extension.
