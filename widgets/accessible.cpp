@@ -4,6 +4,7 @@
 #include <QAccessibleWidget>
 #include <QHash>
 #include <QVariant>
+#include <QWidget>
 
 namespace orvel {
 

@@ -1,7 +1,7 @@
 #include "widgets/console_style.h"
 
 #include <QPainter>
-#include <QPainterPath>
+#include <QPixmap>
 #include <QStyleOption>
 
 #include <algorithm>
@@ -123,6 +123,33 @@ void drawSlider(const QStyle &style, const QStyleOptionSlider &option, QPainter 
     }
 }
 
+// The sign of a message box: a white letter on a coloured disc, or on a triangle for a warning.
+QIcon messageSign(QChar letter, const QColor &colour, bool triangle) {
+    constexpr int side = 256; // larger than any screen asks for
+    QPixmap picture(side, side);
+    picture.fill(Qt::transparent);
+    QPainter painter(&picture);
+    painter.setRenderHint(QPainter::Antialiasing);
+    painter.setPen(QPen(colour, side * 0.08, Qt::SolidLine, Qt::RoundCap, Qt::RoundJoin));
+    painter.setBrush(colour);
+    QRectF place(0, 0, side, side);
+    if (triangle) {
+        painter.drawPolygon(
+            QPolygonF({{side * 0.5, side * 0.1}, {side * 0.94, side * 0.88}, {side * 0.06, side * 0.88}}));
+        place.translate(0, side * 0.1);
+    } else {
+        painter.drawEllipse(place.adjusted(16, 16, -16, -16));
+    }
+    QFont font;
+    font.setBold(true);
+    font.setPixelSize(side * (triangle ? 9 : 10) / 16);
+    painter.setFont(font);
+    painter.setPen(Qt::white);
+    painter.drawText(place, Qt::AlignCenter, letter);
+    painter.end();
+    return {picture};
+}
+
 } // namespace
 
 ConsoleStyle::ConsoleStyle() : QProxyStyle("Fusion") {}
@@ -188,6 +215,21 @@ QSize ConsoleStyle::sizeFromContents(ContentsType type, const QStyleOption *opti
     }
 }
 
+QIcon ConsoleStyle::standardIcon(StandardPixmap which, const QStyleOption *option, const QWidget *widget) const {
+    switch (which) {
+    case SP_MessageBoxInformation:
+        return messageSign(u'i', QColor(0x2B, 0x7F, 0xB8), false);
+    case SP_MessageBoxQuestion:
+        return messageSign(u'?', QColor(0x2B, 0x7F, 0xB8), false);
+    case SP_MessageBoxWarning:
+        return messageSign(u'!', QColor(0xB3, 0x6B, 0x00), true);
+    case SP_MessageBoxCritical:
+        return messageSign(u'\u00D7', QColor(0xD6, 0x2F, 0x2F), false);
+    default:
+        return QProxyStyle::standardIcon(which, option, widget);
+    }
+}
+
 int ConsoleStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const {
     const int line = option != nullptr ? option->fontMetrics.height() : QFontMetrics(QFont()).height();
     switch (metric) {
@@ -203,6 +245,8 @@ int ConsoleStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, co
         return std::max(16, line * 8 / 5);
     case PM_SliderLength:
         return std::max(11, line);
+    case PM_MessageBoxIconSize:
+        return std::max(40, line * 3);
     case PM_ToolBarIconSize:
         return std::max(28, line * 2);
     case PM_ButtonIconSize:
@@ -213,13 +257,16 @@ int ConsoleStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, co
     }
 }
 
-// A click into the groove of a slider is meant for that place.
 int ConsoleStyle::styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                             QStyleHintReturn *result) const {
-    if (hint == SH_Slider_AbsoluteSetButtons) {
+    switch (hint) {
+    case SH_Slider_AbsoluteSetButtons: // a click into the groove is meant for that place
         return static_cast<int>(Qt::LeftButton);
+    case SH_DialogButtonBox_ButtonsHaveIcons:
+        return 0;
+    default:
+        return QProxyStyle::styleHint(hint, option, widget, result);
     }
-    return QProxyStyle::styleHint(hint, option, widget, result);
 }
 
 } // namespace orvel

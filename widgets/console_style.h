@@ -5,7 +5,7 @@
 namespace orvel {
 
 /// Fusion with the parts that a style sheet cannot draw without pictures, or that Fusion draws too dark to see on a
-/// dark window: check marks, radio buttons, combo boxes and sliders. Sizes follow
+/// dark window: check marks, radio buttons, combo boxes, sliders, and the signs in message boxes. Sizes follow
 /// the font.
 class ConsoleStyle : public QProxyStyle {
     Q_OBJECT
@@ -21,6 +21,7 @@ class ConsoleStyle : public QProxyStyle {
                          const QWidget *widget) const override;
     QSize sizeFromContents(ContentsType type, const QStyleOption *option, const QSize &contents,
                            const QWidget *widget) const override;
+    QIcon standardIcon(StandardPixmap which, const QStyleOption *option, const QWidget *widget) const override;
     int pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const override;
     int styleHint(StyleHint hint, const QStyleOption *option, const QWidget *widget,
                   QStyleHintReturn *result) const override;

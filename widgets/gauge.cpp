@@ -5,7 +5,6 @@
 
 #include <QPaintEvent>
 #include <QPainter>
-#include <QPainterPath>
 
 #include <algorithm>
 #include <cmath>
@@ -15,6 +14,7 @@ namespace orvel {
 namespace {
 
 constexpr double frame = 3;
+constexpr double closestTicks = 4; // pixels; ticks that stand closer are left out
 
 // Full blue on black is too dark to read from a distance: a dark colour is shown lighter, in its own hue.
 QColor readable(const QColor &colour) {
@@ -153,7 +153,11 @@ void Gauge::paintEvent(QPaintEvent *event) {
 }
 
 void Gauge::drawTicks(QPainter &painter, const QRectF &area) const {
-    if (tickInterval_ <= 0 || maximum_ <= 0 || maximum_ / tickInterval_ > area.width() / 4) {
+    if (tickInterval_ <= 0 || maximum_ <= 0) {
+        return;
+    }
+    const double pitch = area.width() * tickInterval_ / maximum_;
+    if (pitch < closestTicks) {
         return;
     }
     for (qint64 at = tickInterval_; at < maximum_; at += tickInterval_) {

@@ -1,7 +1,6 @@
 #include "widgets/led_paint.h"
 
 #include <QPainter>
-#include <QPainterPath>
 #include <QWidget>
 
 #include <algorithm>

@@ -22,6 +22,8 @@ QPushButton, QToolButton {
     padding: 0.35em 0.9em;
 }
 QToolButton { padding: 0.3em 0.45em; }
+QDialogButtonBox QPushButton { min-width: 4.5em; }
+QPushButton:default { border-color: @accent; }
 QPushButton:hover, QToolButton:hover { background: @hover; }
 QPushButton:pressed, QToolButton:pressed, QPushButton:checked, QToolButton:checked { background: @line; }
 QPushButton:focus, QToolButton:focus { border: 2px solid @accent; margin: 0px; }
