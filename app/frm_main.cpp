@@ -9,6 +9,7 @@
 #include "shell/paths.h"
 
 #include <QCloseEvent>
+#include <QToolBar>
 
 namespace orvel {
 
@@ -94,7 +95,7 @@ bool frmMain::checkSoundCard() {
     return false;
 }
 
-void frmMain::fillCards() {
+void frmMain::fillCards() const {
     cardPanel->listCards();
     cardPanel->selectCard(settings.RecCard);
     cardPanel->BuildMixerStrips(cardPanel->lineCount());
@@ -214,11 +215,11 @@ void frmMain::closeEvent(QCloseEvent *event) {
     Q_EMIT ended();
 }
 
-void frmMain::tell(const QString &sentence) {
+void frmMain::tell(const QString &sentence) const {
     lblStatus->setText(sentence);
 }
 
-void frmMain::setBusy(bool busy) {
+void frmMain::setBusy(bool busy) const {
     recorderPanel->setBusy(busy);
     filePanel->setEnabled(!busy);
     gridPanel->dbgLijst->setEnabled(!busy && !RecorderOnly);

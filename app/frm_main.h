@@ -26,6 +26,10 @@ class frmMain : public QMainWindow {
   public:
     /// programFolder: where settings, playlists and work files hang. commandLine: all arguments as one text.
     frmMain(Platform &platform, QString programFolder, QString commandLine);
+    frmMain(const frmMain &) = delete;
+    frmMain &operator=(const frmMain &) = delete;
+    frmMain(frmMain &&) = delete;
+    frmMain &operator=(frmMain &&) = delete;
     ~frmMain() override;
 
     /// Loads settings, sound devices, catalogues and folders, in that order. False when the program must end at once.
@@ -70,7 +74,7 @@ class frmMain : public QMainWindow {
 
     void loadSettings();
     bool checkSoundCard();
-    void fillCards();
+    void fillCards() const;
     void makeFolders();
     void openCatalogues();
     void checkVoiceTrackFolder();
@@ -79,8 +83,8 @@ class frmMain : public QMainWindow {
     void showSplash();
     void showSetup();
     void notYetAvailable();
-    void tell(const QString &sentence);
-    void setBusy(bool busy);
+    void tell(const QString &sentence) const;
+    void setBusy(bool busy) const;
 
     Platform &platform_;
     QString programFolder_;

@@ -82,7 +82,7 @@ void frmMain::layOut() {
     lists->setStretchFactor(0, 0);
     lists->setStretchFactor(1, 1);
     lists->setChildrenCollapsible(false);
-    filePanel->setMinimumWidth(fontMetrics().averageCharWidth() * 34);
+    filePanel->setMinimumWidth(fontMetrics().averageCharWidth() * 30);
 
     tabRec = new QTabWidget(this);
     tabRec->setObjectName(QStringLiteral("tabRec"));

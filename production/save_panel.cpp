@@ -73,8 +73,6 @@ SavePanel::SavePanel(SaveContext context, QWidget *parent)
     connect(&context_.grid, &GridPanel::stepFileChanged, cmdImport, &QWidget::setEnabled);
 }
 
-SavePanel::~SavePanel() = default;
-
 void SavePanel::setFormat(const Mp3Format &format) {
     FileW_->setFormat(format);
 }

@@ -40,7 +40,6 @@ class SavePanel : public QWidget {
 
   public:
     explicit SavePanel(SaveContext context, QWidget *parent = nullptr);
-    ~SavePanel() override;
 
     QPushButton *const cmdSave;
     QPushButton *const cmdImport;

@@ -72,8 +72,6 @@ RecorderPanel::RecorderPanel(RecorderContext context, QWidget *parent)
     connect(this, &RecorderPanel::takeReady, cmdPlay, &QWidget::setEnabled);
 }
 
-RecorderPanel::~RecorderPanel() = default;
-
 void RecorderPanel::layOut() {
     const int line = fontMetrics().height();
     cmdRec->ensurePolished();

@@ -36,7 +36,6 @@ class RecorderPanel : public QWidget {
 
   public:
     explicit RecorderPanel(RecorderContext context, QWidget *parent = nullptr);
-    ~RecorderPanel() override;
 
     QPushButton *const cmdRec;
     QPushButton *const cmdPlay;
