@@ -101,24 +101,27 @@ class Desk:
     # What is on the screen
 
     @staticmethod
-    def _walk(node, depth=0):
+    def _walk(node, cells, depth=0):
         if node is None or depth > 14:
             return
         yield node
         try:
+            if node.get_role_name() == "table" and not cells:
+                return
             for index in range(min(node.get_child_count(), 400)):
-                yield from Desk._walk(node.get_child_at_index(index), depth + 1)
+                yield from Desk._walk(node.get_child_at_index(index), cells, depth + 1)
         except gi.repository.GLib.Error:
             return
 
-    def _nodes(self):
+    def _nodes(self, cells):
+        """Everything on the screen; a table's hundreds of cells only when they are wanted."""
         desktop = Atspi.get_desktop(0)
         for index in range(desktop.get_child_count()):
-            yield from self._walk(desktop.get_child_at_index(index))
+            yield from self._walk(desktop.get_child_at_index(index), cells)
 
     def look(self, name, role=None):
         """A visible control with this name (and role), or None."""
-        for node in self._nodes():
+        for node in self._nodes(cells=role == "table cell"):
             try:
                 if node.get_name() != name or (role and node.get_role_name() != role):
                     continue
@@ -138,7 +141,7 @@ class Desk:
     def texts(self):
         """All texts on the screen."""
         found = []
-        for node in self._nodes():
+        for node in self._nodes(cells=True):
             try:
                 found.append(node.get_name())
             except gi.repository.GLib.Error:
