@@ -1,51 +1,15 @@
 #include "platform/ini_file.h"
 
+#include "platform/code_page_1252.h"
 #include "platform/file_system.h"
 #include "platform/runtime_error.h"
 
 #include <QStringDecoder>
-
-#include <algorithm>
-#include <array>
+#include <QStringEncoder>
 
 namespace orvel {
 
 namespace {
-
-const QByteArray bom = QByteArrayLiteral("\xEF\xBB\xBF");
-
-/// Code page 1252 between 0x80 and 0x9F; the rest of it is Latin-1. Source: the code page's public table.
-constexpr std::array<char16_t, 32> codePage1252 = {0x20AC, 0x0081, 0x201A, 0x0192, 0x201E, 0x2026, 0x2020, 0x2021,
-                                                   0x02C6, 0x2030, 0x0160, 0x2039, 0x0152, 0x008D, 0x017D, 0x008F,
-                                                   0x0090, 0x2018, 0x2019, 0x201C, 0x201D, 0x2022, 0x2013, 0x2014,
-                                                   0x02DC, 0x2122, 0x0161, 0x203A, 0x0153, 0x009D, 0x017E, 0x0178};
-
-QString from1252(const QByteArray &bytes) {
-    QString text = QString::fromLatin1(bytes);
-    for (QChar &character : text) {
-        if (character.unicode() >= 0x80 && character.unicode() < 0xA0) {
-            character = QChar(codePage1252.at(character.unicode() - 0x80U));
-        }
-    }
-    return text;
-}
-
-QByteArray to1252(const QString &text) {
-    QByteArray bytes;
-    for (const QChar character : text) {
-        const auto *const place = std::find(codePage1252.begin(), codePage1252.end(), character.unicode());
-        if (place != codePage1252.end()) {
-            bytes.append(static_cast<char>(0x80 + (place - codePage1252.begin())));
-        } else {
-            bytes.append(character.unicode() < 0x100 ? static_cast<char>(character.unicode()) : '?');
-        }
-    }
-    return bytes;
-}
-
-bool fits1252(const QString &text) {
-    return from1252(to1252(text)) == text;
-}
 
 bool isHeader(const QString &line) {
     const QString trimmed = line.trimmed();
@@ -78,6 +42,12 @@ QString unquoted(const QString &value) {
     return quoted ? value.mid(1, value.size() - 2) : value;
 }
 
+/// The text of a line's value that is read as this value.
+QString written(QString value) {
+    value.replace(QStringLiteral("\r\n"), QStringLiteral(" ")).replace(u'\n', u' ').replace(u'\r', u' ');
+    return unquoted(value.trimmed()) == value ? value : u'"' + value + u'"';
+}
+
 } // namespace
 
 IniFile::IniFile(FileSystem &files, QString path)
@@ -89,30 +59,37 @@ IniFile::IniFile(FileSystem &files, QString path)
         unreadable_ = files_.fileExists(path_);
         return;
     }
-    hasBom_ = content.startsWith(bom);
-    if (hasBom_) {
-        content.remove(0, bom.size());
+    const auto marked = QStringConverter::encodingForData(content);
+    hasMark_ = marked.has_value();
+    encoding_ = marked.value_or(QStringConverter::Utf8);
+    QStringDecoder decode(*encoding_, QStringConverter::Flag::Stateless);
+    const QString text = decode(content);
+    if (decode.hasError() && !hasMark_) {
+        encoding_.reset();
     }
-    QStringDecoder decode(QStringDecoder::Utf8, QStringDecoder::Flag::Stateless);
-    QString text = decode(content);
-    isUtf8_ = !decode.hasError();
-    if (!isUtf8_) {
-        text = from1252(content);
+    parse(encoding_ ? text : fromCodePage1252(content));
+}
+
+void IniFile::parse(const QString &text) {
+    qsizetype start = 0;
+    while (start < text.size()) {
+        const qsizetype newLine = text.indexOf(u'\n', start);
+        const qsizetype next = newLine < 0 ? text.size() : newLine + 1;
+        qsizetype end = newLine < 0 ? next : newLine;
+        if (newLine > start && text.at(newLine - 1) == u'\r') {
+            --end;
+        }
+        lines_.append({text.mid(start, end - start), text.mid(end, next - end)});
+        start = next;
     }
-    if (text.isEmpty()) {
-        return;
+    if (!lines_.isEmpty() && !lines_.first().end.isEmpty()) {
+        lineEnd_ = lines_.first().end;
     }
-    lineEnd_ = text.contains(QStringLiteral("\r\n")) ? QStringLiteral("\r\n") : QStringLiteral("\n");
-    endsWithLineEnd_ = text.endsWith(lineEnd_);
-    if (endsWithLineEnd_) {
-        text.chop(lineEnd_.size());
-    }
-    lines_ = text.split(lineEnd_);
 }
 
 qsizetype IniFile::findSection(const QString &section, qsizetype from) const {
     for (qsizetype i = from; i < lines_.size(); ++i) {
-        if (isHeader(lines_.at(i)) && same(headerName(lines_.at(i)), section)) {
+        if (isHeader(lines_.at(i).text) && same(headerName(lines_.at(i).text), section)) {
             return i;
         }
     }
@@ -121,7 +98,7 @@ qsizetype IniFile::findSection(const QString &section, qsizetype from) const {
 
 qsizetype IniFile::sectionEnd(qsizetype header) const {
     qsizetype end = header + 1;
-    while (end < lines_.size() && !isHeader(lines_.at(end))) {
+    while (end < lines_.size() && !isHeader(lines_.at(end).text)) {
         ++end;
     }
     return end;
@@ -130,7 +107,7 @@ qsizetype IniFile::sectionEnd(qsizetype header) const {
 qsizetype IniFile::findKey(const QString &section, const QString &key) const {
     for (qsizetype header = findSection(section); header >= 0; header = findSection(section, header + 1)) {
         for (qsizetype i = header + 1; i < sectionEnd(header); ++i) {
-            if (same(keyName(lines_.at(i)), key)) {
+            if (same(keyName(lines_.at(i).text), key)) {
                 return i;
             }
         }
@@ -143,7 +120,7 @@ QString IniFile::value(const QString &section, const QString &key) const {
     if (line < 0) {
         return {};
     }
-    const QString &text = lines_.at(line);
+    const QString &text = lines_.at(line).text;
     return unquoted(text.mid(text.indexOf(u'=') + 1).trimmed());
 }
 
@@ -151,8 +128,8 @@ QStringList IniFile::keys(const QString &section) const {
     QStringList names;
     for (qsizetype header = findSection(section); header >= 0; header = findSection(section, header + 1)) {
         for (qsizetype i = header + 1; i < sectionEnd(header); ++i) {
-            if (!keyName(lines_.at(i)).isEmpty()) {
-                names.append(keyName(lines_.at(i)));
+            if (!keyName(lines_.at(i).text).isEmpty()) {
+                names.append(keyName(lines_.at(i).text));
             }
         }
     }
@@ -160,27 +137,53 @@ QStringList IniFile::keys(const QString &section) const {
 }
 
 void IniFile::setValue(const QString &section, const QString &key, const QString &value) {
-    const QString line = key + u'=' + value;
+    const QString text = written(value);
     const qsizetype present = findKey(section, key);
     if (present >= 0) {
-        lines_[present] = line;
+        QString &line = lines_[present].text;
+        if (keyName(line) != key || this->value(section, key) != unquoted(text)) {
+            line = key + u'=' + text;
+            changed_ = true;
+        }
         return;
     }
     const qsizetype header = findSection(section);
     if (header < 0) {
-        if (!lines_.isEmpty() && !lines_.last().isEmpty()) {
-            lines_.append(QString());
+        if (!lines_.isEmpty() && !lines_.last().text.trimmed().isEmpty()) {
+            insert(lines_.size(), QString());
         }
-        lines_.append(u'[' + section + u']');
-        lines_.append(line);
+        insert(lines_.size(), u'[' + section + u']');
+        insert(lines_.size(), key + u'=' + text);
         return;
     }
     // Behind the section's last line, before the blank lines that set it off from the next one.
     qsizetype place = sectionEnd(header);
-    while (place > header + 1 && lines_.at(place - 1).trimmed().isEmpty()) {
+    while (place > header + 1 && lines_.at(place - 1).text.trimmed().isEmpty()) {
         --place;
     }
-    lines_.insert(place, line);
+    insert(place, key + u'=' + text);
+}
+
+void IniFile::insert(qsizetype place, const QString &text) {
+    if (place > 0 && lines_.at(place - 1).end.isEmpty()) {
+        lines_[place - 1].end = lineEnd_;
+    }
+    lines_.insert(place, {text, lineEnd_});
+    changed_ = true;
+}
+
+QByteArray IniFile::content() const {
+    QString text;
+    for (const Line &line : lines_) {
+        text += line.text + line.end;
+    }
+    if (!encoding_) {
+        const QByteArray bytes = toCodePage1252(text);
+        return fromCodePage1252(bytes) == text ? bytes : text.toUtf8();
+    }
+    const auto mark = hasMark_ ? QStringConverter::Flag::WriteBom : QStringConverter::Flag::Default;
+    QStringEncoder encode(*encoding_, mark);
+    return encode(text);
 }
 
 void IniFile::save() {
@@ -188,12 +191,10 @@ void IniFile::save() {
         // Writing now would replace settings that were never seen.
         throw RuntimeError(ErrorNumber::PathAccess, path_);
     }
-    QString text = lines_.join(lineEnd_);
-    if (endsWithLineEnd_) {
-        text += lineEnd_;
+    if (changed_) {
+        files_.write(path_, content());
+        changed_ = false;
     }
-    const bool utf8 = isUtf8_ || !fits1252(text);
-    files_.write(path_, (hasBom_ ? bom : QByteArray()) + (utf8 ? text.toUtf8() : to1252(text)));
 }
 
 } // namespace orvel

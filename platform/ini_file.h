@@ -1,7 +1,11 @@
 #pragma once
 
+#include <QList>
 #include <QString>
+#include <QStringConverter>
 #include <QStringList>
+
+#include <optional>
 
 namespace orvel {
 
@@ -9,7 +13,8 @@ class FileSystem;
 
 /// A settings file of sections and key=value lines. Names match without regard to case. Writing changes only the lines
 /// that it must: comments, order, unknown keys, line ends and the character encoding stay.
-/// Encoding: UTF-8 where the file is valid UTF-8, else the Windows code page 1252.
+/// Encoding: what a byte order mark says (UTF-8, UTF-16); else UTF-8 where the file is valid UTF-8, else the Windows
+/// code page 1252. A file in that code page becomes UTF-8 when it gets a character that the code page does not have.
 class IniFile {
   public:
     /// Reads the file; one that is missing or unreadable is empty.
@@ -21,25 +26,35 @@ class IniFile {
     /// Names of the keys of a section, in the file's order.
     [[nodiscard]] QStringList keys(const QString &section) const;
     /// Gives an existing key its new value, on its line and in this spelling; a new key goes to the end of its section,
-    /// a new section to the end of the file.
+    /// a new section to the end of the file. A value that has blanks or quotes at its ends is put in quotes, so that it
+    /// is read as it was given; line breaks in it become blanks.
     void setValue(const QString &section, const QString &key, const QString &value);
-    /// Writes the file as one step. Throws what FileSystem::write() throws, and
-    /// PathAccess for a file that is there but could not be read.
+    /// Writes the file as one step if it changed. Throws what FileSystem::write() throws, and PathAccess for a file
+    /// that is there but could not be read.
     void save();
 
   private:
+    struct Line {
+        QString text;
+        QString end; ///< "\r\n" or "\n"; empty for a last line without one
+    };
+
+    void parse(const QString &text);
+    [[nodiscard]] QByteArray content() const;
     [[nodiscard]] qsizetype findSection(const QString &section, qsizetype from = 0) const;
     [[nodiscard]] qsizetype findKey(const QString &section, const QString &key) const;
     [[nodiscard]] qsizetype sectionEnd(qsizetype header) const;
+    void insert(qsizetype place, const QString &text);
 
     FileSystem &files_;
     QString path_;
-    QStringList lines_;
-    QString lineEnd_;
-    bool endsWithLineEnd_ = true;
-    bool hasBom_ = false;
-    bool isUtf8_ = true;
+    QList<Line> lines_;
+    QString lineEnd_; ///< of new lines
+    /// None: code page 1252.
+    std::optional<QStringConverter::Encoding> encoding_ = QStringConverter::Utf8;
+    bool hasMark_ = false;
     bool unreadable_ = false;
+    bool changed_ = false;
 };
 
 } // namespace orvel

@@ -5,7 +5,7 @@
 
 namespace orvel {
 
-/// A repeating timer of the window thread, made disabled. Destroying it stops it.
+/// A repeating timer of the window thread, made disabled. Destroying it stops it; its own tick must not destroy it.
 class Timer {
   public:
     virtual ~Timer() = default;
@@ -18,7 +18,8 @@ class Timer {
 /// What a timer does about ticks that were due while the window thread was busy.
 enum class MissedTicks {
     Drop,   ///< one tick, then the normal rhythm (count-down, screen updates)
-    CatchUp ///< every tick that was due is delivered, so that counted time never drifts from the clock
+    CatchUp ///< every tick that was due is delivered, so that counted time never drifts from the clock; between long
+            ///< runs of them the window gets its other events
 };
 
 /// Makes timers.

@@ -6,14 +6,12 @@
 #include <array>
 #include <cmath>
 #include <limits>
-#include <optional>
 
 namespace orvel {
 
 namespace {
 
 constexpr std::int32_t white = 0xFFFFFF;
-constexpr std::int32_t black = 0;
 
 struct Colour {
     const char *key;
@@ -73,29 +71,15 @@ class Reader {
         return text(key).toDouble(&isNumber) == 1.0 && isNumber;
     }
 
-    /// A whole number in the range of the field; nothing for texts that are none. Halves round to the even neighbour.
+    /// A whole number in the range of the field, halves rounded to the even neighbour; what is none (empty, no decimal
+    /// number, too big) gives the default.
     template <class Field>
-    [[nodiscard]] std::optional<Field> whole(const char *key) const {
+    void read(const char *key, Field &field, Field whenBad = 0) const {
         bool isNumber = false;
         const double number = std::nearbyint(text(key).toDouble(&isNumber));
         const bool fits =
             isNumber && number >= std::numeric_limits<Field>::min() && number <= std::numeric_limits<Field>::max();
-        return fits ? std::optional<Field>(static_cast<Field>(number)) : std::nullopt;
-    }
-
-    /// A failed conversion leaves the field as it is.
-    template <class Field>
-    void read(const char *key, Field &field) const {
-        field = whole<Field>(key).value_or(field);
-    }
-
-    template <class Field>
-    void read(const char *key, Field &field, Field whenEmpty) const {
-        if (text(key).isEmpty()) {
-            field = whenEmpty;
-        } else {
-            read(key, field);
-        }
+        field = fits ? static_cast<Field>(number) : whenBad;
     }
 
   private:
@@ -109,7 +93,7 @@ void loadAudio(Reader &file, Settings &settings) {
     file.read("Cbuffer_size", settings.Cbuffer_size);
     file.read("CCallBack", settings.CCallBack);
     file.read("CCard", settings.CCard);
-    file.read("RecCard", settings.RecCard, std::int16_t{0});
+    file.read("RecCard", settings.RecCard);
     settings.Mute = file.isOne("Mute");
     file.read("BitRate", settings.BitRate, std::int16_t{2});
     settings.FreeFormat = file.isOne("FreeFormat");
@@ -121,7 +105,7 @@ void loadProcessor(Reader &file, ProcessorSettings &processor) {
         if (key.check != nullptr) {
             processor.*key.check = file.isOne(key.key) ? 1 : 0;
         } else {
-            file.read(key.key, processor.*key.value, std::int32_t{0});
+            file.read(key.key, processor.*key.value);
         }
     }
 }
@@ -129,11 +113,10 @@ void loadProcessor(Reader &file, ProcessorSettings &processor) {
 void loadColours(Reader &file, Settings &settings) {
     file.setSection("Colors");
     for (const Colour &colour : backColours) {
-        settings.*colour.field = white;
         file.read(colour.key, settings.*colour.field, white);
     }
     for (const Colour &colour : textColours) {
-        file.read(colour.key, settings.*colour.field, black);
+        file.read(colour.key, settings.*colour.field);
     }
 }
 

@@ -21,6 +21,7 @@ class Truth {
   private:
     std::int16_t bits_ = 0;
 };
+static_assert(sizeof(Truth) == 2);
 
 /// The station's settings, read once at the start. Folders are texts as stored; colours hold red in the low byte.
 struct Settings {
@@ -55,8 +56,10 @@ struct ProcessorSettings {
     std::int32_t ledRevDelay = 0, ledRevDepth = 0, ledRevDecay = 0, ledRevRate = 0;
 };
 
-/// Reads "\orvel.ini" of the program folder. Nothing in it can fail: a value that cannot be converted leaves its field
-/// as it was, and reading goes on.
+/// Reads "\orvel.ini" of the program folder into every field. Nothing in it can fail: a file that is missing or
+/// unreadable is empty, and a value that cannot be used gives its field the default, as a missing one does: BitRate 2,
+/// white backgrounds, 0 or off for the rest. Numbers are decimal, with a point; halves round to the even neighbour, and
+/// a number outside its field's range cannot be used. A truth value is on when its number is exactly 1.
 void LoadSettings(FileSystem &files, const QString &programFolder, Settings &settings, ProcessorSettings &processor);
 
 /// The section [Drives].

@@ -11,7 +11,12 @@ class DriveMap {
   public:
     explicit DriveMap(QString programFolder) : programFolder_(std::move(programFolder)) {}
 
-    void set(QChar letter, const QString &folder) { folders_.insert(letter.toUpper(), folder); }
+    /// A letter without a folder is not mapped.
+    void set(QChar letter, const QString &folder) {
+        if (!folder.isEmpty()) {
+            folders_.insert(letter.toUpper(), folder);
+        }
+    }
     /// A path without a mapped drive letter is given back with this machine's separators. Folders and names are found
     /// without regard to case.
     [[nodiscard]] QString resolve(const QString &cataloguePath) const;

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QDir>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -24,15 +25,22 @@ QString joined(const QString &folder, const QString &literal) {
 
 namespace {
 
+/// Names that Windows keeps for devices, whatever extension follows.
+bool isDeviceName(const QString &name) {
+    static const QRegularExpression devices(QStringLiteral("^(con|prn|aux|nul|com[1-9]|lpt[1-9]) *(\\..*)?$"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    return devices.match(name).hasMatch();
+}
+
 bool isPlainName(const QString &name) {
     // What Windows forbids is refused everywhere: takes travel to the play-out system's disks.
     static const QString forbidden = QStringLiteral("/\\:*?\"<>|");
-    constexpr qsizetype longest = 200; // bytes; leaves room for an extension and a temporary suffix
+    constexpr qsizetype longest = 200; // bytes; leaves room for an extension and the time in the recovery folder
     const bool hasForbidden = std::any_of(name.begin(), name.end(), [](QChar character) {
         return character.unicode() < 0x20 || forbidden.contains(character);
     });
-    return !hasForbidden && name != QStringLiteral(".") && name != QStringLiteral("..") &&
-           name.toUtf8().size() <= longest;
+    return !hasForbidden && name != QStringLiteral(".") && name != QStringLiteral("..") && !isDeviceName(name) &&
+           name.isValidUtf16() && name.toUtf8().size() <= longest;
 }
 
 } // namespace

@@ -12,8 +12,8 @@ QString programFolder();
 /// those of the literal become separators.
 QString joined(const QString &folder, const QString &literal);
 
-/// folder + literalFolder + name + extension for a name that comes from a database or the user. Throws BadFileName when
-/// the name would leave the folder or cannot be a file name.
+/// folder + literalFolder + name + extension for a name that comes from a database or the user; an empty name is fine.
+/// Throws BadFileName when the name would leave the folder or cannot be a file name on every system.
 QString takeFile(const QString &folder, const QString &literalFolder, const QString &name, const QString &extension);
 
 } // namespace orvel

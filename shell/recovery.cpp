@@ -6,6 +6,7 @@
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <QRegularExpression>
 
 #include <algorithm>
 
@@ -13,11 +14,14 @@ namespace orvel {
 
 namespace {
 
-const QString stampFormat = QStringLiteral("yyyyMMdd-HHmmss-zzz");
-
-/// The time in a kept file's name, which sorts by age.
+/// The time in a kept file's name, which sorts by age; empty for a file that was not kept by this class.
 QString stampOf(const QString &fileName) {
-    return QFileInfo(fileName).completeBaseName().right(stampFormat.size() + 4);
+    static const QRegularExpression stamp(QStringLiteral("\\.(\\d{8}-\\d{6}-\\d{3}-\\d{3})(\\.[^.]*)?$"));
+    return stamp.match(fileName).captured(1);
+}
+
+QString extensionOf(const QFileInfo &file) {
+    return file.suffix().isEmpty() ? QString() : u'.' + file.suffix();
 }
 
 } // namespace
@@ -27,12 +31,10 @@ Recovery::Recovery(FileSystem &files, const QString &programFolder)
 
 QString Recovery::newPlace(const QString &path) const {
     const QFileInfo file(path);
-    const QString stamp = QDateTime::currentDateTime().toString(stampFormat);
-    for (int copy = 0;; ++copy) {
-        const QString place = QStringLiteral("%1/%2.%3-%4.%5")
-                                  .arg(folder_, file.completeBaseName(), stamp)
-                                  .arg(copy, 3, 10, QLatin1Char('0'))
-                                  .arg(file.suffix());
+    const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
+    const QString start = folder_ + u'/' + file.completeBaseName() + u'.' + stamp + u'-';
+    for (int number = 0;; ++number) {
+        const QString place = start + QStringLiteral("%1").arg(number, 3, 10, QLatin1Char('0')) + extensionOf(file);
         if (!files_.fileExists(place)) {
             return place;
         }
@@ -43,16 +45,19 @@ QString Recovery::keep(const QString &path) {
     files_.makeFolder(folder_);
     const QString place = newPlace(path);
     files_.move(path, place);
-    dropOldest(QFileInfo(path).suffix());
+    dropOldest(extensionOf(QFileInfo(path)));
     return place;
 }
 
-void Recovery::keepCopy(const QString &path) {
-    ignoringErrors([&] {
+bool Recovery::keepCopy(const QString &path) {
+    try {
         files_.makeFolder(folder_);
         files_.copy(path, newPlace(path));
-        dropOldest(QFileInfo(path).suffix());
-    });
+    } catch (const RuntimeError &) {
+        return false;
+    }
+    dropOldest(extensionOf(QFileInfo(path)));
+    return true;
 }
 
 void Recovery::discard(const QString &kept) {
@@ -60,7 +65,9 @@ void Recovery::discard(const QString &kept) {
 }
 
 void Recovery::dropOldest(const QString &extension) {
-    QStringList names = files_.list(folder_, QStringLiteral("*.") + extension);
+    QStringList names;
+    ignoringErrors([&] { names = files_.list(folder_, u'*' + extension); });
+    names.removeIf([](const QString &name) { return stampOf(name).isEmpty(); });
     std::sort(names.begin(), names.end(), [](const QString &a, const QString &b) { return stampOf(a) < stampOf(b); });
     while (names.size() > keptFiles) {
         const QString oldest = names.takeFirst();

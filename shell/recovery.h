@@ -7,7 +7,8 @@ namespace orvel {
 class FileSystem;
 
 /// The folder "herstel" in the program folder: what was recorded but not filed, and playlists as they were before they
-/// were changed. The newest fifty of each kind stay.
+/// were changed. The newest fifty of each kind (by extension) stay; files that somebody else put there are never
+/// touched.
 class Recovery {
   public:
     static constexpr int keptFiles = 50;
@@ -17,8 +18,8 @@ class Recovery {
     /// Moves a file there under its name and the present time; gives its new path. Throws what the disk throws; the
     /// file then stays where it is.
     QString keep(const QString &path);
-    /// Copies a file there; a failure is not reported: it must not keep the presenter from working.
-    void keepCopy(const QString &path);
+    /// Copies a file there; false when that failed, which must not keep the presenter from working.
+    bool keepCopy(const QString &path);
     /// Drops a kept file that was filed after all.
     void discard(const QString &kept);
 

@@ -16,45 +16,64 @@ namespace orvel {
 
 namespace {
 
-/// The progress window of one copy operation. It shows itself when the copy takes longer than half a second.
-class ProgressWindow {
+/// The progress window of one copy operation. It shows itself when copying, without the time that questions are open,
+/// takes longer than half a second.
+class Progress {
   public:
-    ProgressWindow(QWidget *owner, const QString &title, int files)
-        : dialog_(QObject::tr("Kopiëren"), QObject::tr("Afbreken"), 0, files * stepsPerFile, owner) {
-        dialog_.setObjectName(QStringLiteral("ShellCopyProgress"));
-        dialog_.setWindowTitle(title);
-        dialog_.setMinimumDuration(500);
-        dialog_.setAutoClose(false);
-        dialog_.setAutoReset(false);
-        sincePump_.start();
-    }
+    Progress(QWidget *owner, QString title, int files) : owner_(owner), title_(std::move(title)), files_(files) {}
 
     void begin(int file, const QString &name) {
         file_ = file;
-        dialog_.setLabelText(name);
-        dialog_.setValue(file * stepsPerFile);
+        name_ = name;
+        sincePump_.start();
     }
 
     /// False when the presenter stopped the copy.
     bool advance(qint64 done, qint64 total) {
-        if (sincePump_.elapsed() >= pumpIntervalMs) {
-            const qint64 part = total > 0 ? done * stepsPerFile / total : 0;
-            dialog_.setValue(file_ * stepsPerFile + static_cast<int>(part));
-            QCoreApplication::processEvents();
-            sincePump_.restart();
+        const qint64 elapsed = sincePump_.elapsed();
+        if (elapsed < pumpIntervalMs) {
+            return true;
         }
-        return !dialog_.wasCanceled();
+        copyingMs_ += elapsed;
+        if (copyingMs_ >= quietMs && !dialog_) {
+            open();
+        }
+        if (dialog_) {
+            dialog_->setLabelText(name_);
+            dialog_->setValue(file_ * stepsPerFile + static_cast<int>(done * stepsPerFile / total));
+        }
+        // Without the window nothing keeps the presenter from other controls: clicks wait until it is there.
+        QCoreApplication::processEvents(dialog_ ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
+        sincePump_.start();
+        return !stopped();
     }
 
-    [[nodiscard]] bool stopped() const { return dialog_.wasCanceled(); }
+    [[nodiscard]] bool stopped() const { return dialog_ && dialog_->wasCanceled(); }
 
   private:
     static constexpr int stepsPerFile = 1000;
     static constexpr qint64 pumpIntervalMs = 16;
+    static constexpr qint64 quietMs = 500;
 
-    QProgressDialog dialog_;
-    QElapsedTimer sincePump_;
+    void open() {
+        dialog_ =
+            std::make_unique<QProgressDialog>(name_, QStringLiteral("Afbreken"), 0, files_ * stepsPerFile, owner_);
+        dialog_->setObjectName(QStringLiteral("ShellCopyProgress"));
+        dialog_->setWindowTitle(title_);
+        dialog_->setWindowModality(Qt::WindowModal);
+        dialog_->setAutoClose(false);
+        dialog_->setAutoReset(false);
+        dialog_->show();
+    }
+
+    QWidget *owner_;
+    QString title_;
+    int files_;
     int file_ = 0;
+    QString name_;
+    qint64 copyingMs_ = 0;
+    QElapsedTimer sincePump_;
+    std::unique_ptr<QProgressDialog> dialog_;
 };
 
 struct Request {
@@ -104,29 +123,24 @@ bool mayWrite(const Request &request, const QString &target) {
                request.title);
 }
 
-void copyAll(const Request &request, const QStringList &sources, bool intoFolder, ShellCopyResult &result) {
+/// The copies one after the other; counts those that were made.
+void copyAll(const Request &request, const QStringList &sources, bool intoFolder, int &copied) {
     const QString folder = intoFolder ? request.destination : QFileInfo(request.destination).path();
     if (!provideFolder(request, folder)) {
         return;
     }
-    std::unique_ptr<ProgressWindow> window;
-    if (!request.silent) {
-        window = std::make_unique<ProgressWindow>(request.owner, request.title, static_cast<int>(sources.size()));
-    }
-    int number = 0;
-    for (const QString &source : sources) {
+    Progress progress(request.owner, request.title, static_cast<int>(sources.size()));
+    for (int number = 0; number < sources.size() && !progress.stopped(); ++number) {
+        const QString &source = sources.at(number);
         const QString name = QFileInfo(source).fileName();
         const QString target = intoFolder ? folder + QDir::separator() + name : request.destination;
-        if (window) {
-            window->begin(number, name);
+        if (!mayWrite(request, target)) {
+            continue;
         }
-        ++number;
-        if (window && window->stopped()) {
-            return;
-        }
-        const auto progress = [&](qint64 done, qint64 total) { return !window || window->advance(done, total); };
-        if (mayWrite(request, target) && request.platform.files.copy(source, target, progress)) {
-            ++result.copied;
+        progress.begin(number, name);
+        const auto advance = [&](qint64 done, qint64 total) { return request.silent || progress.advance(done, total); };
+        if (request.platform.files.copy(source, target, advance)) {
+            ++copied;
         }
     }
 }
@@ -143,8 +157,9 @@ ShellCopyResult ShellCopyFile(Platform &platform, QWidget *Owner, const QString 
             return result;
         }
         result.skipped = static_cast<int>(sources.size());
-        const bool intoFolder = isPattern(Source) || platform.files.folderExists(Destination);
-        copyAll(request, sources, intoFolder, result);
+        const bool intoFolder =
+            isPattern(Source) || Destination.endsWith(QDir::separator()) || platform.files.folderExists(Destination);
+        copyAll(request, sources, intoFolder, result.copied);
     } catch (const RuntimeError &error) {
         platform.prompts.message(QStringLiteral("Error: ") + QString::number(static_cast<int>(error.number())) +
                                      QStringLiteral(". ") + error.description(),

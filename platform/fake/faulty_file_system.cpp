@@ -6,9 +6,13 @@ void FaultyFileSystem::fail(Operation operation, const QString &pathPart, ErrorN
     faults_.append({operation, pathPart, number});
 }
 
-void FaultyFileSystem::check(Operation operation, const QString &path) const {
+void FaultyFileSystem::failCopyAfter(qint64 bytes, const QString &pathPart, ErrorNumber number) {
+    faults_.append({Operation::Copy, pathPart, number, bytes});
+}
+
+void FaultyFileSystem::check(Operation operation, const QString &path, qint64 bytes) const {
     for (const Fault &fault : faults_) {
-        if (fault.operation == operation && path.contains(fault.pathPart)) {
+        if (fault.operation == operation && path.contains(fault.pathPart) && bytes >= fault.afterBytes) {
             throw RuntimeError(fault.number, path);
         }
     }
@@ -31,7 +35,10 @@ void FaultyFileSystem::write(const QString &path, const QByteArray &content) {
 
 bool FaultyFileSystem::copy(const QString &source, const QString &target, const Progress &progress) {
     check(Operation::Copy, target);
-    return real_.copy(source, target, progress);
+    return real_.copy(source, target, [&](qint64 done, qint64 total) {
+        check(Operation::Copy, target, done);
+        return !progress || progress(done, total);
+    });
 }
 
 void FaultyFileSystem::move(const QString &source, const QString &target) {

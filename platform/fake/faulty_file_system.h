@@ -16,6 +16,8 @@ class FaultyFileSystem : public FileSystem {
 
     /// From now on, for the paths (of a copy or a move: the target's) that contain the text.
     void fail(Operation operation, const QString &pathPart, ErrorNumber number);
+    /// From now on, copies to such paths fail after so many bytes, whatever the disk did with them.
+    void failCopyAfter(qint64 bytes, const QString &pathPart, ErrorNumber number);
     void heal() { faults_.clear(); }
 
     [[nodiscard]] bool fileExists(const QString &path) const override { return real_.fileExists(path); }
@@ -33,9 +35,10 @@ class FaultyFileSystem : public FileSystem {
         Operation operation;
         QString pathPart;
         ErrorNumber number;
+        qint64 afterBytes = 0;
     };
 
-    void check(Operation operation, const QString &path) const;
+    void check(Operation operation, const QString &path, qint64 bytes = 0) const;
 
     FileSystem &real_;
     QList<Fault> faults_;

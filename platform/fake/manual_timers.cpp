@@ -7,7 +7,7 @@ namespace orvel {
 class ManualTimers::ManualTimer : public Timer {
   public:
     ManualTimer(ManualTimers &clock, int intervalMs, MissedTicks missed, std::function<void()> tick)
-        : clock_(clock), tick_(std::move(tick)), interval_(intervalMs), missed_(missed) {
+        : clock_(clock), tick_(std::move(tick)), interval_(std::max(intervalMs, 1)), missed_(missed) {
         clock_.timers_.push_back(this);
     }
     ManualTimer(const ManualTimer &) = delete;
@@ -22,6 +22,7 @@ class ManualTimers::ManualTimer : public Timer {
     }
     [[nodiscard]] bool isEnabled() const override { return enabled_; }
     [[nodiscard]] std::int64_t due() const { return due_; }
+    [[nodiscard]] int interval() const { return interval_; }
 
     void run() {
         due_ += interval_;
@@ -38,7 +39,7 @@ class ManualTimers::ManualTimer : public Timer {
   private:
     ManualTimers &clock_;
     std::function<void()> tick_;
-    std::int64_t interval_;
+    int interval_;
     std::int64_t due_ = 0;
     MissedTicks missed_;
     bool enabled_ = false;
@@ -65,6 +66,16 @@ void ManualTimers::advance(std::int64_t milliseconds) {
         timer->run();
     }
     now_ = until;
+}
+
+std::vector<int> ManualTimers::enabledIntervals() const {
+    std::vector<int> intervals;
+    for (const ManualTimer *timer : timers_) {
+        if (timer->isEnabled()) {
+            intervals.push_back(timer->interval());
+        }
+    }
+    return intervals;
 }
 
 void ManualTimers::stall(std::int64_t milliseconds) {

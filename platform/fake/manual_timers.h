@@ -18,6 +18,8 @@ class ManualTimers : public Timers {
     /// Time that passes while the window thread is busy: afterwards one tick of dropping timers, every tick of the
     /// others.
     void stall(std::int64_t milliseconds);
+    /// Intervals in milliseconds of the timers that are enabled, in the order of their making.
+    [[nodiscard]] std::vector<int> enabledIntervals() const;
 
   private:
     class ManualTimer;

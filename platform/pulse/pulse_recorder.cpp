@@ -19,6 +19,8 @@ constexpr std::uint32_t kPieceBytes = kTakeRate / 50 * kFrameBytes;
 constexpr auto kOpenPatience = 3s;
 /// No server holds back more than that: PulseAudio's longest latency is two seconds.
 constexpr std::chrono::microseconds kMostHeld = 3s;
+/// No working source pauses longer, by the same rule.
+constexpr auto kLongestPause = 3s;
 /// For samples to come over from the server, and for its estimate to be wrong.
 constexpr auto kDrainMargin = 100ms;
 
@@ -84,6 +86,9 @@ void PulseRecorder::start() {
     suspendedSince_.reset();
     take_.store(writer_.get(), std::memory_order_release);
     recording_ = true;
+    receivedBefore_ = 0;
+    receivedSince_ = Clock::now();
+    stallTold_ = false;
 }
 
 bool PulseRecorder::hasStreamOf(const QString &source) const {
@@ -154,9 +159,23 @@ void PulseRecorder::stop() {
 }
 
 RecorderStatus PulseRecorder::status() {
+    tellStall();
     RecorderStatus status = writer_ ? writer_->status() : RecorderStatus();
     status.deviceLost = takeLost_.load(std::memory_order_relaxed);
     return status;
+}
+
+/// A server that hangs says nothing, not even that. Counted as an overrun, once each time.
+void PulseRecorder::tellStall() {
+    const std::int64_t received = received_.load(std::memory_order_relaxed);
+    if (!recording_ || received != receivedBefore_) {
+        receivedBefore_ = received;
+        receivedSince_ = Clock::now();
+        stallTold_ = false;
+    } else if (!stallTold_ && Clock::now() - receivedSince_ > kLongestPause) {
+        stallTold_ = true;
+        writer_->countOverrun();
+    }
 }
 
 /// What was spoken until now is on its way for as long as the server says: goes on recording until it has come.

@@ -42,6 +42,7 @@ class PulseRecorder : public WaveRecorder {
     void dropStream(); ///< with the server's lock held
     void drain();
     [[nodiscard]] std::chrono::microseconds heldByServer();
+    void tellStall();
     // The server's thread.
     void streamChanged();
     void takeSamples();
@@ -55,6 +56,9 @@ class PulseRecorder : public WaveRecorder {
     pa_stream *stream_ = nullptr;
     QString streamSource_; ///< what stream_ records from
     bool recording_ = false;
+    std::int64_t receivedBefore_ = 0;                     ///< when samples came in last, as far as status() saw
+    std::chrono::steady_clock::time_point receivedSince_; ///< when status() saw that
+    bool stallTold_ = false;
     std::unique_ptr<TakeWriter> writer_; ///< of the running or the latest take
 
     // What both threads see.

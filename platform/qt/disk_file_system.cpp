@@ -1,21 +1,21 @@
 #include "platform/qt/disk_file_system.h"
 
-#include "platform/qt/disk_sync.h"
+#include "platform/qt/disk_calls.h"
 #include "platform/runtime_error.h"
 
 #include <QCollator>
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
-#include <QTemporaryFile>
 
 #include <algorithm>
+#include <utility>
 
 namespace orvel {
 
 namespace {
 
-constexpr qint64 chunkBytes = 256 * 1024;
+constexpr qint64 chunkBytes = 256LL * 1024;
 
 RuntimeError missing(const QString &path) {
     const bool hasFolder = QFileInfo(QFileInfo(path).path()).isDir();
@@ -26,61 +26,35 @@ void openForReading(QFile &file) {
     if (!QFileInfo(file.fileName()).isFile()) {
         throw missing(file.fileName());
     }
-    if (!file.open(QIODevice::ReadOnly)) {
+    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
         throw RuntimeError(ErrorNumber::PermissionDenied, file.fileName());
     }
 }
 
-/// New content of a file: written under a temporary name in the file's folder, which the file gets when it is whole.
-class Replacement {
-  public:
-    explicit Replacement(const QString &target) : target_(target), file_(temporaryName(target)) {
-        const QFileInfo folder(QFileInfo(target).path());
-        if (!folder.isDir()) {
-            throw RuntimeError(ErrorNumber::PathNotFound, target);
-        }
-        if (QFileInfo(target).isDir()) {
-            throw RuntimeError(ErrorNumber::PathAccess, target);
-        }
-        if (QFileInfo::exists(target) && !QFileInfo(target).isWritable()) {
-            throw RuntimeError(ErrorNumber::PermissionDenied, target);
-        }
-        if (!file_.open()) {
-            throw RuntimeError(isFull(folder.filePath()) ? ErrorNumber::DiskFull : ErrorNumber::PermissionDenied,
-                               target);
-        }
-    }
+/// A link stays a link: what it points to gets the new content.
+QString behindLinks(const QString &path) {
+    const QString canonical = QFileInfo(path).isSymLink() ? QFileInfo(path).canonicalFilePath() : QString();
+    return canonical.isEmpty() ? path : canonical;
+}
 
-    void append(const QByteArray &bytes) {
-        if (file_.write(bytes) != bytes.size()) {
-            throw RuntimeError(ErrorNumber::DiskFull, target_);
-        }
+/// Throws when a file cannot get new content.
+void checkTarget(const QString &path) {
+    const QFileInfo target(path);
+    if (!QFileInfo(target.path()).isDir()) {
+        throw RuntimeError(ErrorNumber::PathNotFound, path);
     }
-
-    /// Makes it the file. Permissions are those of the file before, or what any new file gets.
-    void commit() {
-        if (!file_.flush() || !syncFile(file_.handle())) {
-            throw RuntimeError(ErrorNumber::DiskFull, target_);
-        }
-        const QFileInfo before(target_);
-        file_.setPermissions(before.exists() ? before.permissions() : newFilePermissions());
-        file_.setAutoRemove(false);
-        if (!replaceFile(file_.fileName(), target_)) {
-            file_.setAutoRemove(true);
-            throw RuntimeError(ErrorNumber::PathAccess, target_);
-        }
-        syncFolder(QFileInfo(target_).path());
+    if (target.isDir()) {
+        throw RuntimeError(ErrorNumber::PathAccess, path);
     }
-
-  private:
-    static QString temporaryName(const QString &target) {
-        // No "*.mdb" or "*.mp3": nobody may take it for a whole file.
-        return QFileInfo(target).path() + QStringLiteral("/.orvel-XXXXXX.tmp");
+    // A rename would replace a read-only file all the same.
+    if (target.exists() && !target.isWritable()) {
+        throw RuntimeError(ErrorNumber::PermissionDenied, path);
     }
+}
 
-    QString target_;
-    QTemporaryFile file_;
-};
+bool sameFile(const QString &a, const QString &b) {
+    return QFileInfo(b).exists() && QFileInfo(a).canonicalFilePath() == QFileInfo(b).canonicalFilePath();
+}
 
 } // namespace
 
@@ -96,40 +70,51 @@ QStringList DiskFileSystem::list(const QString &folder, const QString &pattern) 
     if (!folderExists(folder)) {
         return {};
     }
+    // Only * and ? are wild; Qt would take brackets for a set.
+    QString wild = pattern;
+    wild.replace(u'[', QStringLiteral("[[]"));
     // QDir matches name filters without regard to case unless told otherwise.
-    QStringList names = QDir(folder).entryList({pattern}, QDir::Files, QDir::Unsorted);
+    QStringList names = QDir(folder).entryList({wild}, QDir::Files, QDir::Name);
     QCollator order;
     order.setCaseSensitivity(Qt::CaseInsensitive);
     order.setNumericMode(false);
-    std::sort(names.begin(), names.end(), order);
+    std::stable_sort(names.begin(), names.end(), order);
     return names;
 }
 
 QByteArray DiskFileSystem::read(const QString &path) const {
     QFile file(path);
     openForReading(file);
-    return file.readAll();
+    QByteArray content = file.readAll();
+    if (file.error() != QFileDevice::NoError) {
+        throw RuntimeError(ErrorNumber::DeviceError, path);
+    }
+    return content;
 }
 
 void DiskFileSystem::write(const QString &path, const QByteArray &content) {
-    Replacement replacement(path);
+    const QString target = behindLinks(path);
+    checkTarget(target);
+    NewContent replacement(target);
     replacement.append(content);
-    replacement.commit();
+    replacement.replaceTarget();
 }
 
 bool DiskFileSystem::copy(const QString &source, const QString &target, const Progress &progress) {
     QFile file(source);
     openForReading(file);
-    if (QFileInfo(target).exists() && QFileInfo(source).canonicalFilePath() == QFileInfo(target).canonicalFilePath()) {
+    const QString realTarget = behindLinks(target);
+    checkTarget(realTarget);
+    if (sameFile(source, realTarget)) {
         throw RuntimeError(ErrorNumber::PermissionDenied, target);
     }
-    Replacement replacement(target);
+    NewContent replacement(realTarget);
     const qint64 total = file.size();
     qint64 done = 0;
-    while (!file.atEnd()) {
-        const QByteArray chunk = file.read(chunkBytes);
-        if (chunk.isEmpty()) {
-            throw RuntimeError(ErrorNumber::PathAccess, source);
+    while (done < total) {
+        const QByteArray chunk = file.read(std::min(chunkBytes, total - done));
+        if (chunk.isEmpty()) { // the disk failed, or somebody is shortening the file
+            throw RuntimeError(ErrorNumber::DeviceError, source);
         }
         replacement.append(chunk);
         done += chunk.size();
@@ -137,7 +122,7 @@ bool DiskFileSystem::copy(const QString &source, const QString &target, const Pr
             return false;
         }
     }
-    replacement.commit();
+    replacement.replaceTarget();
     return true;
 }
 
@@ -145,30 +130,30 @@ void DiskFileSystem::move(const QString &source, const QString &target) {
     if (!fileExists(source)) {
         throw missing(source);
     }
-    if (!QFileInfo(QFileInfo(target).path()).isDir()) {
-        throw RuntimeError(ErrorNumber::PathNotFound, target);
+    checkTarget(target);
+    if (!renameFile(source, target)) {
+        copy(source, target, {});
+        remove(source);
     }
-    if (replaceFile(source, target)) {
-        syncFolder(QFileInfo(target).path());
-        return;
-    }
-    // Another disk, most likely.
-    copy(source, target, {});
-    remove(source);
 }
 
 void DiskFileSystem::remove(const QString &path) {
     if (!fileExists(path)) {
         throw missing(path);
     }
-    if (!QFile::remove(path)) {
-        throw RuntimeError(ErrorNumber::PermissionDenied, path);
-    }
+    removeFile(path);
 }
 
 void DiskFileSystem::makeFolder(const QString &path) {
-    if (!QDir().mkpath(path)) {
-        throw RuntimeError(ErrorNumber::PathAccess, path);
+    QStringList toMake;
+    for (QString folder = QDir::cleanPath(path); !folderExists(folder); folder = QFileInfo(folder).path()) {
+        if (folder.isEmpty() || toMake.contains(folder)) {
+            throw RuntimeError(ErrorNumber::PathNotFound, path);
+        }
+        toMake.prepend(folder);
+    }
+    for (const QString &folder : std::as_const(toMake)) {
+        makeOneFolder(folder);
     }
 }
 

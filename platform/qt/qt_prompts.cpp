@@ -3,9 +3,12 @@
 #include <QApplication>
 #include <QColorDialog>
 #include <QFileDialog>
+#include <QFileInfo>
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
+
+#include <algorithm>
 
 namespace orvel {
 
@@ -23,27 +26,48 @@ QMessageBox::Icon boxIcon(MessageIcon icon) {
     return QMessageBox::NoIcon;
 }
 
+/// The window that a box belongs to, also while another program has the focus: a box without one could stay behind it.
+QWidget *owner() {
+    for (QWidget *window : {QApplication::activeModalWidget(), QApplication::activeWindow()}) {
+        if (window != nullptr) {
+            return window;
+        }
+    }
+    const QWidgetList windows = QApplication::topLevelWidgets();
+    const auto main = std::find_if(windows.begin(), windows.end(), [](const QWidget *window) {
+        return window->isVisible() && window->windowType() == Qt::Window;
+    });
+    return main == windows.end() ? nullptr : *main;
+}
+
+QString chosenIn(QFileDialog &dialog) {
+    const bool accepted = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
+    return accepted ? dialog.selectedFiles().constFirst() : QString();
+}
+
 } // namespace
 
 void QtPrompts::message(const QString &text, const QString &title, MessageIcon icon) {
-    QMessageBox box(boxIcon(icon), title, text, QMessageBox::NoButton, QApplication::activeWindow());
+    QMessageBox box(boxIcon(icon), title, text, QMessageBox::NoButton, owner());
     box.setTextFormat(Qt::PlainText);
-    box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+    QPushButton *ok = box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
+    box.setEscapeButton(ok);
     box.exec();
 }
 
 bool QtPrompts::ask(const QString &text, const QString &title) {
-    QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, QApplication::activeWindow());
+    QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, owner());
     box.setTextFormat(Qt::PlainText);
-    const QPushButton *yes = box.addButton(QStringLiteral("&Ja"), QMessageBox::YesRole);
+    QPushButton *yes = box.addButton(QStringLiteral("&Ja"), QMessageBox::YesRole);
     QPushButton *no = box.addButton(QStringLiteral("&Nee"), QMessageBox::NoRole);
+    box.setDefaultButton(yes);
     box.setEscapeButton(no);
     box.exec();
     return box.clickedButton() == yes;
 }
 
 QString QtPrompts::input(const QString &prompt, const QString &title) {
-    QInputDialog dialog(QApplication::activeWindow());
+    QInputDialog dialog(owner());
     dialog.setWindowTitle(title);
     dialog.setLabelText(prompt);
     dialog.setOkButtonText(QStringLiteral("OK"));
@@ -52,21 +76,33 @@ QString QtPrompts::input(const QString &prompt, const QString &title) {
 }
 
 QString QtPrompts::saveFileName(const QString &title, const QString &proposal) {
-    return QFileDialog::getSaveFileName(QApplication::activeWindow(), title, proposal,
-                                        QStringLiteral("MP3-bestanden (*.mp3);;Alle bestanden (*)"), nullptr,
-                                        // ShellCopyFile asks before it overwrites: one question is enough.
-                                        QFileDialog::DontConfirmOverwrite);
+    QFileDialog dialog(owner(), title, lastSaveFolder_);
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilters({QStringLiteral("MP3-bestanden (*.mp3)"), QStringLiteral("Alle bestanden (*)")});
+    dialog.setDefaultSuffix(QStringLiteral("mp3"));
+    // The copy that follows asks before it overwrites: one question is enough.
+    dialog.setOption(QFileDialog::DontConfirmOverwrite);
+    dialog.selectFile(proposal);
+    const QString chosen = chosenIn(dialog);
+    if (!chosen.isEmpty()) {
+        lastSaveFolder_ = QFileInfo(chosen).path();
+    }
+    return chosen;
 }
 
 QString QtPrompts::folder(const QString &instruction, const QString &start) {
-    return QFileDialog::getExistingDirectory(QApplication::activeWindow(), instruction, start);
+    QFileDialog dialog(owner(), instruction, start);
+    dialog.setFileMode(QFileDialog::Directory);
+    dialog.setOption(QFileDialog::ShowDirsOnly);
+    dialog.setLabelText(QFileDialog::Reject, QStringLiteral("&Afbreken"));
+    return chosenIn(dialog);
 }
 
 std::optional<std::int32_t> QtPrompts::colour(std::int32_t initial) {
     const auto bits = static_cast<std::uint32_t>(initial);
     const QColor start(static_cast<int>(bits & 0xFFU), static_cast<int>((bits >> 8U) & 0xFFU),
                        static_cast<int>((bits >> 16U) & 0xFFU));
-    const QColor chosen = QColorDialog::getColor(start, QApplication::activeWindow());
+    const QColor chosen = QColorDialog::getColor(start, owner(), QStringLiteral("Kleur kiezen"));
     if (!chosen.isValid()) {
         return std::nullopt;
     }

@@ -2,6 +2,8 @@
 
 #include "platform/prompts.h"
 
+#include <QStandardPaths>
+
 namespace orvel {
 
 /// Message boxes and dialogs over the active window.
@@ -13,6 +15,10 @@ class QtPrompts : public Prompts {
     QString saveFileName(const QString &title, const QString &proposal) override;
     QString folder(const QString &instruction, const QString &start) override;
     std::optional<std::int32_t> colour(std::int32_t initial) override;
+
+  private:
+    /// Where the save dialog starts: where the presenter saved last in this run, at first the desktop's music folder.
+    QString lastSaveFolder_ = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
 };
 
 } // namespace orvel

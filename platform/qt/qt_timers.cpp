@@ -3,26 +3,32 @@
 #include <QElapsedTimer>
 #include <QTimer>
 
+#include <algorithm>
+
 namespace orvel {
 
 namespace {
 
+/// The longest that ticks which were missed may keep the window from its other events.
+constexpr qint64 longestRunMs = 50;
+
 class QtTimer : public Timer {
   public:
     QtTimer(int intervalMs, MissedTicks missed, std::function<void()> tick)
-        : tick_(std::move(tick)), interval_(intervalMs), missed_(missed) {
+        : tick_(std::move(tick)), interval_(std::max(intervalMs, 1)), missed_(missed) {
         timer_.setTimerType(Qt::PreciseTimer);
-        timer_.setInterval(intervalMs);
+        timer_.setInterval(static_cast<int>(interval_));
         QObject::connect(&timer_, &QTimer::timeout, [this] { deliver(); });
     }
 
     void setEnabled(bool enabled) override {
+        ++run_;
         if (!enabled) {
             timer_.stop();
             return;
         }
         delivered_ = 0;
-        since_.start();
+        sinceEnabled_.start();
         timer_.start();
     }
 
@@ -34,22 +40,24 @@ class QtTimer : public Timer {
             tick_();
             return;
         }
-        // How many are due is settled before the first of them: ticks that are slower than their interval must not
-        // keep the window from its other events. The tick itself may disable or restart the timer.
-        const qint64 due = since_.elapsed() / interval_;
-        const qint64 enabling = ++enabling_;
-        while (timer_.isActive() && delivered_ < due && enabling == enabling_) {
+        // A tick may disable the timer or enable it anew, or show a box, whose event loop delivers the rest: each of
+        // them is a new run. What is left after a long run is delivered at the next timeout.
+        const qint64 run = ++run_;
+        const qint64 due = sinceEnabled_.elapsed() / interval_;
+        QElapsedTimer sinceRun;
+        sinceRun.start();
+        while (run == run_ && delivered_ < due && sinceRun.elapsed() < longestRunMs) {
             ++delivered_;
             tick_();
         }
     }
 
     QTimer timer_;
-    QElapsedTimer since_;
+    QElapsedTimer sinceEnabled_;
     std::function<void()> tick_;
     qint64 interval_;
     qint64 delivered_ = 0;
-    qint64 enabling_ = 0; ///< tells a nested delivery from the one around it
+    qint64 run_ = 0;
     MissedTicks missed_;
 };
 

@@ -43,7 +43,7 @@ class TakeWriter {
     void push(std::span<const std::int16_t> samples) noexcept;
     /// Sound card's thread: the card lost `frames`; counted as an overrun, silence comes in their place.
     void pushHole(std::int64_t frames) noexcept;
-    /// Sound card's thread: something was lost, nobody knows how much; counted as an overrun.
+    /// Any thread: something was lost, nobody knows how much; counted as an overrun.
     void countOverrun() noexcept;
     /// Sound card's thread: samples that push() would take now without loss.
     [[nodiscard]] std::size_t space() const noexcept;

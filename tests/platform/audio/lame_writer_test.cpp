@@ -95,7 +95,7 @@ Mp3Format stationFormat(int kbit) {
 
 TEST(LameWriter, WritesAnExactConstantRateInTwoEqualChannels) {
     const TempFolder folder;
-    const std::vector<std::int16_t> take = voiceLike(3 * 44100 + 777);
+    const std::vector<std::int16_t> take = voiceLike(133'077);
     for (const int kbit : {128, 192, 256, 320}) {
         const QString path = folder.path("spraak één.mp3");
         LameWriter writer;
@@ -142,7 +142,7 @@ TEST(LameWriter, TellsTheExactLengthWhateverItIs) {
 
 TEST(LameWriter, IsTheSameAsTheLameCommandAtItsOwnQuality) {
     const TempFolder folder;
-    const std::vector<std::int16_t> take = voiceLike(5 * 44100);
+    const std::vector<std::int16_t> take = voiceLike(220'500);
     test::writeContent(folder.path("a.raw"), bytesOf(take));
     const QStringList raw{"--quiet", "-r", "-s", "44.1", "-m", "j", "--bitwidth", "16", "--cbr", "-b", "192"};
     QByteArray stereo;
@@ -192,7 +192,7 @@ TEST(LameWriter, ResamplesAnInputOfAnotherRate) {
 
 TEST(LameWriter, WritesTrueFreeFormatOnDemand) {
     const TempFolder folder;
-    const std::vector<std::int16_t> take = voiceLike(2 * 44100);
+    const std::vector<std::int16_t> take = voiceLike(88'200);
     LameWriter writer;
     writer.setFormat({44100, 2, 350, true});
     writer.setInput(44100, 1);

@@ -99,7 +99,7 @@ void PrivatePulse::kill() {
     }
 }
 
-void PrivatePulse::freeze(bool frozen) {
+void PrivatePulse::freeze(bool frozen) const {
     ::kill(pid_, frozen ? SIGSTOP : SIGCONT);
 }
 

@@ -40,7 +40,7 @@ class PrivatePulse {
     /// Kills the server, not giving it a chance to say goodbye.
     void kill();
     /// Stops (SIGSTOP) or continues the server: one that hangs.
-    void freeze(bool frozen);
+    void freeze(bool frozen) const;
     /// Starts it again on the same socket, without devices.
     void restart();
 

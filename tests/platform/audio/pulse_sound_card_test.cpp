@@ -152,7 +152,7 @@ TEST_F(PulseTest, TakesEverySampleOnceAndInOrder) {
               0);
     connect();
     startTake("a.wav");
-    const std::vector<std::int16_t> samples = counting(44100 * 2);
+    const std::vector<std::int16_t> samples = counting(88'200);
     const auto *bytes = reinterpret_cast<const char *>(samples.data());
     const std::size_t size = samples.size() * 2;
     const int out = open(pipe.toLocal8Bit().constData(), O_WRONLY);
@@ -235,6 +235,7 @@ TEST_F(PulseTest, AServerThatHangsDoesNotHangTheProgram) {
     startTake("a.wav");
     waitForFrames(22050);
     pulse.freeze(true);
+    EXPECT_TRUE(comesTrue([&] { return card->recorder().status().overruns > 0; })) << "nothing comes in: told";
     const auto before = std::chrono::steady_clock::now();
     EXPECT_EQ(errorOf([&] { card->recorder().stop(); }), 0);
     EXPECT_EQ(errorOf([&] { startTake("b.wav"); }), 57);

@@ -34,7 +34,7 @@ int errorStateOf(const QString &path) {
 std::vector<std::int16_t> growingTone() {
     std::vector<std::int16_t> samples(88'200);
     for (std::size_t i = 0; i < samples.size(); ++i) {
-        const double t = static_cast<double>(i);
+        const auto t = static_cast<double>(i);
         samples[i] = static_cast<std::int16_t>(std::lrint(32'000 * t / 88'200 * std::sin(t * 0.0712)));
     }
     return samples;
@@ -50,7 +50,7 @@ class SndfileReaderTest : public testing::Test {
 
     /// The take as another program writes it in another format.
     QString converted(const char *name, const QStringList &soxFormat) {
-        const QString path = folder.path(name);
+        QString path = folder.path(name);
         const QStringList arguments = QStringList{QStringLiteral("-D"), take} + soxFormat + QStringList{path};
         EXPECT_EQ(runTool(QStringLiteral("sox"), arguments).exitCode, 0);
         return path;
