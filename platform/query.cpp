@@ -16,7 +16,7 @@ namespace {
 /// Reads a statement piece by piece; a piece that is not there as expected throws QueryNotSupported.
 class Scanner {
   public:
-    explicit Scanner(const QString &text) : text_(text) {}
+    explicit Scanner(QString text) : text_(std::move(text)) {}
 
     [[nodiscard]] bool atEnd() {
         skipSpace();
@@ -153,7 +153,7 @@ Query Query::parse(const QString &statement) {
 
 Query::Condition parseCriterion(const QString &criterion) {
     Scanner scanner(criterion);
-    const Query::Condition condition = takeCondition(scanner);
+    Query::Condition condition = takeCondition(scanner);
     scanner.expect(scanner.atEnd());
     return condition;
 }

@@ -26,17 +26,17 @@ bool DataPage::holdsLongValues() const {
 }
 
 std::uint16_t DataPage::startOf(std::uint16_t number) const {
-    return page_.u16(table_ + 2U * number) & startMask;
+    return page_.u16(table_ + std::size_t{2} * number) & startMask;
 }
 
 Slot DataPage::slot(std::uint16_t number) const {
     if (number >= count_) {
         damaged(page_.page(), "rij " + std::to_string(number) + " is er niet");
     }
-    const std::uint16_t flags = page_.u16(table_ + 2U * number);
+    const std::uint16_t flags = page_.u16(table_ + std::size_t{2} * number);
     const std::uint16_t start = startOf(number);
     const std::size_t end = number == 0 ? page_.size() : startOf(static_cast<std::uint16_t>(number - 1));
-    if (start < table_ + 2U * count_ || start > end || end > page_.size()) {
+    if (start < table_ + std::size_t{2} * count_ || start > end || end > page_.size()) {
         damaged(page_.page(), "rij " + std::to_string(number) + " valt buiten de pagina");
     }
     return {.moved = (flags & movedFlag) != 0,
