@@ -100,7 +100,7 @@ void frmMain::layOut() {
 
     lblStatus = new QLabel(this);
     lblStatus->setObjectName(QStringLiteral("lblStatus"));
-    lblStatus->setAccessibleName(tr("Statusregel"));
+    lblStatus->setAccessibleDescription(tr("Statusregel"));
     statusBar()->addWidget(lblStatus, 1);
     statusBar()->addPermanentWidget(savePanel->barProgress);
     // Fits a screen of 1280 x 800 with its title bar.

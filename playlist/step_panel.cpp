@@ -7,10 +7,11 @@ namespace orvel {
 
 namespace {
 
-QLabel *label(QWidget *parent, const char *name, const QString &accessibleName, const char *role) {
+QLabel *label(QWidget *parent, const char *name, const QString &description, const char *role) {
     auto *made = new QLabel(parent);
     made->setObjectName(QString::fromLatin1(name));
-    made->setAccessibleName(accessibleName);
+    // What is read out is the text itself.
+    made->setAccessibleDescription(description);
     made->setProperty("role", QString::fromLatin1(role));
     return made;
 }

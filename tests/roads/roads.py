@@ -45,7 +45,9 @@ class Road:
         time.sleep(silence)
         begin = time.monotonic() - start
         spoken = self.desk.say(words)
-        time.sleep(spoken + silence)
+        time.sleep(spoken / 2)
+        self.picture("recording")
+        time.sleep(max(0.0, begin + spoken + silence - (time.monotonic() - start)))
         self.desk.press(STOP)
         self.desk.find(RECORD, "push button")
         return begin, begin + spoken
@@ -87,7 +89,7 @@ def click_to_file(road):
     road.desk.press(SAVE)
     filed = road.path("ok", "OCH01.mp3")
     wait_for("the filed voice track", lambda: os.path.exists(filed))
-    wait_for("the next slot", lambda: road.desk.look("OCH02"))
+    wait_for("the next slot", lambda: road.desk.look("OCH02", "label"))
     road.picture("saved")
     assert road.probe(filed, "stream=codec_name,sample_rate,channels,bit_rate") == ["mp3", "44100", "2", "256000"]
     road.check_words(filed, begin, end)
