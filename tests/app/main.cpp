@@ -7,6 +7,10 @@
 
 int main(int argc, char **argv) {
     testing::InitGoogleTest(&argc, argv);
+    // Also where the tests are only listed, on machines without a display.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
     QLocale::setDefault(QLocale(QLocale::Dutch, QLocale::Belgium));
     orvel::OrvelApplication application(argc, argv);
     orvel::applyTheme(application, orvel::ThemeVariant::Dark);
