@@ -47,7 +47,8 @@ void checkTarget(const QString &path) {
         throw RuntimeError(ErrorNumber::PathAccess, path);
     }
     // A rename would replace a read-only file all the same.
-    if (target.exists() && !target.isWritable()) {
+    QFile probe(path);
+    if (target.exists() && !probe.open(QIODevice::ReadWrite | QIODevice::ExistingOnly)) {
         throw RuntimeError(ErrorNumber::PermissionDenied, path);
     }
 }

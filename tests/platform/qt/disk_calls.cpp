@@ -1,0 +1,41 @@
+#include "tests/platform/qt/disk_calls.h"
+
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <sys/syscall.h>
+#include <unistd.h>
+
+namespace orvel::test {
+
+DiskCalls &diskCalls() {
+    static DiskCalls calls;
+    return calls;
+}
+
+namespace {
+
+/// Whether a call fails.
+bool fails(const char *call, int error) {
+    if (diskCalls().recording) {
+        diskCalls().log.emplace_back(call);
+    }
+    errno = error;
+    return error != 0;
+}
+
+} // namespace
+
+} // namespace orvel::test
+
+// The program's own definitions come before those of the C library.
+
+extern "C" int fsync(int handle) {
+    using namespace orvel::test;
+    return fails("fsync", diskCalls().fsyncError) ? -1 : static_cast<int>(syscall(SYS_fsync, handle));
+}
+
+extern "C" int rename(const char *source, const char *target) noexcept {
+    using namespace orvel::test;
+    return fails("rename", diskCalls().renameError) ? -1 : renameat(AT_FDCWD, source, AT_FDCWD, target);
+}
