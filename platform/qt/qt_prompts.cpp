@@ -83,7 +83,7 @@ QString QtPrompts::saveFileName(const QString &title, const QString &proposal) {
     // The copy that follows asks before it overwrites: one question is enough.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     dialog.selectFile(proposal);
-    const QString chosen = chosenIn(dialog);
+    QString chosen = chosenIn(dialog);
     if (!chosen.isEmpty()) {
         lastSaveFolder_ = QFileInfo(chosen).path();
     }
@@ -102,7 +102,7 @@ std::optional<std::int32_t> QtPrompts::colour(std::int32_t initial) {
     const auto bits = static_cast<std::uint32_t>(initial);
     const QColor start(static_cast<int>(bits & 0xFFU), static_cast<int>((bits >> 8U) & 0xFFU),
                        static_cast<int>((bits >> 16U) & 0xFFU));
-    const QColor chosen = QColorDialog::getColor(start, owner(), QStringLiteral("Kleur kiezen"));
+    QColor chosen = QColorDialog::getColor(start, owner(), QStringLiteral("Kleur kiezen"));
     if (!chosen.isValid()) {
         return std::nullopt;
     }

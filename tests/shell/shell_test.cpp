@@ -1,0 +1,138 @@
+#include "platform/fake/fake_audio_files.h"
+#include "platform/fake/fake_database.h"
+#include "platform/fake/fake_prompts.h"
+#include "platform/fake/fake_sound_card.h"
+#include "platform/fake/faulty_file_system.h"
+#include "platform/fake/manual_timers.h"
+#include "platform/lame/system_audio_files.h"
+#include "platform/qt/disk_file_system.h"
+#include "shell/checked.h"
+#include "shell/drive_map.h"
+#include "shell/paths.h"
+#include "shell/recovery.h"
+#include "shell/shell_copy.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <gtest/gtest.h>
+
+namespace orvel {
+
+namespace {
+
+const QString title = QStringLiteral("Copieert....");
+
+class Shell : public testing::Test {
+  protected:
+    [[nodiscard]] QString path(const QString &relative) const { return folder.filePath(relative); }
+    void put(const QString &relative, const QByteArray &content) { disk.write(path(relative), content); }
+    ShellCopyResult copy(const QString &source, const QString &target, bool silent = false) {
+        return ShellCopyFile(platform, nullptr, path(source), path(target), silent, title);
+    }
+
+    QTemporaryDir folder;
+    DiskFileSystem disk;
+    FaultyFileSystem files{disk};
+    FakePrompts prompts;
+    ManualTimers timers;
+    FakeSoundCard sound;
+    FakeDatabaseEngine databases;
+    SystemAudioFiles audioFiles;
+    Platform platform{sound, audioFiles, databases, files, prompts, timers};
+};
+
+} // namespace
+
+TEST_F(Shell, APatternThatMatchesNothingCopiesAndShowsNothing) {
+    disk.makeFolder(path(QStringLiteral("naar")));
+    EXPECT_EQ(copy(QStringLiteral("*.mdb"), QStringLiteral("naar")).copied, 0);
+    EXPECT_EQ(copy(QStringLiteral("geen.mp3"), QStringLiteral("naar/geen.mp3")).copied, 0);
+    EXPECT_TRUE(disk.list(path(QStringLiteral("naar")), QStringLiteral("*")).isEmpty());
+}
+
+TEST_F(Shell, OverwritingIsAskedUnlessSilent) {
+    put(QStringLiteral("a.mp3"), "nieuw");
+    put(QStringLiteral("b.mp3"), "oud");
+    const QString question = QStringLiteral("Het bestand b.mp3 bestaat al. Wilt U het overschrijven ?");
+    prompts.expectAsk(question, title, false);
+    EXPECT_EQ(copy(QStringLiteral("a.mp3"), QStringLiteral("b.mp3")).copied, 0);
+    EXPECT_EQ(disk.read(path(QStringLiteral("b.mp3"))), "oud");
+    prompts.expectAsk(question, title, true);
+    EXPECT_EQ(copy(QStringLiteral("a.mp3"), QStringLiteral("b.mp3")).copied, 1);
+    EXPECT_EQ(disk.read(path(QStringLiteral("b.mp3"))), "nieuw");
+    put(QStringLiteral("b.mp3"), "oud");
+    EXPECT_EQ(copy(QStringLiteral("a.mp3"), QStringLiteral("b.mp3"), true).copied, 1);
+}
+
+TEST_F(Shell, AWildcardCopiesEveryMatchInOneOperation) {
+    for (const char *name : {"een.mdb", "Twee.MDB", "drie met é.mdb", "nee.txt"}) {
+        put(QString::fromUtf8(name), name);
+    }
+    disk.makeFolder(path(QStringLiteral("new")));
+    EXPECT_EQ(copy(QStringLiteral("*.mdb"), QStringLiteral("new")).copied, 3);
+    EXPECT_EQ(disk.list(path(QStringLiteral("new")), QStringLiteral("*")).size(), 3);
+}
+
+TEST_F(Shell, AMissingFolderIsAskedFor) {
+    put(QStringLiteral("a.mp3"), "x");
+    const QString question =
+        QStringLiteral("De map %1 bestaat niet. Wilt U ze maken ?").arg(path(QStringLiteral("weg")));
+    prompts.expectAsk(question, title, false);
+    EXPECT_EQ(copy(QStringLiteral("a.mp3"), QStringLiteral("weg/a.mp3")).copied, 0);
+    prompts.expectAsk(question, title, true);
+    EXPECT_EQ(copy(QStringLiteral("a.mp3"), QStringLiteral("weg/a.mp3")).copied, 1);
+}
+
+TEST_F(Shell, AnErrorIsShownWithNumberAndDescriptionAndNothingIsThrown) {
+    put(QStringLiteral("a.mp3"), "x");
+    files.fail(FaultyFileSystem::Operation::Copy, QStringLiteral("b.mp3"), ErrorNumber::DiskFull);
+    prompts.expectMessage(QStringLiteral("Error: 61. De schijf is vol"), QStringLiteral("ShellCopyFile"),
+                          MessageIcon::Exclamation);
+    const ShellCopyResult result = copy(QStringLiteral("a.mp3"), QStringLiteral("b.mp3"));
+    EXPECT_EQ(result.copied, 0);
+    EXPECT_EQ(result.skipped, 1);
+}
+
+TEST_F(Shell, RecoveryKeepsTheNewestFiftyAndOverwritesNothing) {
+    Recovery recovery(disk, folder.path());
+    QString first;
+    for (int take = 0; take < Recovery::keptFiles + 3; ++take) {
+        put(QStringLiteral("x.wav"), QByteArray::number(take));
+        const QString kept = recovery.keep(path(QStringLiteral("x.wav")));
+        first = first.isEmpty() ? kept : first;
+        EXPECT_EQ(disk.read(kept), QByteArray::number(take));
+    }
+    EXPECT_EQ(disk.list(path(QStringLiteral("herstel")), QStringLiteral("*.wav")).size(), Recovery::keptFiles);
+    EXPECT_FALSE(disk.fileExists(first));
+}
+
+TEST(Paths, NamesThatLeaveTheirFolderAreRefused) {
+    const QString folder = QStringLiteral("/p");
+    const QString temp = QStringLiteral("\\temp\\");
+    const QString wav = QStringLiteral(".wav");
+    EXPECT_EQ(takeFile(folder, temp, QStringLiteral("É'n naam"), wav), QStringLiteral("/p/temp/É'n naam.wav"));
+    EXPECT_EQ(takeFile(folder, temp, QString(), wav), QStringLiteral("/p/temp/.wav"));
+    for (const QString &name : {QStringLiteral("../x"), QStringLiteral("a\\b"), QStringLiteral("C:x"),
+                                QStringLiteral(".."), QString(QChar(0)), QString(300, u'x')}) {
+        EXPECT_THROW(static_cast<void>(takeFile(folder, temp, name, wav)), RuntimeError) << name.toStdString();
+    }
+}
+
+TEST(Checked, LimitsAreTheFields) {
+    EXPECT_EQ(checkedInt16(32767), 32767);
+    EXPECT_THROW(static_cast<void>(checkedInt16(32768)), RuntimeError);
+    EXPECT_EQ(checkedInt32(-2147483648LL), -2147483647 - 1);
+    EXPECT_THROW(static_cast<void>(checkedInt32(2147483648LL)), RuntimeError);
+}
+
+TEST_F(Shell, DriveLettersLeadToFoldersWithoutRegardToCase) {
+    disk.makeFolder(path(QStringLiteral("audio/Muziek")));
+    put(QStringLiteral("audio/Muziek/0001.MP3"), "x");
+    DriveMap drives(folder.path());
+    drives.set(u'm', QStringLiteral("audio"));
+    EXPECT_EQ(drives.resolve(QStringLiteral("M:\\muziek\\0001.mp3")), path(QStringLiteral("audio/Muziek/0001.MP3")));
+    EXPECT_EQ(drives.resolve(QStringLiteral("Q:\\x\\y.mp3")), QStringLiteral("Q:/x/y.mp3"));
+}
+
+} // namespace orvel
