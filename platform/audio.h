@@ -1,11 +1,23 @@
 #pragma once
 
+#include "platform/wave_player.h"
+
 #include <QString>
+#include <QStringList>
+#include <QVariant>
 
 #include <cstdint>
-#include <functional>
+#include <memory>
 
 namespace orvel {
+
+/// One advanced property of an input line: a yes/no (bool) or a whole number (int) with its limits.
+struct LineProperty {
+    QString name;
+    QVariant value;
+    int minimum = 0;
+    int maximum = 0;
+};
 
 /// The sound cards as a recording mixer sees them: real inputs first, then what records an output. Cards are numbered
 /// from 1; number 0 and numbers past the last card are not valid, but they may be asked about (false, empty, 0) and
@@ -29,7 +41,28 @@ class AudioRecord {
     /// The line, from 1, that the line's properties address.
     [[nodiscard]] virtual int currentLine() const = 0;
     virtual void setCurrentLine(int line) = 0;
+    // Of the current line. What the card accepted is what the next look gives; setting throws DeviceError when the card
+    // or the sound server is gone. Without a valid line: empty, 0, false, and setting does nothing.
+
     [[nodiscard]] virtual QString lineName() const = 0;
+    [[nodiscard]] virtual bool lineHasVolume() const = 0;
+    [[nodiscard]] virtual bool lineHasBalance() const = 0;
+    [[nodiscard]] virtual bool lineHasSelect() const = 0;
+    /// 0 .. 65535.
+    [[nodiscard]] virtual int lineVolume() const = 0;
+    virtual void setLineVolume(int volume) = 0;
+    /// -100 (left) .. 0 (both alike) .. 100 (right).
+    [[nodiscard]] virtual int lineBalance() const = 0;
+    virtual void setLineBalance(int balance) = 0;
+    /// Whether the card records from this line. A card with one source unselects the others.
+    [[nodiscard]] virtual bool lineSelected() const = 0;
+    virtual void setLineSelected(bool selected) = 0;
+
+    [[nodiscard]] virtual int propertyCount() const = 0;
+    /// index from 0; throws SubscriptOutOfRange.
+    [[nodiscard]] virtual LineProperty lineProperty(int index) const = 0;
+    /// Throws SubscriptOutOfRange, TypeMismatch.
+    virtual void setLineProperty(int index, const QVariant &value) = 0;
 };
 
 /// What a running or finished recording tells. Frames are sample frames at 44100 Hz.
@@ -87,6 +120,10 @@ class SoundCard {
     [[nodiscard]] virtual AudioRecord &audioRecord() = 0;
     [[nodiscard]] virtual WaveRecorder &recorder() = 0;
     [[nodiscard]] virtual AudioPlayer &audioPlayer() = 0;
+    /// A player of files; must not outlive the sound card.
+    [[nodiscard]] virtual std::unique_ptr<WavePlayer> makePlayer() = 0;
+    /// What the outputs are called, in the order of their numbers.
+    [[nodiscard]] virtual QStringList outputNames() const = 0;
 };
 
 } // namespace orvel

@@ -1,5 +1,7 @@
 #include "platform/card_list.h"
 
+#include "platform/runtime_error.h"
+
 #include <algorithm>
 
 namespace orvel {
@@ -19,7 +21,8 @@ void tellApart(std::vector<Card> &cards) {
 
 } // namespace
 
-CardList::CardList(std::function<std::vector<Card>()> look) : look_(std::move(look)), cards_(look_()) {
+CardList::CardList(std::function<std::vector<Card>()> look, LineMixer &mixer)
+    : look_(std::move(look)), mixer_(mixer), cards_(look_()) {
     tellApart(cards_);
     setCurrentDevice(cards_.empty() ? 0 : 1);
 }
@@ -73,6 +76,55 @@ int CardList::lineCount() const {
 QString CardList::lineName() const {
     const Card *card = find(currentDevice_);
     return card != nullptr ? card->lines.value(currentLine_ - 1) : QString();
+}
+
+const Card *CardList::cardOfLine() const {
+    const Card *card = find(currentDevice_);
+    const bool valid = card != nullptr && currentLine_ >= 1 && currentLine_ <= card->lines.size();
+    return valid ? card : nullptr;
+}
+
+LineState CardList::state() const {
+    const Card *card = cardOfLine();
+    return card != nullptr ? mixer_.state(card->key, currentLine_) : LineState();
+}
+
+void CardList::setLineVolume(int volume) {
+    if (const Card *card = cardOfLine()) {
+        mixer_.setVolume(card->key, currentLine_, std::clamp(volume, 0, 65535));
+    }
+}
+
+void CardList::setLineBalance(int balance) {
+    if (const Card *card = cardOfLine()) {
+        mixer_.setBalance(card->key, currentLine_, std::clamp(balance, -100, 100));
+    }
+}
+
+void CardList::setLineSelected(bool selected) {
+    if (const Card *card = cardOfLine()) {
+        mixer_.select(card->key, currentLine_, selected);
+    }
+}
+
+int CardList::propertyCount() const {
+    const Card *card = cardOfLine();
+    return card != nullptr ? static_cast<int>(mixer_.properties(card->key, currentLine_).size()) : 0;
+}
+
+LineProperty CardList::lineProperty(int index) const {
+    if (index < 0 || index >= propertyCount()) {
+        throw RuntimeError(ErrorNumber::SubscriptOutOfRange);
+    }
+    return mixer_.properties(cardOfLine()->key, currentLine_)[static_cast<std::size_t>(index)];
+}
+
+void CardList::setLineProperty(int index, const QVariant &value) {
+    const LineProperty property = lineProperty(index);
+    if (value.metaType() != property.value.metaType()) {
+        throw RuntimeError(ErrorNumber::TypeMismatch);
+    }
+    mixer_.setProperty(cardOfLine()->key, currentLine_, property.name, value);
 }
 
 QString CardList::key(int device) const {

@@ -5,7 +5,9 @@ namespace orvel {
 class AudioFiles;
 class DatabaseEngine;
 class FileSystem;
+class Joystick;
 class Prompts;
+class ReportViewer;
 class SoundCard;
 class Timers;
 
@@ -17,6 +19,8 @@ struct Platform {
     FileSystem &files;
     Prompts &prompts;
     Timers &timers;
+    Joystick &joystick;
+    ReportViewer &report;
 };
 
 } // namespace orvel

@@ -64,7 +64,13 @@ FakeSoundCard::FakeSoundCard()
     : FakeSoundCard({{QStringLiteral("mic"), QStringLiteral("Microfoon"), {QStringLiteral("Ingang")}}}) {}
 
 FakeSoundCard::FakeSoundCard(std::vector<Card> cards)
-    : plugged_(std::move(cards)), record_([this] { return plugged_; }) {}
+    : plugged_(std::move(cards)), record_([this] { return plugged_; }, mixer_) {}
+
+std::unique_ptr<WavePlayer> FakeSoundCard::makePlayer() {
+    auto made = std::make_unique<FakeWavePlayer>();
+    players_.push_back(made.get());
+    return made;
+}
 
 void FakeSoundCard::deliver(std::int64_t frames) {
     static const std::array<std::int16_t, kTakeRate> kTone = makeTone();

@@ -2,6 +2,8 @@
 
 #include "platform/audio.h"
 #include "platform/card_list.h"
+#include "platform/fake/fake_line_mixer.h"
+#include "platform/fake/fake_wave_player.h"
 #include "platform/runtime_error.h"
 #include "platform/sndfile/take_writer.h"
 
@@ -63,6 +65,8 @@ class FakeSoundCard : public SoundCard {
     [[nodiscard]] AudioRecord &audioRecord() override { return record_; }
     [[nodiscard]] WaveRecorder &recorder() override { return recorder_; }
     [[nodiscard]] AudioPlayer &audioPlayer() override { return player_; }
+    [[nodiscard]] std::unique_ptr<WavePlayer> makePlayer() override;
+    [[nodiscard]] QStringList outputNames() const override { return outputs_; }
 
     // What a test does to the card.
 
@@ -84,6 +88,12 @@ class FakeSoundCard : public SoundCard {
     /// The next takes find room for so many frames, then the disk is full.
     void setDiskRoom(std::int64_t frames) { recorder_.limits_.maxFrames = frames; }
 
+    void setOutputs(const QStringList &names) { outputs_ = names; }
+    [[nodiscard]] FakeLineMixer &mixer() { return mixer_; }
+    /// The players that were made, in their order; they belong to who asked for them.
+    [[nodiscard]] FakeWavePlayer &player(std::size_t index) { return *players_.at(index); }
+    [[nodiscard]] std::size_t playerCount() const { return players_.size(); }
+
     // What a test asks.
 
     /// Every setOutputMute() in its order.
@@ -98,9 +108,12 @@ class FakeSoundCard : public SoundCard {
 
   private:
     std::vector<Card> plugged_;
+    FakeLineMixer mixer_;
     CardList record_;
     FakeRecorder recorder_;
     FakePlayer player_;
+    std::vector<FakeWavePlayer *> players_;
+    QStringList outputs_{QStringLiteral("Luidsprekers")};
 };
 
 } // namespace orvel

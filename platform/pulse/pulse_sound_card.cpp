@@ -4,6 +4,7 @@
 #include "platform/pulse/pulse_player.h"
 #include "platform/pulse/pulse_recorder.h"
 #include "platform/pulse/pulse_server.h"
+#include "platform/runtime_error.h"
 
 namespace orvel {
 namespace {
@@ -23,17 +24,34 @@ std::vector<Card> cardsOf(const PulseServer &server) {
 
 } // namespace
 
+namespace {
+
+class NoMixer : public LineMixer {
+  public:
+    [[nodiscard]] LineState state(const QString &, int) const override { return {}; }
+    void setVolume(const QString &, int, int) override {}
+    void setBalance(const QString &, int, int) override {}
+    void select(const QString &, int, bool) override {}
+    [[nodiscard]] std::vector<LineProperty> properties(const QString &, int) const override { return {}; }
+    void setProperty(const QString &, int, const QString &, const QVariant &) override {}
+};
+
+} // namespace
+
 class PulseSoundCard::Impl {
   public:
     Impl()
-        : cards([this] {
-              server.retry();
-              return cardsOf(server);
-          }),
+        : cards(
+              [this] {
+                  server.retry();
+                  return cardsOf(server);
+              },
+              mixer),
           recorder(server, cards), player(server, cards) {}
 
     // Each uses those before it.
     PulseServer server;
+    NoMixer mixer;
     CardList cards;
     PulseRecorder recorder;
     PulsePlayer player;
@@ -50,6 +68,12 @@ WaveRecorder &PulseSoundCard::recorder() {
 }
 AudioPlayer &PulseSoundCard::audioPlayer() {
     return impl_->player;
+}
+std::unique_ptr<WavePlayer> PulseSoundCard::makePlayer() {
+    throw RuntimeError(ErrorNumber::InternalError);
+}
+QStringList PulseSoundCard::outputNames() const {
+    return {};
 }
 
 } // namespace orvel

@@ -22,6 +22,8 @@ class PulseSoundCard : public SoundCard {
     [[nodiscard]] AudioRecord &audioRecord() override;
     [[nodiscard]] WaveRecorder &recorder() override;
     [[nodiscard]] AudioPlayer &audioPlayer() override;
+    [[nodiscard]] std::unique_ptr<WavePlayer> makePlayer() override;
+    [[nodiscard]] QStringList outputNames() const override;
 
   private:
     class Impl;

@@ -3,7 +3,9 @@
 #include "app/frm_main.h"
 #include "app/orvel_application.h"
 #include "platform/fake/fake_audio_files.h"
+#include "platform/fake/fake_joystick.h"
 #include "platform/fake/fake_prompts.h"
+#include "platform/fake/fake_report_viewer.h"
 #include "platform/fake/fake_sound_card.h"
 #include "platform/fake/faulty_file_system.h"
 #include "platform/fake/manual_timers.h"
@@ -59,10 +61,12 @@ class Station : public testing::Test {
     FakePrompts prompts;
     ManualTimers timers;
     FakeSoundCard sound;
+    FakeJoystick joystick;
+    FakeReportViewer report;
     JetEngine databases;
     SystemAudioFiles realAudioFiles;
     FakeAudioFiles audioFiles{realAudioFiles};
-    Platform platform{sound, audioFiles, databases, files, prompts, timers};
+    Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
     std::unique_ptr<frmMain> window;
 };
 

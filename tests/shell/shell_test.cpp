@@ -1,6 +1,8 @@
 #include "platform/fake/fake_audio_files.h"
 #include "platform/fake/fake_database.h"
+#include "platform/fake/fake_joystick.h"
 #include "platform/fake/fake_prompts.h"
+#include "platform/fake/fake_report_viewer.h"
 #include "platform/fake/fake_sound_card.h"
 #include "platform/fake/faulty_file_system.h"
 #include "platform/fake/manual_timers.h"
@@ -39,7 +41,9 @@ class Shell : public testing::Test {
     FakeSoundCard sound;
     FakeDatabaseEngine databases;
     SystemAudioFiles audioFiles;
-    Platform platform{sound, audioFiles, databases, files, prompts, timers};
+    FakeJoystick joystick;
+    FakeReportViewer report;
+    Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
 };
 
 } // namespace

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/report.h"
+
+#include <QStringList>
+
+namespace orvel {
+
+/// Keeps what would have been shown.
+class FakeReportViewer : public ReportViewer {
+  public:
+    void preview(QWidget * /*owner*/, const QString &title, const QString &html) override {
+        titles << title;
+        reports << html;
+    }
+
+    QStringList titles;
+    QStringList reports;
+};
+
+} // namespace orvel
