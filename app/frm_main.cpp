@@ -2,9 +2,11 @@
 
 #include "platform/audio.h"
 #include "platform/file_system.h"
+#include "platform/joystick.h"
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
 #include "production/transcode.h"
+#include "recording/player_settings.h"
 #include "shell/ignore_errors.h"
 #include "shell/paths.h"
 
@@ -15,6 +17,7 @@ namespace orvel {
 
 namespace {
 
+constexpr int joystickMs = 20;
 const QString errorTitle = QStringLiteral("Foutmelding");
 
 } // namespace
@@ -22,7 +25,12 @@ const QString errorTitle = QStringLiteral("Foutmelding");
 frmMain::frmMain(Platform &platform, QString programFolder, QString commandLine)
     : datList(platform.databases, [this](const QString &path) { recovery.keepCopy(path); }),
       recovery(platform.files, programFolder), platform_(platform), programFolder_(std::move(programFolder)),
-      commandLine_(std::move(commandLine)) {
+      commandLine_(std::move(commandLine)), drives_(programFolder_),
+      tmrJoystick_(platform.timers.create(joystickMs, MissedTicks::Drop, [this] {
+          for (const int button : platform_.joystick.pressed()) {
+              Joystick1_ButtonDown(button);
+          }
+      })) {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("ORVEL"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/orvel.svg")));
@@ -44,16 +52,23 @@ void frmMain::makePanels() {
         {platform_, settings, programFolder_, step, *gridPanel, *stepPanel, recovery, [](const QString &) {}, tellIt},
         this);
     savePanel = new SavePanel({platform_, settings, programFolder_, step, *gridPanel, *completion_, recovery, tellIt,
-                               [this](bool busy) { setBusy(busy); }, [this] { notYetAvailable(); }},
+                               [this](bool busy) { setBusy(busy); }, [this] { playbackPanel->interrupt(); },
+                               [this] { notYetAvailable(); }},
                               this);
-    cardPanel = new CardPanel(platform_, this);
+    playbackPanel = new PlaybackPanel({platform_, settings, programFolder_, step, *gridPanel, *recorderPanel->ledTijd,
+                                       [this](bool idle) { enableOthers(idle); }},
+                                      this);
+    cardPanel = new CardPanel(platform_, tellIt, this);
     meterPanel = new MeterPanel(this);
     processorPanel = new ProcessorPanel(this);
+    // Listening ends first: it enables what the count-down disables.
+    connect(recorderPanel, &RecorderPanel::takeReady, playbackPanel, &PlaybackPanel::interrupt);
+    connect(recorderPanel, &RecorderPanel::takeReady, playbackPanel->cmdPlay, &QWidget::setEnabled);
     connect(recorderPanel, &RecorderPanel::takeReady, savePanel->cmdSave, &QWidget::setEnabled);
     connect(recorderPanel, &RecorderPanel::levelChanged, meterPanel, &MeterPanel::setLevel);
-    connect(recorderPanel->cmdPlay, &QPushButton::clicked, this, &frmMain::notYetAvailable);
+    connect(playbackPanel, &PlaybackPanel::levelsChanged, meterPanel, &MeterPanel::setLevels);
     connect(savePanel->cmdImport, &QPushButton::clicked, this, &frmMain::notYetAvailable);
-    connect(gridPanel, &GridPanel::previewWanted, this, &frmMain::notYetAvailable);
+    connect(gridPanel, &GridPanel::previewWanted, this, &frmMain::showPreview);
 }
 
 bool frmMain::Form_Load() {
@@ -64,6 +79,7 @@ bool frmMain::Form_Load() {
     savePanel->setFormat(mp3Format(settings.BitRate, settings.FreeFormat));
     fillCards();
     platform_.sound.audioPlayer().setDevice(settings.RecCard);
+    playbackPanel->setOutput(playerSettings(settings));
     makeFolders();
     filePanel->refreshNew();
     filePanel->refreshOk();
@@ -74,6 +90,8 @@ bool frmMain::Form_Load() {
     savePanel->cmdMultivoice->setEnabled(
         platform_.files.fileExists(joined(programFolder_, QStringLiteral("\\syncstations.mdb"))));
     readCommandLine();
+    cardPanel->watch();
+    tmrJoystick_->setEnabled(true);
     if (splash_) {
         splash_->close();
     }
@@ -82,6 +100,7 @@ bool frmMain::Form_Load() {
 
 void frmMain::loadSettings() {
     LoadSettings(platform_.files, programFolder_, settings, processorSettings_);
+    drives_ = loadDrives(platform_.files, programFolder_);
     processorPanel->show(processorSettings_);
     gridPanel->steps().setStyles(applyStepStyles(settings));
 }
@@ -145,6 +164,7 @@ void frmMain::readCommandLine() {
     RecorderOnly = commandLine_.toUpper() == QStringLiteral("-RECORDER");
     recorderPanel->RecorderOnly = RecorderOnly;
     savePanel->RecorderOnly = RecorderOnly;
+    playbackPanel->RecorderOnly = RecorderOnly;
     if (!RecorderOnly) {
         return;
     }
@@ -196,12 +216,12 @@ void frmMain::notYetAvailable() {
 }
 
 void frmMain::BewaarAudio() {
-    saveAudio(platform_.files, programFolder_, cardPanel->cobKaart->currentIndex(), processorPanel->settings());
+    saveAudio(platform_.files, programFolder_, cardPanel->chosenCard(), processorPanel->settings());
 }
 
 void frmMain::Form_QueryUnload() {
     // Nothing here may keep the program open, and a running take must be closed properly.
-    ignoringErrors([&] { recorderPanel->StopAudio(); });
+    ignoringErrors([&] { StopAudio(); });
     try {
         BewaarAudio();
     } catch (const RuntimeError &error) {
@@ -213,6 +233,39 @@ void frmMain::closeEvent(QCloseEvent *event) {
     Form_QueryUnload();
     event->accept();
     Q_EMIT ended();
+}
+
+void frmMain::StopAudio() const {
+    playbackPanel->stopClock();
+    recorderPanel->stopRecorder();
+}
+
+void frmMain::Joystick1_ButtonDown(int button) const {
+    constexpr int recordButton = 1;
+    constexpr int playButton = 2;
+    constexpr int saveButton = 4;
+    if (button == recordButton && recorderPanel->cmdRec->isEnabled()) {
+        recorderPanel->cmdRec_Click();
+    } else if (button == playButton && playbackPanel->cmdPlay->isEnabled()) {
+        playbackPanel->cmdPlay_Click();
+    } else if (button == saveButton && savePanel->cmdSave->isEnabled()) {
+        savePanel->cmdSave_Click();
+    }
+}
+
+void frmMain::enableOthers(bool idle) const {
+    savePanel->cmdImport->setEnabled(idle);
+    recorderPanel->cmdRec->setEnabled(idle);
+    savePanel->cmdSave->setEnabled(idle);
+}
+
+void frmMain::showPreview() {
+    if (!preview_) {
+        preview_ = std::make_unique<frmPreview>(
+            PreviewContext{platform_, settings, step, datTracks, datJingles, drives_}, this);
+    }
+    preview_->Form_Load();
+    preview_->open();
 }
 
 void frmMain::tell(const QString &sentence) const {

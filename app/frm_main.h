@@ -10,6 +10,8 @@
 #include "production/processor_panel.h"
 #include "production/save_panel.h"
 #include "recording/card_panel.h"
+#include "recording/frm_preview.h"
+#include "recording/playback_panel.h"
 #include "recording/recorder_panel.h"
 #include "settings/settings.h"
 #include "shell/recovery.h"
@@ -37,6 +39,10 @@ class frmMain : public QMainWindow {
     void tlbMain_ButtonClick(int index);
     /// Writes the recording card and the processor panel to the settings file.
     void BewaarAudio();
+    /// Stops the clock of the playback and the recorder.
+    void StopAudio() const;
+    /// A button of a joystick, numbered from 1.
+    void Joystick1_ButtonDown(int button) const;
     void setSplash(frmSplash *splash) { splash_ = splash; }
 
     Settings settings;
@@ -51,6 +57,7 @@ class frmMain : public QMainWindow {
     GridPanel *gridPanel = nullptr;
     FilePanel *filePanel = nullptr;
     RecorderPanel *recorderPanel = nullptr;
+    PlaybackPanel *playbackPanel = nullptr;
     SavePanel *savePanel = nullptr;
     CardPanel *cardPanel = nullptr;
     MeterPanel *meterPanel = nullptr;
@@ -82,6 +89,8 @@ class frmMain : public QMainWindow {
     void Form_QueryUnload();
     void showSplash();
     void showSetup();
+    void showPreview();
+    void enableOthers(bool idle) const;
     void notYetAvailable();
     void tell(const QString &sentence) const;
     void setBusy(bool busy) const;
@@ -90,7 +99,10 @@ class frmMain : public QMainWindow {
     QString programFolder_;
     QString commandLine_;
     frmSplash *splash_ = nullptr;
+    DriveMap drives_;
+    std::unique_ptr<Timer> tmrJoystick_;
     std::unique_ptr<frmSplash> about_;
+    std::unique_ptr<frmPreview> preview_;
     std::unique_ptr<Completion> completion_;
     ProcessorSettings processorSettings_;
 };

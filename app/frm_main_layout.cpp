@@ -62,7 +62,7 @@ QWidget *frmMain::recordingStrip() {
     buttons->setSpacing(fontMetrics().height());
     auto *side = new QVBoxLayout;
     auto *actions = new QHBoxLayout;
-    actions->addWidget(recorderPanel->cmdPlay);
+    actions->addWidget(playbackPanel);
     actions->addWidget(savePanel, 1);
     side->addLayout(actions);
     side->addWidget(meterPanel);

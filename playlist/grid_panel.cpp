@@ -85,6 +85,10 @@ void GridPanel::setCurrentImported(bool imported) {
     }
 }
 
+bool GridPanel::currentImported() const {
+    return playlist_.isOpen() && currentRow() >= 0 && playlist_.value(currentRow(), ImportedColumn).toBool();
+}
+
 void GridPanel::currentRowChanged() {
     // The file name first: a step outside the time tables must not leave the previous step's name behind.
     dbgLijst_SelChange();

@@ -36,6 +36,9 @@ class GridPanel : public QGroupBox {
     /// Marks the selected step as done or not done; nothing happens without one.
     void setCurrentImported(bool imported);
 
+    /// Whether the selected step is marked as done; false without one.
+    [[nodiscard]] bool currentImported() const;
+
     /// Shows the talk-over times of the selected step. Throws SubscriptOutOfRange for steps outside the time tables.
     void dbgLijst_RowColChange();
     /// Takes over the selected step's file name. Throws TypeMismatch.

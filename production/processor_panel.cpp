@@ -36,7 +36,7 @@ LedSpin *ProcessorPanel::knob(QGroupBox *stage, const Knob &knob) {
     spin->setUnit(knob.unit);
     spin->setToolTip(knob.toolTip);
     auto *caption = new QLabel(knob.label, stage);
-    caption->setProperty("role", QStringLiteral("caption"));
+    caption->setProperty("role", QStringLiteral("muted"));
     auto *grid = qobject_cast<QGridLayout *>(stage->layout());
     const int column = static_cast<int>(stage->findChildren<LedSpin *>().size()) - 1;
     grid->addWidget(caption, 1, column);

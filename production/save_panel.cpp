@@ -93,6 +93,7 @@ void SavePanel::cmdSave_Click() {
     if (saving_) {
         return;
     }
+    context_.stopPlayer();
     saving_ = true;
     context_.setBusy(true);
     const Finally ready([this] {

@@ -30,6 +30,8 @@ struct SaveContext {
     std::function<void(const QString &sentence)> tell;
     /// True while a take is being converted and filed: no other one may be started meanwhile.
     std::function<void(bool busy)> setBusy;
+    /// Stops listening to a take.
+    std::function<void()> stopPlayer;
     /// Opens the station chooser.
     std::function<void()> showStations;
 };

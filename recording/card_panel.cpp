@@ -2,7 +2,6 @@
 
 #include "platform/audio.h"
 
-#include <QFormLayout>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -13,31 +12,55 @@ namespace orvel {
 namespace {
 
 constexpr int mostStrips = 7;
+constexpr int stripTwips = 1260;
+constexpr int twipsPerInch = 1440;
+constexpr int watchMs = 1000;
+constexpr int loudest = 65535;
 
 } // namespace
 
-CardPanel::CardPanel(Platform &platform, QWidget *parent)
-    : QWidget(parent), cobKaart(new QComboBox(this)), Frame14(new QGroupBox(tr("Ingangen"), this)),
-      platform_(platform) {
+CardPanel::CardPanel(Platform &platform, std::function<void(const QString &)> tell, QWidget *parent)
+    : QWidget(parent), cobKaart(new QComboBox(this)), Frame14(new QGroupBox(tr("Mixer"), this)), platform_(platform),
+      tell_(std::move(tell)),
+      tmrCards_(platform.timers.create(watchMs, MissedTicks::Drop, [this] { lookForChanges(); })) {
     cobKaart->setObjectName(QStringLiteral("cobKaart"));
     cobKaart->setAccessibleName(QStringLiteral("Opnamekaart"));
     cobKaart->setMinimumContentsLength(28);
+    cobKaart->setPlaceholderText(tr("De gekozen kaart is losgekoppeld"));
     Frame14->setObjectName(QStringLiteral("Frame14"));
+    makeStrips();
+    auto *caption = new QLabel(QStringLiteral("Opnamekaart"), this);
+    caption->setProperty("role", QStringLiteral("muted"));
+    caption->setBuddy(cobKaart);
+    auto *choice = new QVBoxLayout;
+    choice->addWidget(caption);
+    choice->addWidget(cobKaart);
+    choice->addStretch();
+    auto *layout = new QHBoxLayout(this);
+    layout->addLayout(choice);
+    layout->addWidget(Frame14);
+    layout->addStretch();
+    connect(cobKaart, &QComboBox::currentIndexChanged, this, &CardPanel::cobKaart_Click);
+}
+
+void CardPanel::makeStrips() {
     auto *stripsLayout = new QHBoxLayout(Frame14);
-    for (int line = 1; line <= mostStrips; ++line) {
-        auto *strip = new QLabel(Frame14);
-        strip->setObjectName(QStringLiteral("Label%1").arg(line));
+    stripsLayout->setSpacing(fontMetrics().averageCharWidth());
+    for (int index = 1; index <= mostStrips; ++index) {
+        auto *strip = new MixerStrip(index, Frame14);
         strip->hide();
         stripsLayout->addWidget(strip);
         strips_.push_back(strip);
+        connectStrip(index);
     }
-    stripsLayout->addStretch();
-    auto *form = new QFormLayout;
-    form->addRow(QStringLiteral("Opnamekaart"), cobKaart);
-    auto *layout = new QHBoxLayout(this);
-    layout->addLayout(form);
-    layout->addWidget(Frame14, 1);
-    connect(cobKaart, &QComboBox::currentIndexChanged, this, &CardPanel::cobKaart_Click);
+}
+
+void CardPanel::connectStrip(int index) {
+    MixerStrip &controls = strip(index);
+    connect(controls.slVolume, &QSlider::valueChanged, this, [this, index] { slVolume_Change(index); });
+    connect(controls.slBalance, &QSlider::valueChanged, this, [this, index] { slBalance_Change(index); });
+    connect(controls.chSelect, &QCheckBox::clicked, this, [this, index] { chSelect_MouseUp(index); });
+    connect(controls.cmdAdvanced, &QToolButton::clicked, this, [this, index] { cmdAdvanced_Click(index); });
 }
 
 void CardPanel::listCards() {
@@ -65,11 +88,13 @@ void CardPanel::cobKaart_Click() {
     if (cobKaart->currentIndex() < 0) {
         return;
     }
+    chosenCard_ = cobKaart->currentIndex();
     AudioRecord &audioRecord = platform_.sound.audioRecord();
     audioRecord.setCurrentDevice(cobKaart->currentData().toInt());
     // The mixer counts cards from 1, the recorder from 0.
     platform_.sound.recorder().setDevice(audioRecord.currentDevice() - 1);
-    BuildMixerStrips(lineCount());
+    LineCount = static_cast<std::int16_t>(lineCount());
+    BuildMixerStrips(LineCount);
 }
 
 int CardPanel::lineCount() const {
@@ -77,14 +102,89 @@ int CardPanel::lineCount() const {
 }
 
 void CardPanel::BuildMixerStrips(int count) {
+    for (int index = 1; index <= mostStrips; ++index) {
+        strip(index).setVisible(index <= count);
+    }
+    Frame14->setFixedWidth((count + 1) * stripTwips * logicalDpiX() / twipsPerInch);
+    Frame14->setVisible(count > 0);
+    for (int index = 1; index <= count; ++index) {
+        showLine(index);
+    }
+}
+
+void CardPanel::showLine(int index) {
     AudioRecord &audioRecord = platform_.sound.audioRecord();
-    for (int line = 1; line <= mostStrips; ++line) {
-        QLabel *strip = strips_.at(static_cast<std::size_t>(line - 1));
-        strip->setVisible(line <= count);
-        if (line <= count) {
-            audioRecord.setCurrentLine(line);
-            strip->setText(audioRecord.lineName());
-        }
+    audioRecord.setCurrentLine(index);
+    MixerStrip &controls = strip(index);
+    const QSignalBlocker quietVolume(controls.slVolume);
+    const QSignalBlocker quietBalance(controls.slBalance);
+    controls.setName(audioRecord.lineName());
+    controls.slVolume->setEnabled(audioRecord.lineHasVolume());
+    controls.slVolume->setValue(loudest - audioRecord.lineVolume());
+    controls.slBalance->setEnabled(audioRecord.lineHasBalance());
+    controls.slBalance->setValue(audioRecord.lineBalance());
+    controls.chSelect->setEnabled(audioRecord.lineHasSelect());
+    controls.chSelect->setChecked(audioRecord.lineSelected());
+}
+
+void CardPanel::slVolume_Change(int index) {
+    AudioRecord &audioRecord = platform_.sound.audioRecord();
+    QSlider &slider = *strip(index).slVolume;
+    audioRecord.setCurrentLine(index);
+    audioRecord.setLineVolume(loudest - slider.value());
+    // The slider shows what the card accepted.
+    const QSignalBlocker quiet(slider);
+    slider.setValue(loudest - audioRecord.lineVolume());
+}
+
+void CardPanel::slBalance_Change(int index) {
+    AudioRecord &audioRecord = platform_.sound.audioRecord();
+    QSlider &slider = *strip(index).slBalance;
+    audioRecord.setCurrentLine(index);
+    audioRecord.setLineBalance(slider.value());
+    const QSignalBlocker quiet(slider);
+    slider.setValue(audioRecord.lineBalance());
+}
+
+void CardPanel::chSelect_MouseUp(int index) {
+    AudioRecord &audioRecord = platform_.sound.audioRecord();
+    const int remembered = audioRecord.currentLine();
+    audioRecord.setCurrentLine(index);
+    audioRecord.setLineSelected(strip(index).chSelect->isChecked());
+    // Selecting one line may unselect the others, and the card may offer the mixer of the selected line only.
+    BuildMixerStrips(LineCount);
+    audioRecord.setCurrentLine(remembered);
+}
+
+void CardPanel::cmdAdvanced_Click(int index) {
+    platform_.sound.audioRecord().setCurrentLine(index);
+    Q_EMIT advancedWanted();
+}
+
+void CardPanel::lookForChanges() {
+    AudioRecord &audioRecord = platform_.sound.audioRecord();
+    if (audioRecord.refresh()) {
+        followCards();
+    }
+    const bool held = std::any_of(strips_.begin(), strips_.end(), [](const MixerStrip *s) { return s->isHeld(); });
+    if (!held) {
+        const int remembered = audioRecord.currentLine();
+        LineCount = static_cast<std::int16_t>(lineCount());
+        BuildMixerStrips(LineCount);
+        audioRecord.setCurrentLine(remembered);
+    }
+}
+
+void CardPanel::followCards() {
+    const int before = cobKaart->currentIndex();
+    listCards();
+    const int position = cobKaart->findData(platform_.sound.audioRecord().currentDevice());
+    // Without the chosen card nothing is selected: another microphone is never taken unasked.
+    cobKaart->setCurrentIndex(position);
+    if (before >= 0 && position < 0) {
+        tell_(tr("De gekozen opnamekaart is losgekoppeld."));
+    } else if (before < 0 && position >= 0) {
+        tell_(tr("De opnamekaart %1 is er weer.").arg(cobKaart->currentText()));
     }
 }
 
@@ -104,9 +204,9 @@ MeterPanel::MeterPanel(QWidget *parent)
     layout->addWidget(levRight);
 }
 
-void MeterPanel::setLevel(float peak) {
-    levLeft->setLevel(peak);
-    levRight->setLevel(peak);
+void MeterPanel::setLevels(float left, float right) {
+    levLeft->setLevel(left);
+    levRight->setLevel(right);
 }
 
 } // namespace orvel

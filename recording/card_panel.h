@@ -1,22 +1,26 @@
 #pragma once
 
 #include "platform/platform.h"
+#include "platform/timers.h"
+#include "recording/mixer_strip.h"
 #include "widgets/level_meter.h"
 
 #include <QComboBox>
 #include <QGroupBox>
-#include <QLabel>
 
+#include <functional>
+#include <memory>
 #include <vector>
 
 namespace orvel {
 
-/// The choice of the recording card and the names of its input lines.
+/// The choice of the recording card, and its mixer: one strip an input line. Follows cards that come and go and volumes
+/// that somebody else moves.
 class CardPanel : public QWidget {
     Q_OBJECT
 
   public:
-    explicit CardPanel(Platform &platform, QWidget *parent = nullptr);
+    CardPanel(Platform &platform, std::function<void(const QString &)> tell, QWidget *parent = nullptr);
 
     QComboBox *const cobKaart;
     QGroupBox *const Frame14;
@@ -25,15 +29,39 @@ class CardPanel : public QWidget {
     void listCards();
     /// Selects a list position; one that is not in the list selects the first card.
     void selectCard(int position);
+    /// The list position to store: that of the card that was chosen last, also while it is unplugged.
+    [[nodiscard]] int chosenCard() const { return chosenCard_; }
     void cobKaart_Click();
-    /// Shows the first count lines of the current card.
+    /// Fills the strips of the first count lines of the current card.
     void BuildMixerStrips(int count);
+    void slVolume_Change(int index);
+    void slBalance_Change(int index);
+    void chSelect_MouseUp(int index);
+    /// Selects an input line and asks for its advanced properties.
+    void cmdAdvanced_Click(int index);
     /// Input lines of the current card, seven at most.
     [[nodiscard]] int lineCount() const;
+    /// Strip of an input line, from 1.
+    [[nodiscard]] MixerStrip &strip(int index) { return *strips_.at(static_cast<std::size_t>(index - 1)); }
+    /// From now on the list and the strips follow what is plugged in.
+    void watch() { tmrCards_->setEnabled(true); }
+
+  Q_SIGNALS:
+    void advancedWanted();
 
   private:
+    void makeStrips();
+    void connectStrip(int index);
+    void showLine(int index);
+    void lookForChanges();
+    void followCards();
+
     Platform &platform_;
-    std::vector<QLabel *> strips_;
+    std::function<void(const QString &)> tell_;
+    std::unique_ptr<Timer> tmrCards_;
+    std::vector<MixerStrip *> strips_;
+    std::int16_t LineCount = 0;
+    int chosenCard_ = 0;
 };
 
 /// The level meters of the two channels with their scale.
@@ -46,8 +74,10 @@ class MeterPanel : public QWidget {
     LevelMeter *const levLeft;
     LevelMeter *const levRight;
 
+    /// Highest samples since the last look, 0..1.
+    void setLevels(float left, float right);
     /// A mono level, shown on both.
-    void setLevel(float peak);
+    void setLevel(float peak) { setLevels(peak, peak); }
 };
 
 } // namespace orvel

@@ -4,6 +4,7 @@
 #include "platform/file_system.h"
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
+#include "recording/time_parts.h"
 #include "shell/checked.h"
 #include "shell/ignore_errors.h"
 #include "shell/paths.h"
@@ -53,8 +54,6 @@ TimeDisplay *display(QWidget *parent, const char *name, TimeDisplay::Fields fiel
 RecorderPanel::RecorderPanel(RecorderContext context, QWidget *parent)
     : QWidget(parent),
       cmdRec(button(this, "cmdRec", startCaption, QStringLiteral("Opname starten/stoppen"), ":/icons/record.svg")),
-      cmdPlay(button(this, "cmdPlay", QStringLiteral("Beluister Opname"), QStringLiteral("Beluister opname"),
-                     ":/icons/listen.svg")),
       ledCount(display(this, "ledCount", TimeDisplay::Fields::Seconds, tr("Aftelling"))),
       ledTijd(display(this, "ledTijd", TimeDisplay::Fields::HoursMinutesSecondsMillis, tr("Opnametijd"))),
       lblOpname(notice(this, "lblOpname", QStringLiteral("OPNAME LOOPT"))),
@@ -64,12 +63,9 @@ RecorderPanel::RecorderPanel(RecorderContext context, QWidget *parent)
       tmrWatch_(context_.platform.timers.create(40, MissedTicks::Drop, [this] { watchRecorder(); })) {
     cmdRec->setProperty("role", QStringLiteral("record"));
     cmdRec->setEnabled(false);
-    cmdPlay->setEnabled(false);
     layOut();
     connect(cmdRec, &QPushButton::clicked, this, &RecorderPanel::cmdRec_Click);
     connect(&context_.grid, &GridPanel::stepFileChanged, cmdRec, &QWidget::setEnabled);
-    connect(&context_.grid, &GridPanel::playAllowed, cmdPlay, &QWidget::setEnabled);
-    connect(this, &RecorderPanel::takeReady, cmdPlay, &QWidget::setEnabled);
 }
 
 void RecorderPanel::layOut() {
@@ -81,7 +77,7 @@ void RecorderPanel::layOut() {
     auto *countCaption = new QLabel(tr("Aftelling"), this);
     auto *timeCaption = new QLabel(tr("Opnametijd"), this);
     for (QLabel *caption : {countCaption, timeCaption}) {
-        caption->setProperty("role", QStringLiteral("caption"));
+        caption->setProperty("role", QStringLiteral("muted"));
     }
     auto *grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
@@ -185,12 +181,14 @@ void RecorderPanel::StartOpname() {
     tmrRec_->setEnabled(true);
 }
 
-void RecorderPanel::StopAudio() {
+void RecorderPanel::stopRecorder() {
     context_.platform.sound.recorder().stop();
 }
 
 void RecorderPanel::setCaption(bool recording) {
     cmdRec->setText(recording ? stopCaption : startCaption);
+    cmdRec->setIcon(
+        QIcon(recording ? QStringLiteral(":/icons/record_stop.svg") : QStringLiteral(":/icons/record.svg")));
     setRecording(*cmdRec, recording);
 }
 
@@ -201,13 +199,7 @@ void RecorderPanel::tmrRec_Timer() {
 }
 
 void RecorderPanel::showElapsed() {
-    constexpr std::int32_t second = 1000;
-    constexpr std::int32_t minute = 60 * second;
-    constexpr std::int32_t hour = 60 * minute;
-    const std::int16_t ElapsedHours = checkedInt16(ElapsedMs / hour);
-    const std::int16_t ElapsedMinutes = checkedInt16(ElapsedMs % hour / minute);
-    const std::int16_t ElapsedSeconds = checkedInt16(ElapsedMs % minute / second);
-    const std::int16_t ElapsedMillis = checkedInt16(ElapsedMs % second);
+    const auto [ElapsedHours, ElapsedMinutes, ElapsedSeconds, ElapsedMillis] = splitTime(ElapsedMs);
     ledTijd->setTime(ElapsedHours, ElapsedMinutes, ElapsedSeconds, ElapsedMillis);
 }
 

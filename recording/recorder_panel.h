@@ -38,7 +38,6 @@ class RecorderPanel : public QWidget {
     explicit RecorderPanel(RecorderContext context, QWidget *parent = nullptr);
 
     QPushButton *const cmdRec;
-    QPushButton *const cmdPlay;
     TimeDisplay *const ledCount;
     TimeDisplay *const ledTijd;
     QLabel *const lblOpname;
@@ -54,8 +53,8 @@ class RecorderPanel : public QWidget {
     /// Opens the take file and starts the recorder.
     void StartRecorder();
     void StartOpname();
-    /// Stops playback's clock and the recorder, for the end of the program.
-    void StopAudio();
+    /// Stops the recorder, for the end of the program.
+    void stopRecorder();
 
     /// A take may not be started while the one before is being encoded.
     void setBusy(bool busy);

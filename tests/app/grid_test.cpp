@@ -73,7 +73,7 @@ TEST_F(Station, APresentationStepShowsTheTalkOverTimesInTheUsersLocale) {
     EXPECT_TRUE(panel.lblInOut->text().endsWith(QStringLiteral(" sec")));
     EXPECT_EQ(panel.lblBestand->text(), window->step.VoiceTrackName);
     EXPECT_TRUE(window->recorderPanel->cmdRec->isEnabled());
-    EXPECT_FALSE(window->recorderPanel->cmdPlay->isEnabled());
+    EXPECT_FALSE(window->playbackPanel->cmdPlay->isEnabled());
 }
 
 TEST_F(Station, AnotherStepHidesTheTimesAndLeavesTheListenButtonAsItWas) {
@@ -84,11 +84,11 @@ TEST_F(Station, AnotherStepHidesTheTimesAndLeavesTheListenButtonAsItWas) {
     // The first step has no outro before it.
     EXPECT_EQ(window->step.PrevOutroMs, 0);
     EXPECT_EQ(window->step.TalkTotalMs, window->datList.intro(2));
-    window->recorderPanel->cmdPlay->setEnabled(true);
+    window->playbackPanel->cmdPlay->setEnabled(true);
     select(1);
     EXPECT_FALSE(window->stepPanel->lblIntro->isVisible());
     EXPECT_EQ(window->stepPanel->barRec->value(), 0);
-    EXPECT_TRUE(window->recorderPanel->cmdPlay->isEnabled());
+    EXPECT_TRUE(window->playbackPanel->cmdPlay->isEnabled());
     EXPECT_EQ(window->stepPanel->lblBestand->text(), QStringLiteral("geen bestand"));
     EXPECT_FALSE(window->recorderPanel->cmdRec->isEnabled());
     EXPECT_FALSE(window->savePanel->cmdImport->isEnabled());

@@ -53,7 +53,7 @@ TEST_F(Recording, TheCountDownShowsEverySecondAndThenTheRecorderStarts) {
     openDemo();
     EXPECT_EQ(rec->cmdRec->text(), start_);
     click(rec->cmdRec);
-    EXPECT_FALSE(rec->cmdPlay->isEnabled());
+    EXPECT_FALSE(window->playbackPanel->cmdPlay->isEnabled());
     EXPECT_FALSE(window->savePanel->cmdSave->isEnabled());
     for (const int shown : {2, 1}) {
         timers.advance(1000);
@@ -98,7 +98,7 @@ TEST_F(Recording, TheTakeIsMonoSixteenBitAndTheTimeCountsInTens) {
     EXPECT_EQ(output(QStringLiteral("soxi"), {QStringLiteral("-s"), wav}).trimmed(), QString::number(544194));
     EXPECT_EQ(rec->cmdRec->text(), start_);
     EXPECT_FALSE(rec->lblOpname->isVisible());
-    EXPECT_TRUE(rec->cmdPlay->isEnabled());
+    EXPECT_TRUE(window->playbackPanel->cmdPlay->isEnabled());
     EXPECT_TRUE(window->savePanel->cmdSave->isEnabled());
     EXPECT_FALSE(window->step.PlaylistTakeRunning);
 }

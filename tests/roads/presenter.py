@@ -58,12 +58,15 @@ class Desk:
                               stdin=subprocess.DEVNULL, text=True, timeout=60).stdout
 
     def _start_screen(self):
+        # A number of its own: a screen that is still closing takes the socket of the next one with its number along.
+        display = f":{100 + os.getpid() % 30000}"
         read, write = os.pipe()
-        self._spawn("Xvfb", "-displayfd", str(write), "-screen", "0", "1280x800x24", "-nolisten", "tcp",
+        self._spawn("Xvfb", display, "-displayfd", str(write), "-screen", "0", "1280x800x24", "-nolisten", "tcp",
                     pass_fds=[write])
         os.close(write)
         with os.fdopen(read) as numbers:
-            self.env["DISPLAY"] = ":" + numbers.readline().strip()
+            assert numbers.readline().strip(), "no screen"
+        self.env["DISPLAY"] = display
         self._spawn("openbox")
 
     def _start_bus(self):

@@ -1,0 +1,200 @@
+#include "recording/frm_preview.h"
+
+#include "platform/audio.h"
+#include "platform/file_system.h"
+#include "platform/runtime_error.h"
+#include "playlist/field_values.h"
+#include "playlist/step_types.h"
+#include "recording/player_settings.h"
+#include "recording/time_parts.h"
+#include "shell/checked.h"
+
+namespace orvel {
+
+namespace {
+
+/// Catalogues leave fields empty.
+QString textOrNothing(const QVariant &value) {
+    return value.isNull() ? QString() : toText(value);
+}
+
+constexpr int firstVolume = 16384;
+constexpr int labelCharacters = 24;
+
+void showText(LedLabel &label, const QString &text) {
+    label.setText(text);
+    label.setAutoScroll(text.size() > labelCharacters);
+    label.setToolTip(text);
+}
+
+template <class Control>
+Control *named(Control *control, const char *name, const QString &accessibleName) {
+    control->setObjectName(QString::fromLatin1(name));
+    control->setAccessibleName(accessibleName);
+    return control;
+}
+
+TimeDisplay *panel(QWidget *parent, const char *name, const QString &accessibleName) {
+    return named(new TimeDisplay(TimeDisplay::Fields::Seconds, parent), name, accessibleName);
+}
+
+} // namespace
+
+frmPreview::frmPreview(PreviewContext context, QWidget *parent)
+    : QDialog(parent), ledTitle(named(new LedLabel(this), "ledTitle", tr("Titel"))),
+      ledArtist(named(new LedLabel(this), "ledArtist", tr("Artiest of omschrijving"))),
+      lcdMin(panel(this, "lcdMin", tr("Resterende minuten"))), lcdSec(panel(this, "lcdSec", tr("Resterende seconden"))),
+      lcdMsec(panel(this, "lcdMsec", tr("Resterende milliseconden"))),
+      sliPlay(named(new QSlider(Qt::Horizontal, this), "sliPlay", tr("Positie"))),
+      volCue(named(new Knob(this), "volCue", tr("Volume van de voorbeluistering"))),
+      cmdPlay(named(new QWidget(this), "cmdPlay", tr("Afspelen"))),
+      playButton(new QPushButton(QIcon(QStringLiteral(":/icons/play.svg")), tr("Afspelen"), cmdPlay)),
+      stopButton(new QPushButton(QIcon(QStringLiteral(":/icons/stop.svg")), tr("Stop"), cmdPlay)),
+      MMLevelX1(named(new LevelMeter(this), "MMLevelX1", tr("Niveau links"))),
+      MMLevelX2(named(new LevelMeter(this), "MMLevelX2", tr("Niveau rechts"))), lblProblem(new QLabel(this)),
+      context_(context), CuePlayer_(context_.platform.sound.makePlayer()),
+      tmrCuePlayer_(context_.platform.timers.create(10, MissedTicks::Drop, [this] { tmrCuePlayer_Timer(); })),
+      tmrLevels_(context_.platform.timers.create(40, MissedTicks::Drop, [this] {
+          const StereoPeaks peaks = CuePlayer_->peaks();
+          MMLevelX1->setLevel(peaks.left);
+          MMLevelX2->setLevel(peaks.right);
+      })) {
+    setObjectName(QStringLiteral("frmPreview"));
+    setWindowTitle(tr("Voorbeluistering"));
+    layOut();
+    connect(playButton, &QPushButton::clicked, this, [this] { cmdPlay_ButtonClick(PlayCode); });
+    connect(stopButton, &QPushButton::clicked, this, [this] { cmdPlay_ButtonClick(StopCode); });
+    connect(sliPlay, &QSlider::sliderPressed, this, &frmPreview::sliPlay_MouseDown);
+    connect(sliPlay, &QSlider::sliderReleased, this, &frmPreview::sliPlay_MouseUp);
+    connect(sliPlay, &QSlider::actionTriggered, this, [this](int action) {
+        if (action != QAbstractSlider::SliderMove) {
+            SeekTo(sliPlay->sliderPosition());
+        }
+    });
+    connect(volCue, &Knob::valueChanged, this, &frmPreview::volCue_Change);
+}
+
+void frmPreview::Form_Load() {
+    volCue->setValue(firstVolume);
+    volCue_Change();
+    if (context_.settings.Network) {
+        CuePlayer_->setOutput(playerSettings(context_.settings));
+    }
+    tmrLevels_->setEnabled(true);
+    LaadSpeler(context_.step.PreviewTrackId);
+    playButton->setFocus();
+}
+
+RecordSet *frmPreview::catalogue() const {
+    switch (context_.step.PreviewKind) {
+    case TrackStep:
+        return context_.datTracks.get();
+    case JingleStep:
+        return context_.datJingles.get();
+    default:
+        return nullptr;
+    }
+}
+
+void frmPreview::LaadSpeler(std::int32_t Track) {
+    RecordSet *records = catalogue();
+    if (!context_.settings.Network || records == nullptr) {
+        return;
+    }
+    records->refresh();
+    SearchCriterion = QStringLiteral("tracknr=") + QString::number(Track);
+    if (records->recordCount() == 0 || !records->findFirst(SearchCriterion)) {
+        return;
+    }
+    const bool isMusic = context_.step.PreviewKind == TrackStep;
+    loadFile(textOrNothing(records->field(QStringLiteral("path"))));
+    showText(*ledTitle, textOrNothing(records->field(QStringLiteral("titel"))));
+    showText(*ledArtist,
+             textOrNothing(records->field(isMusic ? QStringLiteral("artiest") : QStringLiteral("Omschrijving"))));
+    DrawTime();
+    sliPlay->setMaximum(CuePlayer_->length());
+}
+
+void frmPreview::loadFile(const QString &cataloguePath) {
+    CuePlayer_->stop();
+    lblProblem->clear();
+    const QString path = context_.drives.resolve(cataloguePath);
+    try {
+        CuePlayer_->setFileName(path);
+    } catch (const RuntimeError &error) {
+        const bool missing = !context_.platform.files.fileExists(path);
+        lblProblem->setText(
+            (missing ? tr("Het bestand %1 werd niet gevonden.") : tr("Het bestand %1 is niet leesbaar."))
+                .arg(cataloguePath));
+        lblProblem->setToolTip(error.report());
+        CuePlayer_->close();
+    }
+    playButton->setEnabled(lblProblem->text().isEmpty());
+}
+
+void frmPreview::DrawTime() {
+    const std::int32_t remaining = checkedInt32(std::int64_t{CuePlayer_->length()} - CuePlayer_->position());
+    const TimeParts parts = splitTime(remaining);
+    if (Dragging) {
+        return;
+    }
+    sliPlay->setValue(CuePlayer_->position());
+    // Written only when it changed: this runs a hundred times a second.
+    if (parts.minutes != shown_.minutes) {
+        lcdMin->setSeconds(parts.minutes);
+    }
+    if (parts.seconds != shown_.seconds) {
+        lcdSec->setSeconds(parts.seconds);
+    }
+    if (parts.millis != shown_.millis) {
+        lcdMsec->setSeconds(parts.millis);
+    }
+    shown_ = {parts.minutes, parts.seconds, parts.millis};
+}
+
+void frmPreview::tmrCuePlayer_Timer() {
+    DrawTime();
+}
+
+void frmPreview::cmdPlay_ButtonClick(int code) {
+    switch (code) {
+    case PlayCode:
+        CuePlayer_->stop();
+        CuePlayer_->start();
+        tmrCuePlayer_->setEnabled(true);
+        break;
+    case StopCode:
+        CuePlayer_->stop();
+        break;
+    default:
+        break;
+    }
+}
+
+void frmPreview::sliPlay_MouseDown() {
+    Dragging = true;
+}
+
+void frmPreview::sliPlay_MouseUp() {
+    SeekTo(sliPlay->sliderPosition());
+    Dragging = false;
+}
+
+void frmPreview::SeekTo(std::int32_t Position) {
+    CuePlayer_->pause();
+    CuePlayer_->setPosition(Position);
+    CuePlayer_->resume();
+}
+
+void frmPreview::volCue_Change() {
+    CuePlayer_->setVolume(volCue->value());
+}
+
+void frmPreview::done(int result) {
+    CuePlayer_->stop();
+    tmrCuePlayer_->setEnabled(false);
+    tmrLevels_->setEnabled(false);
+    QDialog::done(result);
+}
+
+} // namespace orvel

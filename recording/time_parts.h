@@ -1,0 +1,18 @@
+#pragma once
+
+#include <cstdint>
+
+namespace orvel {
+
+/// A number of milliseconds split for a display.
+struct TimeParts {
+    std::int16_t hours = 0;
+    std::int16_t minutes = 0;
+    std::int16_t seconds = 0;
+    std::int16_t millis = 0;
+};
+
+/// Throws Overflow when the hours need more than 16 bits.
+TimeParts splitTime(std::int32_t milliseconds);
+
+} // namespace orvel

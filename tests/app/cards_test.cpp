@@ -1,0 +1,161 @@
+// Recording cards, mixer strips and meters.
+#include "station.h"
+
+namespace orvel {
+
+namespace {
+
+const QString mic = QStringLiteral("mic");
+const QString desk = QStringLiteral("desk");
+
+std::vector<Card> twoCards() {
+    return {
+        {mic, QStringLiteral("Microfoon"), {QStringLiteral("Ingang")}},
+        {desk, QStringLiteral("Mengtafel"), {QStringLiteral("Lijn"), QStringLiteral("Micro"), QStringLiteral("Aux")}}};
+}
+
+class Cards : public Station {
+  protected:
+    void startWith(std::vector<Card> cards, const QString &settings = {}) {
+        sound.plug(std::move(cards));
+        sound.audioRecord().refresh();
+        configure(settings);
+        ASSERT_TRUE(start());
+        panel = window->cardPanel;
+    }
+    /// A second passes, in which the program looks at what is plugged in.
+    void replug(std::vector<Card> cards) {
+        sound.plug(std::move(cards));
+        timers.advance(1000);
+    }
+    [[nodiscard]] int shownStrips() const {
+        int shown = 0;
+        for (int index = 1; index <= 7; ++index) {
+            shown += panel->strip(index).isVisibleTo(panel) ? 1 : 0;
+        }
+        return shown;
+    }
+
+    CardPanel *panel = nullptr;
+};
+
+} // namespace
+
+TEST_F(Cards, EveryLineOfTheCardHasAStripWithItsValues) {
+    sound.mixer().line(desk, 2).state = {true, true, true, true, 40000, -30};
+    startWith(twoCards(), QStringLiteral("[Audio]\nRecCard=1"));
+    EXPECT_EQ(shownStrips(), 3);
+    MixerStrip &strip = panel->strip(2);
+    EXPECT_EQ(strip.Label->text(), QStringLiteral("Micro"));
+    EXPECT_EQ(strip.slVolume->value(), 65535 - 40000);
+    EXPECT_TRUE(strip.slVolume->invertedAppearance());
+    EXPECT_EQ(strip.slBalance->value(), -30);
+    EXPECT_TRUE(strip.chSelect->isChecked());
+    EXPECT_EQ(panel->Frame14->width(), 4 * 1260 * panel->logicalDpiX() / 1440);
+}
+
+TEST_F(Cards, ACardWithMoreThanSevenLinesShowsItsFirstSeven) {
+    QStringList lines;
+    for (int line = 1; line <= 9; ++line) {
+        lines << QStringLiteral("Lijn %1").arg(line);
+    }
+    startWith({{desk, QStringLiteral("Mengtafel"), lines}});
+    EXPECT_EQ(shownStrips(), 7);
+    EXPECT_EQ(panel->lineCount(), 7);
+}
+
+TEST_F(Cards, LinesWithoutVolumeBalanceOrSelectShowDisabledControls) {
+    sound.mixer().line(mic, 1).state = {false, false, false, true, 0, 0};
+    startWith(twoCards());
+    EXPECT_FALSE(panel->strip(1).slVolume->isEnabled());
+    EXPECT_FALSE(panel->strip(1).slBalance->isEnabled());
+    EXPECT_FALSE(panel->strip(1).chSelect->isEnabled());
+    EXPECT_TRUE(panel->strip(1).chSelect->isChecked());
+}
+
+TEST_F(Cards, TheVolumeSliderShowsWhatTheCardAccepted) {
+    startWith(twoCards());
+    sound.mixer().setVolumeStep(10000);
+    panel->strip(1).slVolume->setValue(65535 - 35000);
+    EXPECT_EQ(sound.mixer().line(mic, 1).state.volume, 30000);
+    EXPECT_EQ(panel->strip(1).slVolume->value(), 65535 - 30000);
+}
+
+TEST_F(Cards, TheBalanceSliderSetsTheLinesBalance) {
+    startWith(twoCards());
+    panel->strip(1).slBalance->setValue(45);
+    EXPECT_EQ(sound.mixer().line(mic, 1).state.balance, 45);
+    EXPECT_EQ(panel->strip(1).slBalance->value(), 45);
+}
+
+TEST_F(Cards, SelectingALineClearsTheOthersOfACardWithOneSource) {
+    startWith(twoCards(), QStringLiteral("[Audio]\nRecCard=1"));
+    ASSERT_TRUE(panel->strip(1).chSelect->isChecked());
+    sound.audioRecord().setCurrentLine(2);
+    click(panel->strip(3).chSelect);
+    EXPECT_FALSE(panel->strip(1).chSelect->isChecked());
+    EXPECT_TRUE(panel->strip(3).chSelect->isChecked());
+    EXPECT_TRUE(sound.mixer().line(desk, 3).state.selected);
+    EXPECT_EQ(sound.audioRecord().currentLine(), 2);
+}
+
+TEST_F(Cards, AnotherCardShowsItsOwnLinesAndIsRecordedFrom) {
+    startWith(twoCards());
+    EXPECT_EQ(shownStrips(), 1);
+    panel->cobKaart->setCurrentIndex(1);
+    EXPECT_EQ(shownStrips(), 3);
+    EXPECT_EQ(sound.audioRecord().currentDevice(), 2);
+    EXPECT_EQ(sound.recorderDevice(), 1);
+}
+
+TEST_F(Cards, ACardThatComesIsListedAndTheChosenOneStaysChosen) {
+    startWith({twoCards().back()});
+    replug(twoCards());
+    EXPECT_EQ(panel->cobKaart->count(), 2);
+    EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Mengtafel"));
+    EXPECT_EQ(sound.recorderDevice(), 1);
+    EXPECT_EQ(shownStrips(), 3);
+}
+
+TEST_F(Cards, TheChosenCardIsNotReplacedWhileItIsAwayAndIsChosenAgainWhenItReturns) {
+    startWith(twoCards(), QStringLiteral("[Audio]\nRecCard=1"));
+    replug({twoCards().front()});
+    EXPECT_EQ(panel->cobKaart->currentIndex(), -1);
+    EXPECT_EQ(shownStrips(), 0);
+    EXPECT_EQ(panel->chosenCard(), 1);
+    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("losgekoppeld")));
+    replug(twoCards());
+    EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Mengtafel"));
+    EXPECT_EQ(shownStrips(), 3);
+}
+
+TEST_F(Cards, AVolumeThatSomebodyElseMovedIsShown) {
+    startWith(twoCards());
+    sound.mixer().line(mic, 1).state.volume = 12345;
+    timers.advance(1000);
+    EXPECT_EQ(panel->strip(1).slVolume->value(), 65535 - 12345);
+}
+
+TEST_F(Cards, ASliderThatIsHeldIsLeftAlone) {
+    startWith(twoCards());
+    panel->strip(1).slVolume->setSliderDown(true);
+    sound.mixer().line(mic, 1).state.volume = 12345;
+    timers.advance(1000);
+    EXPECT_EQ(panel->strip(1).slVolume->value(), 0);
+}
+
+TEST_F(Cards, TheMetersShowTheRecordingOnBothChannels) {
+    configure(QStringLiteral("[Program]\nCountdown=0"));
+    ASSERT_TRUE(start(QStringLiteral("-RECORDER")));
+    prompts.expectInput(QStringLiteral("Geef een naam voor dit bestand (ZONDER EXTENSIE)"),
+                        QStringLiteral("Bestandsnaam"), QStringLiteral("proef"));
+    beginRecording();
+    sound.deliver(4410);
+    sound.flush();
+    timers.advance(40);
+    // The tone of the test is a quarter of full scale.
+    EXPECT_NEAR(window->meterPanel->levLeft->levelDb(), -12.0, 0.2);
+    EXPECT_NEAR(window->meterPanel->levRight->levelDb(), -12.0, 0.2);
+}
+
+} // namespace orvel

@@ -1,0 +1,199 @@
+// The cue player for tracks and jingles.
+#include "station.h"
+
+namespace orvel {
+
+namespace {
+
+const QString drives = QStringLiteral("[Drives]\nM=audio\n");
+
+class Preview : public Station {
+  protected:
+    Preview() {
+        QDir(folder.path()).mkpath(QStringLiteral("audio/muziek"));
+        QDir(folder.path()).mkpath(QStringLiteral("audio/jingles"));
+    }
+
+    void copy(const QString &sample, const QString &target) const {
+        ASSERT_TRUE(QFile::copy(QStringLiteral(ORVEL_SOURCE_DIR "/") + sample, path(target))) << sample.toStdString();
+    }
+    void startStation(const QString &catalogue = QStringLiteral("samples/station/digital.mdb")) {
+        copy(catalogue, QStringLiteral("digital.mdb"));
+        copy(QStringLiteral("samples/station/jingles.mdb"), QStringLiteral("jingles.mdb"));
+        copy(QStringLiteral("samples/station/audio/muziek/0001.mp3"), QStringLiteral("audio/muziek/0001.mp3"));
+        copy(QStringLiteral("samples/station/audio/jingles/002.mp3"), QStringLiteral("audio/jingles/002.mp3"));
+        configure(drives + QStringLiteral("[Program]\nNetwork=1\n[Files]\nDatabasepath=") + folder.path());
+        ASSERT_TRUE(start());
+    }
+    void show(int kind, int track) {
+        window->step.PreviewKind = static_cast<std::int16_t>(kind);
+        window->step.PreviewTrackId = track;
+        Q_EMIT window->gridPanel->previewWanted();
+        preview = window->findChild<frmPreview *>();
+        ASSERT_NE(preview, nullptr);
+    }
+    FakeWavePlayer &player() { return sound.player(sound.playerCount() - 1); }
+
+    frmPreview *preview = nullptr;
+};
+
+} // namespace
+
+TEST_F(Preview, AMusicTrackIsLoadedThroughTheDriveMap) {
+    startStation();
+    show(TrackStep, 1);
+    EXPECT_TRUE(preview->isVisible());
+    EXPECT_TRUE(preview->isModal());
+    EXPECT_EQ(player().file(), path(QStringLiteral("audio/muziek/0001.mp3")));
+    EXPECT_EQ(preview->ledTitle->text(), window->datTracks->field(QStringLiteral("titel")).toString());
+    EXPECT_EQ(preview->ledArtist->text(), window->datTracks->field(QStringLiteral("artiest")).toString());
+    EXPECT_FALSE(preview->ledTitle->text().isEmpty());
+    EXPECT_EQ(preview->sliPlay->maximum(), player().length());
+    EXPECT_EQ(preview->lcdSec->seconds(), player().length() / 1000 % 60);
+    EXPECT_EQ(player().volume(), 16384);
+}
+
+TEST_F(Preview, AJingleShowsItsDescription) {
+    startStation();
+    show(JingleStep, 2);
+    EXPECT_EQ(player().file(), path(QStringLiteral("audio/jingles/002.mp3")));
+    EXPECT_EQ(preview->ledArtist->text(), window->datJingles->field(QStringLiteral("Omschrijving")).toString());
+}
+
+TEST_F(Preview, PlayStartsTheTrackAndStopLeavesTheDisplayFollowing) {
+    startStation();
+    show(TrackStep, 1);
+    click(preview->playButton);
+    EXPECT_EQ(player().state(), WavePlayer::playing);
+    player().play(3000);
+    timers.advance(10);
+    EXPECT_EQ(preview->sliPlay->value(), 3000);
+    const int remaining = player().length() - 3000;
+    EXPECT_EQ(preview->lcdMin->seconds(), remaining / 60000);
+    EXPECT_EQ(preview->lcdSec->seconds(), remaining / 1000 % 60);
+    EXPECT_EQ(preview->lcdMsec->seconds(), remaining % 1000);
+    click(preview->stopButton);
+    EXPECT_NE(player().state(), WavePlayer::playing);
+    timers.advance(10);
+    EXPECT_EQ(preview->sliPlay->value(), 0);
+}
+
+TEST_F(Preview, PlayWhilePlayingStartsTheTrackAnew) {
+    startStation();
+    show(TrackStep, 1);
+    preview->cmdPlay_ButtonClick(frmPreview::PlayCode);
+    player().play(3000);
+    preview->cmdPlay_ButtonClick(frmPreview::PlayCode);
+    EXPECT_EQ(player().position(), 0);
+    EXPECT_EQ(player().starts(), 2);
+    preview->cmdPlay_ButtonClick(3);
+    EXPECT_EQ(player().state(), WavePlayer::playing);
+}
+
+TEST_F(Preview, DraggingMovesTheTimeOnlyWhenTheSliderIsReleased) {
+    startStation();
+    show(TrackStep, 1);
+    click(preview->playButton);
+    player().play(1000);
+    timers.advance(10);
+    const int secondsBefore = preview->lcdSec->seconds();
+    preview->sliPlay->setSliderDown(true);
+    preview->sliPlay->setSliderPosition(9000);
+    player().play(2000);
+    timers.advance(10);
+    EXPECT_EQ(preview->lcdSec->seconds(), secondsBefore);
+    EXPECT_EQ(preview->sliPlay->sliderPosition(), 9000);
+    preview->sliPlay->setSliderDown(false);
+    EXPECT_EQ(player().position(), 9000);
+    EXPECT_EQ(player().state(), WavePlayer::playing);
+    timers.advance(10);
+    EXPECT_EQ(preview->lcdSec->seconds(), (player().length() - 9000) / 1000 % 60);
+}
+
+TEST_F(Preview, AKeyOnTheSliderSeeks) {
+    startStation();
+    show(TrackStep, 1);
+    QTest::keyClick(preview->sliPlay, Qt::Key_End);
+    EXPECT_EQ(player().position(), player().length());
+}
+
+TEST_F(Preview, TheKnobSetsTheCueVolume) {
+    startStation();
+    show(TrackStep, 1);
+    preview->volCue->setValue(50000);
+    EXPECT_EQ(player().volume(), 50000);
+}
+
+TEST_F(Preview, TextsScrollFromTwentyFiveCharactersOn) {
+    startStation(QStringLiteral("tests/data/databases/scroll-titles.mdb"));
+    show(TrackStep, 1);
+    EXPECT_EQ(preview->ledTitle->text().size(), 24);
+    EXPECT_FALSE(preview->ledTitle->autoScroll());
+    EXPECT_FALSE(preview->ledArtist->autoScroll());
+    preview->LaadSpeler(2);
+    EXPECT_EQ(preview->ledTitle->text().size(), 25);
+    EXPECT_TRUE(preview->ledTitle->autoScroll());
+    EXPECT_TRUE(preview->ledArtist->autoScroll());
+}
+
+TEST_F(Preview, AnUnknownTrackLeavesWhatWasShown) {
+    startStation();
+    show(TrackStep, 1);
+    const QString title = preview->ledTitle->text();
+    preview->LaadSpeler(99999);
+    EXPECT_EQ(preview->ledTitle->text(), title);
+    EXPECT_EQ(player().file(), path(QStringLiteral("audio/muziek/0001.mp3")));
+}
+
+TEST_F(Preview, AMissingFileIsToldInTheWindowOnly) {
+    startStation();
+    show(TrackStep, 2);
+    EXPECT_TRUE(preview->lblProblem->text().contains(QStringLiteral("werd niet gevonden")));
+    EXPECT_FALSE(preview->playButton->isEnabled());
+    EXPECT_TRUE(player().file().isEmpty());
+    preview->LaadSpeler(1);
+    EXPECT_TRUE(preview->lblProblem->text().isEmpty());
+    EXPECT_TRUE(preview->playButton->isEnabled());
+}
+
+TEST_F(Preview, ABrokenFileIsToldInTheWindowOnly) {
+    startStation();
+    QFile broken(path(QStringLiteral("audio/muziek/0002.mp3")));
+    ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
+    broken.write("dit is geen muziek");
+    broken.close();
+    show(TrackStep, 2);
+    EXPECT_TRUE(preview->lblProblem->text().contains(QStringLiteral("niet leesbaar")));
+    EXPECT_EQ(preview->sliPlay->maximum(), 0);
+}
+
+TEST_F(Preview, WithoutCataloguesTheWindowOpensEmpty) {
+    ASSERT_TRUE(start());
+    show(TrackStep, 1);
+    EXPECT_TRUE(preview->isVisible());
+    EXPECT_TRUE(preview->ledTitle->text().isEmpty());
+    EXPECT_TRUE(player().file().isEmpty());
+}
+
+TEST_F(Preview, ClosingStopsTheSound) {
+    startStation();
+    show(TrackStep, 1);
+    click(preview->playButton);
+    preview->close();
+    EXPECT_NE(player().state(), WavePlayer::playing);
+    show(JingleStep, 2);
+    EXPECT_EQ(window->findChildren<frmPreview *>().size(), 1);
+    EXPECT_EQ(player().file(), path(QStringLiteral("audio/jingles/002.mp3")));
+}
+
+TEST_F(Preview, TheMetersShowWhatIsPlayed) {
+    startStation();
+    show(TrackStep, 1);
+    click(preview->playButton);
+    player().setPeaks({0.1F, 1.0F});
+    timers.advance(40);
+    EXPECT_NEAR(preview->MMLevelX1->levelDb(), -20.0, 0.1);
+    EXPECT_TRUE(preview->MMLevelX2->isClipped());
+}
+
+} // namespace orvel
