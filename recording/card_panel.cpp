@@ -64,19 +64,16 @@ void CardPanel::connectStrip(int index) {
 }
 
 void CardPanel::listCards() {
-    AudioRecord &audioRecord = platform_.sound.audioRecord();
-    const int remembered = audioRecord.currentDevice();
+    const AudioRecord &audioRecord = platform_.sound.audioRecord();
     const QSignalBlocker quiet(cobKaart);
     cobKaart->clear();
     // One past the last card on purpose: it is reported as not valid.
     for (int device = 0; device <= audioRecord.deviceCount(); ++device) {
-        audioRecord.setCurrentDevice(device);
         if (audioRecord.canRecord(device)) {
             cobKaart->addItem(audioRecord.deviceName(device), device);
         }
     }
     cobKaart->setCurrentIndex(-1);
-    audioRecord.setCurrentDevice(remembered);
 }
 
 void CardPanel::selectCard(int position) {

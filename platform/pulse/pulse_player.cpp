@@ -7,9 +7,6 @@
 namespace orvel {
 namespace {
 
-/// The server's number for a device that belongs to no card, a virtual one for instance.
-constexpr std::uint32_t kNoCard = UINT32_MAX;
-
 bool contains(const std::vector<PulseSink> &sinks, const QByteArray &name) {
     return std::any_of(sinks.begin(), sinks.end(), [&](const PulseSink &sink) { return sink.name == name; });
 }
@@ -50,9 +47,9 @@ std::vector<PulseSink> PulsePlayer::outputs() const {
     PulseDevices devices = server_.devices();
     const auto source = std::find_if(devices.sources.begin(), devices.sources.end(),
                                      [this](const PulseSource &s) { return s.name == source_; });
-    const std::uint32_t card = source == devices.sources.end() ? kNoCard : source->card;
+    const std::uint32_t card = source == devices.sources.end() ? kNoPulseCard : source->card;
     std::erase_if(devices.sinks, [&](const PulseSink &sink) {
-        return sink.name != devices.defaultSink && (sink.card != card || card == kNoCard);
+        return sink.name != devices.defaultSink && (sink.card != card || card == kNoPulseCard);
     });
     return devices.sinks;
 }

@@ -14,22 +14,34 @@ using namespace std::chrono_literals;
 
 /// How long a server may take to answer before it counts as gone.
 constexpr auto kPatience = 3s;
+/// The same while somebody moves a slider.
+constexpr auto kShortPatience = 1s;
 
-QString describePort(const pa_source_port_info &port) {
-    return QString::fromUtf8(port.description != nullptr ? port.description : port.name);
+QString describe(const char *description, const char *name) {
+    return QString::fromUtf8(description != nullptr ? description : name);
+}
+
+PulseLevels levelsOf(const pa_source_info &info) {
+    PulseLevels levels;
+    levels.volumes.assign(info.volume.values, info.volume.values + info.volume.channels);
+    levels.positions.assign(info.channel_map.map, info.channel_map.map + info.channel_map.channels);
+    return levels;
 }
 
 PulseSource fromInfo(const pa_source_info &info) {
     PulseSource source;
     source.name = info.name;
-    source.description = QString::fromUtf8(info.description != nullptr ? info.description : info.name);
+    source.description = describe(info.description, info.name);
     source.card = info.card;
+    source.alsaCard = pa_proplist_gets(info.proplist, "alsa.card");
     source.isMonitor = info.monitor_of_sink != PA_INVALID_INDEX;
+    source.isMuted = info.mute != 0;
+    source.levels = levelsOf(info);
     for (const pa_source_port_info *port : std::span(info.ports, info.n_ports)) {
         if (port == info.active_port) {
             source.activePort = static_cast<int>(source.ports.size());
         }
-        source.ports << describePort(*port);
+        source.ports.push_back({port->name, describe(port->description, port->name)});
     }
     return source;
 }
@@ -42,6 +54,12 @@ void letRun(pa_operation *operation) {
 }
 
 } // namespace
+
+struct PulseServer::Answer {
+    PulseServer &server;
+    bool isHere = false;
+    bool isYes = false;
+};
 
 /// What the library calls, on its own thread with the lock held.
 struct PulseServerCallbacks {
@@ -60,6 +78,16 @@ struct PulseServerCallbacks {
         }
     }
 
+    static void card(pa_context * /*context*/, const pa_card_info *info, int end, void *user) {
+        if (end != 0) {
+            return;
+        }
+        server(user).cardNames_[info->index] = info->name;
+        for (const pa_card_port_info *port : std::span(info->ports, info->n_ports)) {
+            server(user).offsets_[{info->index, port->name}] = port->latency_offset;
+        }
+    }
+
     static void source(pa_context * /*context*/, const pa_source_info *info, int end, void *user) {
         if (end == 0) {
             server(user).arriving_.sources.push_back(fromInfo(*info));
@@ -68,17 +96,18 @@ struct PulseServerCallbacks {
 
     static void sink(pa_context * /*context*/, const pa_sink_info *info, int end, void *user) {
         if (end == 0) {
-            server(user).arriving_.sinks.push_back({info->name, info->card, info->mute != 0});
+            server(user).arriving_.sinks.push_back(
+                {info->name, describe(info->description, info->name), info->card, info->mute != 0});
         } else {
             server(user).devicesComplete(); // answers come in the order of the questions: this one was the last
         }
     }
 
-    /// user: an Answer.
-    static void success(pa_context * /*context*/, int /*success*/, void *user) {
-        auto &answer = *static_cast<std::pair<PulseServer *, bool> *>(user);
-        answer.second = true;
-        answer.first->wakeWaiters();
+    static void answer(pa_context * /*context*/, int success, void *user) {
+        auto &answer = *static_cast<PulseServer::Answer *>(user);
+        answer.isHere = true;
+        answer.isYes = success != 0;
+        answer.server.wakeWaiters();
     }
 
     static void timeout(pa_mainloop_api * /*api*/, pa_time_event * /*event*/, const timeval * /*when*/, void *user) {
@@ -128,19 +157,67 @@ void PulseServer::retry() {
 
 void PulseServer::setMute(const QByteArray &sink, bool mute) {
     const Lock lock(*this);
-    std::pair<PulseServer *, bool> answered(this, false);
-    pa_operation *operation = isReady() ? pa_context_set_sink_mute_by_name(context_, sink.constData(), mute ? 1 : 0,
-                                                                           PulseServerCallbacks::success, &answered)
-                                        : nullptr;
-    const auto over = [&] { return answered.second || pa_operation_get_state(operation) != PA_OPERATION_RUNNING; };
-    const bool inTime = operation != nullptr && waitUntil(over, kPatience);
+    ask(
+        [&](Answer &answer) {
+            return pa_context_set_sink_mute_by_name(context_, sink.constData(), mute ? 1 : 0,
+                                                    PulseServerCallbacks::answer, &answer);
+        },
+        kPatience);
+}
+
+void PulseServer::setLevels(const QByteArray &source, const PulseLevels &levels) {
+    pa_cvolume volumes{};
+    volumes.channels = static_cast<std::uint8_t>(levels.volumes.size());
+    std::copy(levels.volumes.begin(), levels.volumes.end(), volumes.values);
+    change([&](Answer &answer) {
+        return pa_context_set_source_volume_by_name(context_, source.constData(), &volumes,
+                                                    PulseServerCallbacks::answer, &answer);
+    });
+}
+
+void PulseServer::setSourceMute(const QByteArray &source, bool mute) {
+    change([&](Answer &answer) {
+        return pa_context_set_source_mute_by_name(context_, source.constData(), mute ? 1 : 0,
+                                                  PulseServerCallbacks::answer, &answer);
+    });
+}
+
+void PulseServer::setPort(const QByteArray &source, const QByteArray &port) {
+    change([&](Answer &answer) {
+        return pa_context_set_source_port_by_name(context_, source.constData(), port.constData(),
+                                                  PulseServerCallbacks::answer, &answer);
+    });
+}
+
+void PulseServer::setLatencyOffset(const QByteArray &card, const QByteArray &port, std::int64_t microseconds) {
+    change([&](Answer &answer) {
+        return pa_context_set_port_latency_offset(context_, card.constData(), port.constData(), microseconds,
+                                                  PulseServerCallbacks::answer, &answer);
+    });
+}
+
+bool PulseServer::ask(const Question &question, std::chrono::milliseconds patience) {
+    Answer answer{*this};
+    pa_operation *operation = isReady() ? question(answer) : nullptr;
+    const auto over = [&] { return answer.isHere || pa_operation_get_state(operation) != PA_OPERATION_RUNNING; };
+    const bool inTime = operation != nullptr && waitUntil(over, patience);
     if (operation != nullptr) {
-        pa_operation_cancel(operation); // `answered` goes out of scope
+        pa_operation_cancel(operation); // `answer` goes out of scope
         pa_operation_unref(operation);
     }
     if (!inTime || !isReady()) {
         throw RuntimeError(ErrorNumber::DeviceError, {}, QStringLiteral("de geluidsserver antwoordt niet"));
     }
+    return answer.isYes;
+}
+
+void PulseServer::change(const Question &question) {
+    const Lock lock(*this);
+    if (!ask(question, kShortPatience)) {
+        throw RuntimeError(ErrorNumber::DeviceError, {}, QStringLiteral("de geluidskaart weigert"));
+    }
+    askForDevices();
+    waitUntil([this] { return !asking_; }, kShortPatience);
 }
 
 bool PulseServer::isReady() const {
@@ -156,6 +233,10 @@ bool PulseServer::waitUntil(const std::function<bool()> &done, std::chrono::mill
     }
     pa_threaded_mainloop_get_api(loop_)->time_free(alarm);
     return done();
+}
+
+void PulseServer::wait() {
+    pa_threaded_mainloop_wait(loop_);
 }
 
 void PulseServer::wakeWaiters() {
@@ -186,7 +267,8 @@ void PulseServer::disconnect() {
 
 void PulseServer::stateChanged() {
     if (isReady()) {
-        const auto what = PA_SUBSCRIPTION_MASK_SOURCE | PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SERVER;
+        const auto what = PA_SUBSCRIPTION_MASK_SOURCE | PA_SUBSCRIPTION_MASK_SINK | PA_SUBSCRIPTION_MASK_SERVER |
+                          PA_SUBSCRIPTION_MASK_CARD;
         letRun(pa_context_subscribe(context_, static_cast<pa_subscription_mask_t>(what), nullptr, nullptr));
         askForDevices();
     } else if (!PA_CONTEXT_IS_GOOD(pa_context_get_state(context_))) {
@@ -204,7 +286,10 @@ void PulseServer::askForDevices() {
     }
     asking_ = true;
     arriving_ = {};
+    cardNames_.clear();
+    offsets_.clear();
     letRun(pa_context_get_server_info(context_, PulseServerCallbacks::serverInfo, this));
+    letRun(pa_context_get_card_info_list(context_, PulseServerCallbacks::card, this));
     letRun(pa_context_get_source_info_list(context_, PulseServerCallbacks::source, this));
     letRun(pa_context_get_sink_info_list(context_, PulseServerCallbacks::sink, this));
 }
@@ -213,6 +298,16 @@ void PulseServer::devicesComplete() {
     std::sort(arriving_.sources.begin(), arriving_.sources.end(), [](const PulseSource &a, const PulseSource &b) {
         return std::tie(a.isMonitor, a.name) < std::tie(b.isMonitor, b.name);
     });
+    std::sort(arriving_.sinks.begin(), arriving_.sinks.end(),
+              [](const PulseSink &a, const PulseSink &b) { return a.name < b.name; });
+    for (PulseSource &source : arriving_.sources) {
+        const auto card = cardNames_.find(source.card);
+        source.cardName = card == cardNames_.end() ? QByteArray() : card->second;
+        for (PulsePort &port : source.ports) {
+            const auto offset = offsets_.find({source.card, port.name});
+            port.latencyOffset = offset == offsets_.end() ? std::nullopt : std::optional(offset->second);
+        }
+    }
     devices_ = std::move(arriving_);
     known_ = true;
     asking_ = false;

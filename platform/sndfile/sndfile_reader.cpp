@@ -1,6 +1,7 @@
 #include "platform/sndfile/sndfile_reader.h"
 
 #include "platform/runtime_error.h"
+#include "platform/sndfile/mpeg_stream.h"
 
 #include <QFile>
 #include <QFileInfo>
@@ -69,7 +70,10 @@ class SndfileReader::Impl {
         }
         SF_VIRTUAL_IO io{fileLength, fileSeek, fileRead, fileWrite, fileTell};
         sound_ = sf_open_virtual(&io, SFM_READ, &info_, &file_);
-        return sound_ != nullptr && info_.seekable != 0 ? 0 : -2;
+        if (sound_ == nullptr || info_.seekable == 0) {
+            return -2;
+        }
+        return (info_.format & SF_FORMAT_TYPEMASK) != SF_FORMAT_MPEG || openMpeg() ? 0 : -2;
     }
 
     QByteArray readBlock() {
@@ -78,28 +82,52 @@ class SndfileReader::Impl {
         const sf_count_t count = (info_.format & SF_FORMAT_SUBMASK) == SF_FORMAT_PCM_16
                                      ? sf_readf_short(sound_, samples, kBlockFrames)
                                      : readRounded(samples);
-        if (count == 0 && (sf_error(sound_) != SF_ERR_NO_ERROR || file_.error() != QFileDevice::NoError)) {
+        if (count < 0 || (count == 0 && hasFailed())) {
             throw RuntimeError(ErrorNumber::DeviceError, file_.fileName());
         }
         block.truncate(count * bytesPerFrame());
         return block;
     }
 
+    void seek(std::int64_t frame) {
+        if (mpeg_ ? !mpeg_->seek(frame) : sf_seek(sound_, frame, SEEK_SET) < 0) {
+            throw RuntimeError(ErrorNumber::DeviceError, file_.fileName());
+        }
+    }
+
     [[nodiscard]] int bytesPerFrame() const { return info_.channels * static_cast<int>(sizeof(std::int16_t)); }
     [[nodiscard]] const SF_INFO &info() const { return info_; }
 
   private:
+    /// libsndfile says that it is MP3; from here on it is not asked any more.
+    bool openMpeg() {
+        sf_close(sound_);
+        sound_ = nullptr;
+        mpeg_ = std::make_unique<MpegStream>();
+        const bool isOpen = mpeg_->open(file_);
+        info_.samplerate = mpeg_->sampleRate();
+        info_.channels = mpeg_->channels();
+        info_.frames = mpeg_->frames();
+        return isOpen;
+    }
+
+    [[nodiscard]] bool hasFailed() const {
+        return (!mpeg_ && sf_error(sound_) != SF_ERR_NO_ERROR) || file_.error() != QFileDevice::NoError;
+    }
+
     /// libsndfile's own way to 16 bits takes floating-point samples as they are (-1..1 becomes 0) and cuts 24 bits off.
     sf_count_t readRounded(std::int16_t *to) {
         wide_.resize(static_cast<std::size_t>(kBlockFrames * info_.channels));
-        const sf_count_t count = sf_readf_float(sound_, wide_.data(), kBlockFrames);
-        std::transform(wide_.begin(), wide_.begin() + count * info_.channels, to, toInt16);
+        const sf_count_t count =
+            mpeg_ ? mpeg_->read(wide_.data(), kBlockFrames) : sf_readf_float(sound_, wide_.data(), kBlockFrames);
+        std::transform(wide_.begin(), wide_.begin() + std::max<sf_count_t>(count, 0) * info_.channels, to, toInt16);
         return count;
     }
 
     QFile file_;
     SNDFILE *sound_ = nullptr;
     SF_INFO info_{};
+    std::unique_ptr<MpegStream> mpeg_; ///< of an MP3 file, in place of sound_
     std::vector<float> wide_;
 };
 
@@ -131,6 +159,11 @@ int SndfileReader::bytesPerFrame() const {
 }
 QByteArray SndfileReader::readBlock() {
     return impl_ ? impl_->readBlock() : QByteArray();
+}
+void SndfileReader::seek(std::int64_t frame) {
+    if (impl_) {
+        impl_->seek(frame);
+    }
 }
 void SndfileReader::close() {
     impl_.reset();

@@ -23,6 +23,8 @@ class SndfileReader : public AudioFileReader {
     [[nodiscard]] std::int64_t frames() const override;
     [[nodiscard]] int bytesPerFrame() const override;
     [[nodiscard]] QByteArray readBlock() override;
+    /// The next block begins with this sample frame. Throws DeviceError when the file has no such place.
+    void seek(std::int64_t frame);
     void close() override;
 
   private:
