@@ -7,29 +7,39 @@
 namespace orvel {
 namespace {
 
-/// Two cards of one make have one name; a presenter must be able to tell them apart.
-void tellApart(std::vector<Card> &cards) {
+void tellCardsApart(std::vector<Card> &cards) {
+    QStringList names;
+    for (const Card &card : cards) {
+        names << card.name;
+    }
+    tellApart(names);
     for (std::size_t i = 0; i < cards.size(); ++i) {
-        int twins = 1;
-        for (std::size_t j = i + 1; j < cards.size(); ++j) {
-            if (cards[j].name == cards[i].name) {
-                cards[j].name += QStringLiteral(" (%1)").arg(++twins);
-            }
-        }
+        cards[i].name = names.at(static_cast<qsizetype>(i));
     }
 }
 
 } // namespace
 
+void tellApart(QStringList &names) {
+    for (qsizetype i = 0; i < names.size(); ++i) {
+        int twins = 1;
+        for (qsizetype j = i + 1; j < names.size(); ++j) {
+            if (names.at(j) == names.at(i)) {
+                names[j] += QStringLiteral(" (%1)").arg(++twins);
+            }
+        }
+    }
+}
+
 CardList::CardList(std::function<std::vector<Card>()> look, LineMixer &mixer)
     : look_(std::move(look)), mixer_(mixer), cards_(look_()) {
-    tellApart(cards_);
+    tellCardsApart(cards_);
     setCurrentDevice(cards_.empty() ? 0 : 1);
 }
 
 bool CardList::refresh() {
     std::vector<Card> found = look_();
-    tellApart(found);
+    tellCardsApart(found);
     if (found == cards_) {
         return false;
     }

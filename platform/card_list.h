@@ -20,6 +20,9 @@ struct Card {
     bool operator==(const Card &) const = default;
 };
 
+/// Two cards of one make have one name; a presenter must be able to tell them apart: " (2)" comes behind the second.
+void tellApart(QStringList &names);
+
 /// What an input line can do, and how it stands.
 struct LineState {
     bool hasVolume = false;

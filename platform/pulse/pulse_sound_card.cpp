@@ -1,10 +1,11 @@
 #include "platform/pulse/pulse_sound_card.h"
 
 #include "platform/card_list.h"
+#include "platform/pulse/pulse_mixer.h"
 #include "platform/pulse/pulse_player.h"
 #include "platform/pulse/pulse_recorder.h"
 #include "platform/pulse/pulse_server.h"
-#include "platform/runtime_error.h"
+#include "platform/pulse/pulse_wave_player.h"
 
 namespace orvel {
 namespace {
@@ -15,26 +16,17 @@ std::vector<Card> cardsOf(const PulseServer &server) {
         Card card;
         card.key = QString::fromUtf8(source.name);
         card.name = source.description;
-        card.lines = source.ports.isEmpty() ? QStringList{source.description} : source.ports;
+        for (const PulsePort &port : source.ports) {
+            card.lines << port.description;
+        }
+        if (card.lines.isEmpty()) {
+            card.lines << source.description;
+        }
         card.activeLine = source.activePort + 1;
         cards.push_back(card);
     }
     return cards;
 }
-
-} // namespace
-
-namespace {
-
-class NoMixer : public LineMixer {
-  public:
-    [[nodiscard]] LineState state(const QString &, int) const override { return {}; }
-    void setVolume(const QString &, int, int) override {}
-    void setBalance(const QString &, int, int) override {}
-    void select(const QString &, int, bool) override {}
-    [[nodiscard]] std::vector<LineProperty> properties(const QString &, int) const override { return {}; }
-    void setProperty(const QString &, int, const QString &, const QVariant &) override {}
-};
 
 } // namespace
 
@@ -51,7 +43,7 @@ class PulseSoundCard::Impl {
 
     // Each uses those before it.
     PulseServer server;
-    NoMixer mixer;
+    PulseMixer mixer{server};
     CardList cards;
     PulseRecorder recorder;
     PulsePlayer player;
@@ -70,10 +62,15 @@ AudioPlayer &PulseSoundCard::audioPlayer() {
     return impl_->player;
 }
 std::unique_ptr<WavePlayer> PulseSoundCard::makePlayer() {
-    throw RuntimeError(ErrorNumber::InternalError);
+    return std::make_unique<PulseWavePlayer>(impl_->server);
 }
 QStringList PulseSoundCard::outputNames() const {
-    return {};
+    QStringList names;
+    for (const PulseSink &sink : impl_->server.devices().sinks) {
+        names << sink.description;
+    }
+    tellApart(names);
+    return names;
 }
 
 } // namespace orvel
