@@ -14,8 +14,13 @@
 #include "shell/recovery.h"
 #include "shell/shell_copy.h"
 
+#include <QApplication>
 #include <QDir>
+#include <QProgressDialog>
+#include <QPushButton>
 #include <QTemporaryDir>
+#include <QThread>
+#include <QTimer>
 
 #include <gtest/gtest.h>
 
@@ -24,6 +29,23 @@ namespace orvel {
 namespace {
 
 const QString title = QStringLiteral("Copieert....");
+
+/// Copies like a slow server: every copy takes a second.
+class SlowFileSystem : public FaultyFileSystem {
+  public:
+    using FaultyFileSystem::FaultyFileSystem;
+
+    bool copy(const QString &source, const QString &target, const Progress &progress) override {
+        constexpr int steps = 50;
+        for (int step = 0; progress && step < steps; ++step) {
+            QThread::msleep(20);
+            if (!progress(step, steps)) {
+                return false;
+            }
+        }
+        return FaultyFileSystem::copy(source, target, {});
+    }
+};
 
 class Shell : public testing::Test {
   protected:
@@ -76,6 +98,58 @@ TEST_F(Shell, AWildcardCopiesEveryMatchInOneOperation) {
     disk.makeFolder(path(QStringLiteral("new")));
     EXPECT_EQ(copy(QStringLiteral("*.mdb"), QStringLiteral("new")).copied, 3);
     EXPECT_EQ(disk.list(path(QStringLiteral("new")), QStringLiteral("*")).size(), 3);
+}
+
+TEST_F(Shell, ASlowCopyShowsOneWindowUnderItsTitleThatStopsIt) {
+    disk.makeFolder(path(QStringLiteral("van")));
+    for (int file = 1; file <= 3; ++file) {
+        put(QStringLiteral("van/%1.mdb").arg(file), "inhoud");
+    }
+    disk.makeFolder(path(QStringLiteral("naar")));
+    SlowFileSystem slow(disk);
+    Platform slowPlatform{sound, audioFiles, databases, slow, prompts, timers, joystick, report};
+    int windows = 0;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] {
+        QList<QProgressDialog *> open;
+        for (QWidget *widget : QApplication::topLevelWidgets()) {
+            if (auto *dialog = qobject_cast<QProgressDialog *>(widget); dialog && dialog->isVisible()) {
+                open << dialog;
+            }
+        }
+        windows = std::max(windows, static_cast<int>(open.size()));
+        // The second file shows that the window is still the same one.
+        if (!open.isEmpty() && open.first()->labelText() == QStringLiteral("2.mdb")) {
+            EXPECT_EQ(open.first()->windowTitle(), title);
+            auto *stop = open.first()->findChild<QPushButton *>();
+            ASSERT_NE(stop, nullptr);
+            EXPECT_EQ(stop->text(), QStringLiteral("Afbreken"));
+            stop->click();
+        }
+    });
+    watch.start(10);
+    const ShellCopyResult result = ShellCopyFile(slowPlatform, nullptr, path(QStringLiteral("van/*.mdb")),
+                                                 path(QStringLiteral("naar")), false, title);
+    EXPECT_EQ(windows, 1);
+    EXPECT_EQ(result.copied, 1);
+    EXPECT_EQ(result.skipped, 2);
+    EXPECT_EQ(QDir(path(QStringLiteral("naar"))).entryList(QDir::Files), QStringList{QStringLiteral("1.mdb")});
+}
+
+TEST_F(Shell, ASilentSlowCopyShowsNoWindow) {
+    disk.makeFolder(path(QStringLiteral("van")));
+    put(QStringLiteral("van/1.mdb"), "inhoud");
+    disk.makeFolder(path(QStringLiteral("naar")));
+    SlowFileSystem slow(disk);
+    Platform slowPlatform{sound, audioFiles, databases, slow, prompts, timers, joystick, report};
+    bool shown = false;
+    QTimer watch;
+    QObject::connect(&watch, &QTimer::timeout, [&] { shown = shown || QApplication::activeModalWidget() != nullptr; });
+    watch.start(10);
+    const ShellCopyResult result = ShellCopyFile(slowPlatform, nullptr, path(QStringLiteral("van/1.mdb")),
+                                                 path(QStringLiteral("naar")), true, title);
+    EXPECT_EQ(result.copied, 1);
+    EXPECT_FALSE(shown);
 }
 
 TEST_F(Shell, AMissingFolderIsAskedFor) {
