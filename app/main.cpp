@@ -2,13 +2,13 @@
 #include "app/frm_splash.h"
 #include "app/orvel_application.h"
 #include "platform/jet/jet_engine.h"
-#include "platform/joystick.h"
 #include "platform/lame/system_audio_files.h"
 #include "platform/pulse/pulse_sound_card.h"
 #include "platform/qt/disk_file_system.h"
 #include "platform/qt/qt_prompts.h"
 #include "platform/qt/qt_timers.h"
 #include "platform/report.h"
+#include "platform/sdl/sdl_joystick.h"
 #include "shell/paths.h"
 #include "widgets/theme.h"
 
@@ -33,10 +33,6 @@ void speakDutch(QApplication &application) {
     }
 }
 
-class NoJoystick : public Joystick {
-    std::vector<int> pressed() override { return {}; }
-};
-
 class NoReportViewer : public ReportViewer {
     void preview(QWidget *, const QString &, const QString &) override {}
 };
@@ -48,7 +44,7 @@ int Main(OrvelApplication &application) {
     JetEngine databases;
     SystemAudioFiles audioFiles;
     PulseSoundCard sound;
-    NoJoystick joystick;
+    SdlJoystick joystick;
     NoReportViewer report;
     Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
     application.setPrompts(prompts);

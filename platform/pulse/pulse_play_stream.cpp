@@ -184,13 +184,11 @@ bool PulsePlayStream::drain() {
     const auto unheard = std::chrono::milliseconds((written_ - heardUntilNow()) * 1000 / rate_);
     server_.waitUntil([this] { return !isUsable(); },
                       std::clamp<std::chrono::milliseconds>(unheard, 0ms, kMostUnheard));
-    return isUsable();
-}
-
-void PulsePlayStream::abort() {
-    const PulseServer::Lock lock(server_);
-    aborted_ = true;
-    server_.wakeWaiters();
+    if (!isUsable()) {
+        return false;
+    }
+    heard_ = written_;
+    return true;
 }
 
 bool PulsePlayStream::isAborted() const {

@@ -54,7 +54,7 @@ void PulseWavePlayer::start() {
         return;
     }
     endRun();
-    if (from_ >= reader_->frames()) {
+    if (isAtEnd_ || from_ >= reader_->frames()) {
         from_ = 0;
     }
     begin();
@@ -63,6 +63,7 @@ void PulseWavePlayer::start() {
 /// Opens a stream and plays into it from from_ on.
 void PulseWavePlayer::begin() {
     mode_ = Mode::Stopped; // should there be no output
+    isAtEnd_ = false;
     stream_ = std::make_unique<PulsePlayStream>(server_, outputName(), format(), gain_);
     mode_ = Mode::Playing;
     state_.store(Run::Playing, std::memory_order_relaxed);
@@ -77,6 +78,7 @@ void PulseWavePlayer::endRun() {
     stream_->abort();
     thread_.join();
     from_ = heard();
+    isAtEnd_ = state_.load(std::memory_order_relaxed) == Run::Heard;
     stream_.reset();
 }
 
@@ -145,6 +147,7 @@ void PulseWavePlayer::stop() {
     ++run_;
     endRun();
     mode_ = Mode::Stopped;
+    isAtEnd_ = false;
     from_ = 0;
 }
 
@@ -169,6 +172,7 @@ void PulseWavePlayer::setPosition(std::int32_t milliseconds) {
     endRun();
     const std::int64_t frame = std::max<std::int64_t>(milliseconds, 0) * reader_->sampleRate() / 1000;
     from_ = std::min(frame, reader_->frames());
+    isAtEnd_ = false;
     mode_ = before == kPaused ? Mode::Paused : Mode::Stopped;
     if (before == playing) {
         begin();
@@ -187,8 +191,7 @@ std::int64_t PulseWavePlayer::heard() const {
     if (!stream_) {
         return from_;
     }
-    const bool isAtEnd = state_.load(std::memory_order_acquire) == Run::Heard;
-    return isAtEnd ? reader_->frames() : std::min(from_ + stream_->heard(), reader_->frames());
+    return std::min(from_ + stream_->heard(), reader_->frames());
 }
 
 std::int32_t PulseWavePlayer::inMilliseconds(std::int64_t frames) const {

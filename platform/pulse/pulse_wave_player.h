@@ -65,6 +65,7 @@ class PulseWavePlayer : public WavePlayer {
     bool hasBeenRead_ = false;              ///< so that it may not stand at its start any more
     Mode mode_ = Mode::Stopped;
     std::int64_t from_ = 0; ///< frame where the stream began, or where the next one will
+    bool isAtEnd_ = false;  ///< the file was heard to its end, which may come before its promised length
     std::uint64_t run_ = 0; ///< number of the stream: news of an earlier one is no news
     std::unique_ptr<PulsePlayStream> stream_;
     std::thread thread_;
