@@ -191,6 +191,12 @@ bool PulsePlayStream::drain() {
     return true;
 }
 
+void PulsePlayStream::abort() {
+    const PulseServer::Lock lock(server_);
+    aborted_ = true;
+    server_.wakeWaiters();
+}
+
 bool PulsePlayStream::isAborted() const {
     const PulseServer::Lock lock(server_);
     return aborted_;
