@@ -93,6 +93,7 @@ void frmMain::layOut() {
 
     auto *middle = new QWidget(this);
     auto *layout = new QVBoxLayout(middle);
+    layout->setContentsMargins(fontMetrics().height() / 2, fontMetrics().height() / 2, fontMetrics().height() / 2, 0);
     layout->addWidget(lists, 1);
     layout->addWidget(recordingStrip());
     layout->addWidget(tabRec);
@@ -101,6 +102,7 @@ void frmMain::layOut() {
     lblStatus = new QLabel(this);
     lblStatus->setObjectName(QStringLiteral("lblStatus"));
     lblStatus->setAccessibleDescription(tr("Statusregel"));
+    statusBar()->setSizeGripEnabled(false);
     statusBar()->addWidget(lblStatus, 1);
     statusBar()->addPermanentWidget(savePanel->barProgress);
     // Fits a screen of 1280 x 800 with its title bar.

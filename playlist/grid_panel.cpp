@@ -21,6 +21,8 @@ void setUp(QTableView &grid) {
     grid.setEditTriggers(QAbstractItemView::SelectedClicked | QAbstractItemView::EditKeyPressed |
                          QAbstractItemView::DoubleClicked);
     grid.verticalHeader()->hide();
+    // Tight rows: a presenter wants to see the whole half hour.
+    grid.verticalHeader()->setDefaultSectionSize(grid.fontMetrics().height() * 8 / 5);
     grid.setShowGrid(false);
     grid.setTabKeyNavigation(false);
     grid.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);

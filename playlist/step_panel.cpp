@@ -19,10 +19,10 @@ QLabel *label(QWidget *parent, const char *name, const QString &description, con
 } // namespace
 
 StepPanel::StepPanel(QWidget *parent)
-    : QWidget(parent), lblBestand(label(this, "lblBestand", tr("Bestand van de stap"), "headline")),
-      lblOuttro(label(this, "lblOuttro", tr("Outtro van het vorige item"), "time")),
-      lblIntro(label(this, "lblIntro", tr("Intro van het volgende item"), "time")),
-      lblInOut(label(this, "lblInOut", tr("Totale praattijd"), "time")), barRec(new Gauge(this)) {
+    : QWidget(parent), lblBestand(label(this, "lblBestand", tr("Bestand van de stap"), "title")),
+      lblOuttro(label(this, "lblOuttro", tr("Outtro van het vorige item"), "value")),
+      lblIntro(label(this, "lblIntro", tr("Intro van het volgende item"), "value")),
+      lblInOut(label(this, "lblInOut", tr("Totale praattijd"), "value")), barRec(new Gauge(this)) {
     barRec->setObjectName(QStringLiteral("barRec"));
     barRec->setAccessibleName(tr("Praattijd"));
     barRec->setMinimumHeight(fontMetrics().height() * 2);

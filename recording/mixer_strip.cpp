@@ -38,15 +38,18 @@ MixerStrip::MixerStrip(int index, QWidget *parent)
     chSelect->setText(tr("Rec"));
     cmdAdvanced->setIcon(QIcon(QStringLiteral(":/icons/settings.svg")));
 
+    // Few pixels: the playlist needs the window's height more.
+    slVolume->setMinimumHeight(fontMetrics().height() * 4);
+    slBalance->setMinimumWidth(fontMetrics().averageCharWidth() * 6);
     auto *layout = new QGridLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(fontMetrics().height() / 4);
     layout->addWidget(Label, 0, 0, 1, 2);
-    layout->addWidget(slVolume, 1, 0, 2, 1, Qt::AlignHCenter);
+    layout->addWidget(slVolume, 1, 0, 3, 1, Qt::AlignHCenter);
     layout->addWidget(chSelect, 1, 1, Qt::AlignLeft | Qt::AlignVCenter);
-    layout->addWidget(cmdAdvanced, 2, 1, Qt::AlignLeft | Qt::AlignVCenter);
-    layout->addWidget(slBalance, 3, 0, 1, 2);
-    layout->setRowStretch(1, 1);
+    layout->addWidget(slBalance, 2, 1);
+    layout->addWidget(cmdAdvanced, 3, 1, Qt::AlignLeft | Qt::AlignVCenter);
+    layout->setColumnStretch(1, 1);
 }
 
 void MixerStrip::setName(const QString &name) {

@@ -72,6 +72,7 @@ void RecorderPanel::layOut() {
     const int line = fontMetrics().height();
     cmdRec->ensurePolished();
     cmdRec->setMinimumSize(cmdRec->sizeHint().width() + line * 2, line * 4);
+    cmdRec->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Expanding);
     ledCount->setMinimumHeight(line * 3);
     ledTijd->setMinimumHeight(line * 3);
     auto *countCaption = new QLabel(tr("Aftelling"), this);
@@ -82,14 +83,15 @@ void RecorderPanel::layOut() {
     auto *grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
     grid->setHorizontalSpacing(line);
-    grid->addWidget(cmdRec, 0, 0, 2, 1);
-    grid->addWidget(countCaption, 0, 1);
-    grid->addWidget(ledCount, 1, 1);
-    grid->addWidget(timeCaption, 0, 2);
-    grid->addWidget(ledTijd, 1, 2);
-    grid->addWidget(lblOpname, 0, 3);
-    grid->addWidget(lblProcess, 1, 3, Qt::AlignCenter);
-    grid->setRowStretch(1, 1);
+    grid->addWidget(cmdRec, 0, 0, 4, 1);
+    grid->addWidget(countCaption, 1, 1);
+    grid->addWidget(ledCount, 2, 1);
+    grid->addWidget(timeCaption, 1, 2);
+    grid->addWidget(ledTijd, 2, 2);
+    grid->addWidget(lblOpname, 1, 3);
+    grid->addWidget(lblProcess, 2, 3, Qt::AlignCenter);
+    grid->setRowStretch(0, 1);
+    grid->setRowStretch(3, 1);
 }
 
 QString RecorderPanel::takePath() const {

@@ -19,7 +19,7 @@ constexpr double large = 1.45; // a title beside normal text
 constexpr auto sheet = R"(
 QPushButton, QToolButton {
     background: @raised; color: @text; border: 1px solid @border; border-radius: 4px; margin: 1px;
-    padding: 0.35em 0.9em;
+    padding: 0.35em 0.9em; outline: none;
 }
 QToolButton { padding: 0.3em 0.45em; }
 QDialogButtonBox QPushButton { min-width: 4.5em; }

@@ -87,11 +87,32 @@ class Desk:
         self._spawn(*command)
         wait_for("the sound server", lambda: "Server Name" in self.run("pactl", "info", check=False))
 
-    def say(self, text):
-        """Speaks into the microphone's room; returns at once."""
+    def add_card(self, name, description):
+        """Plugs in another microphone, with a room of its own to speak into."""
+        self.run("pactl", "load-module", "module-null-sink", f"sink_name={name}",
+                 f"sink_properties=device.description={description}kamer")
+        self.run("pactl", "load-module", "module-remap-source", f"source_name={name}-mic", f"master={name}.monitor",
+                 f"source_properties=device.description={description}")
+
+    def remove_card(self, name):
+        for line in self.run("pactl", "list", "short", "modules").splitlines():
+            if f"sink_name={name}" in line.split():
+                self.run("pactl", "unload-module", line.split()[0])  # the microphone goes with its room
+
+    def add_output(self, name):
+        """Loudspeakers, which become the default output."""
+        self.run("pactl", "load-module", "module-null-sink", f"sink_name={name}")
+        self.run("pactl", "set-default-sink", name)
+
+    def listen(self, output):
+        """Records what an output plays until stop(); then `file` has it."""
+        return Listener(self, output)
+
+    def say(self, text, card="room"):
+        """Speaks into a microphone's room; returns at once."""
         words = os.path.join(self.folder, f"words-{time.monotonic_ns()}.wav")
         subprocess.run(["espeak-ng", "-v", "nl", "-w", words, text], check=True, env=self.env)
-        self._spawn("paplay", "--device=room", words)
+        self._spawn("paplay", f"--device={card}", words)
         with wave.open(words) as spoken:
             return spoken.getnframes() / spoken.getframerate()
 
@@ -167,6 +188,11 @@ class Desk:
     def key(self, name):
         self.run("xdotool", "key", name)
 
+    def choose(self, box, text):
+        """Chooses an entry of the drop-down list that shows `box`."""
+        self.click(self.find(box, "combo box"))
+        self.click(self.find(text, "list item"))
+
     def open_playlist(self, name):
         self.click(self.find(name, "list item"))
 
@@ -188,6 +214,20 @@ class Desk:
             except subprocess.TimeoutExpired:
                 process.kill()
         shutil.rmtree(self.folder, ignore_errors=True)
+
+
+class Listener:
+    """What an output plays, as a WAV file."""
+
+    def __init__(self, desk, output):
+        self.file = os.path.join(desk.folder, f"heard-{time.monotonic_ns()}.wav")
+        self._process = subprocess.Popen(["parec", f"--device={output}.monitor", "--file-format=wav", self.file],
+                                         env=desk.env, stdin=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+        wait_for("the listener", lambda: os.path.exists(self.file))
+
+    def stop(self):
+        self._process.send_signal(signal.SIGINT)
+        self._process.wait(10)
 
 
 def copy_station(sample, target):

@@ -1,0 +1,2 @@
+"""The windows behind the toolbar and the buttons."""
+ROADS = ()
