@@ -103,6 +103,7 @@ bool PulsePlayStream::isUsable() const {
 bool PulsePlayStream::write(std::span<const std::int16_t> samples) {
     const PulseServer::Lock lock(server_);
     while (isUsable() && !samples.empty()) {
+        heardUntilNow(); // for the time when the stream breaks and nobody can be asked any more
         const std::int64_t frames = framesToSend(samples.size());
         if (frames == 0) {
             server_.wait();
@@ -174,6 +175,7 @@ bool PulsePlayStream::drain() {
     pa_operation *operation =
         isUsable() && written_ > 0 ? pa_stream_drain(stream_, PulsePlayStreamCallbacks::drained, this) : nullptr;
     while (operation != nullptr && isUsable() && !drained_) {
+        heardUntilNow();
         server_.wait();
     }
     if (operation != nullptr) {

@@ -58,7 +58,7 @@ class PulsePlayStream {
     void connect(const QByteArray &output, const PlayFormat &format);
     void disconnect();
     [[nodiscard]] bool isUsable() const;
-    [[nodiscard]] std::int64_t heardUntilNow();
+    std::int64_t heardUntilNow();
     [[nodiscard]] std::int64_t framesToSend(std::size_t samples) const;
     [[nodiscard]] float gainAt(std::int64_t frame) const;
     void remember(std::span<const std::int16_t> samples);

@@ -2,6 +2,7 @@
 
 #include "platform/runtime_error.h"
 
+#include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
@@ -22,11 +23,11 @@ constexpr double kLoudnessPower = 1 / 0.6;
 
 [[noreturn]] void throwCannotOpen(const QString &path) {
     const QFileInfo file(path);
-    const bool isReadable = file.exists() && file.isReadable();
-    throw RuntimeError(!file.exists() ? ErrorNumber::FileNotFound
-                       : isReadable   ? ErrorNumber::DeviceError
-                                      : ErrorNumber::PermissionDenied,
-                       path);
+    if (!file.exists()) {
+        throw RuntimeError(ErrorNumber::FileNotFound, path);
+    }
+    const bool isForbidden = file.isFile() && !QFile(path).open(QIODevice::ReadOnly);
+    throw RuntimeError(isForbidden ? ErrorNumber::PermissionDenied : ErrorNumber::DeviceError, path);
 }
 
 } // namespace
@@ -85,11 +86,12 @@ void PulseWavePlayer::endRun() {
 void PulseWavePlayer::feed(std::uint64_t run, std::int64_t from) {
     const bool isWhole = decode(from);
     const bool isHeard = stream_->drain();
-    state_.store(isWhole && isHeard ? Run::Heard : Run::Broken, std::memory_order_release);
-    if (!stream_->isAborted()) {
-        QMetaObject::invokeMethod(
-            &window_, [this, run] { tellEnd(run); }, Qt::QueuedConnection);
+    if (stream_->isAborted()) {
+        return; // the window's thread knows
     }
+    state_.store(isWhole && isHeard ? Run::Heard : Run::Broken, std::memory_order_release);
+    QMetaObject::invokeMethod(
+        &window_, [this, run] { tellEnd(run); }, Qt::QueuedConnection);
 }
 
 /// False when the stream or the file broke off; what was read of the file before is still heard.

@@ -76,6 +76,10 @@ int PrivatePulse::loadNullSink(const QString &name) {
     return load("module-null-sink", {"sink_name=" + name, "sink_properties=device.description=" + name});
 }
 
+int PrivatePulse::loadPromptSink(const QString &name) {
+    return load("module-null-sink", {"norewinds=1", "sink_name=" + name, "sink_properties=device.description=" + name});
+}
+
 void PrivatePulse::loadMicrophone(const QString &name) {
     loadNullSink(name + "-speaker");
     load("module-remap-source", {"master=" + name + "-speaker.monitor", "source_name=" + name,

@@ -30,6 +30,8 @@ class PrivatePulse {
     void unload(int module);
     /// A null sink whose monitor's description is "Monitor of <name>"; returns the module's number.
     int loadNullSink(const QString &name);
+    /// The same without the null sink's habit of rendering two seconds ahead of a clock that it then sleeps by.
+    int loadPromptSink(const QString &name);
     /// A microphone: what is played to the null sink <name>-speaker is what the source <name> records.
     void loadMicrophone(const QString &name);
     /// What `pactl` prints.

@@ -1,15 +1,12 @@
-#include "platform/pulse/pulse_sound_card.h"
 #include "tests/platform/audio/full_disk.h"
 #include "tests/platform/audio/outside_tool.h"
-#include "tests/platform/audio/private_pulse.h"
-#include "tests/platform/audio/temp_folder.h"
+#include "tests/platform/audio/pulse_fixture.h"
 
 #include <QFile>
 
 #include <chrono>
 #include <fcntl.h>
 #include <gtest/gtest.h>
-#include <optional>
 #include <thread>
 #include <unistd.h>
 
@@ -17,24 +14,12 @@ namespace orvel {
 namespace {
 
 using namespace std::chrono_literals;
+using test::comesTrue;
 using test::counting;
 using test::errorOf;
 using test::PrivatePulse;
 using test::samplesOf;
 using test::soxStat;
-using test::TempFolder;
-
-/// Waits until something is true, ten seconds at most; tells whether it came true.
-template <typename Condition>
-bool comesTrue(Condition condition) {
-    for (int i = 0; i < 1000; ++i) {
-        if (condition()) {
-            return true;
-        }
-        std::this_thread::sleep_for(10ms);
-    }
-    return false;
-}
 
 QStringList namesOf(const AudioRecord &record) {
     QStringList names;
@@ -44,21 +29,9 @@ QStringList namesOf(const AudioRecord &record) {
     return names;
 }
 
-class PulseTest : public testing::Test {
+class PulseTest : public test::PulseFixture {
   protected:
-    /// A card for what the server has now.
-    SoundCard &connect() { return card.emplace(); }
-
     bool isMuted(const char *sink) { return pulse.pactl({"get-sink-mute", sink}).contains("yes"); }
-
-    QString tone(const char *name, const char *seconds, const char *hertz) {
-        QString path = folder.path(name);
-        EXPECT_EQ(test::runTool("sox", {"-n", "-r", "44100", "-c", "1", "-b", "16", path, "synth", seconds, "sine",
-                                        hertz, "gain", "-6"})
-                      .exitCode,
-                  0);
-        return path;
-    }
 
     void startTake(const char *name) {
         take = folder.path(name);
@@ -70,9 +43,6 @@ class PulseTest : public testing::Test {
         ASSERT_TRUE(comesTrue([&] { return card->recorder().status().frames >= frames; }));
     }
 
-    TempFolder folder;
-    PrivatePulse pulse;
-    std::optional<PulseSoundCard> card; // gone before the server
     QString take;
 };
 
