@@ -132,6 +132,9 @@ class Desk:
         try:
             if node.get_role_name() == "table" and not cells:
                 return
+            # Nothing that is hidden has anything to show inside: most of the tree is spared.
+            if depth > 1 and not node.get_state_set().contains(Atspi.StateType.SHOWING):
+                return
             for index in range(min(node.get_child_count(), 400)):
                 yield from Desk._walk(node.get_child_at_index(index), cells, depth + 1)
         except gi.repository.GLib.Error:
@@ -158,10 +161,6 @@ class Desk:
     def find(self, name, role=None, seconds=15.0):
         return wait_for(f"{role or 'control'} {name!r}", lambda: self.look(name, role), seconds)
 
-    def is_enabled(self, name):
-        node = self.look(name)
-        return bool(node) and node.get_state_set().contains(Atspi.StateType.ENABLED)
-
     def texts(self):
         """All texts on the screen."""
         found = []
@@ -178,9 +177,9 @@ class Desk:
                  str(area.y + area.height // 2), "click", "--repeat", "2" if double else "1", "1")
 
     def press(self, name, role="push button", seconds=15.0):
-        self.find(name, role, seconds)
-        wait_for(f"{name!r} to be enabled", lambda: self.is_enabled(name), seconds)
-        self.click(self.find(name, role))
+        node = self.find(name, role, seconds)
+        wait_for(f"{name!r} to be enabled", lambda: node.get_state_set().contains(Atspi.StateType.ENABLED), seconds)
+        self.click(node)
 
     def type(self, text):
         self.run("xdotool", "type", "--delay", "30", text)
