@@ -20,6 +20,11 @@ class FileSystem {
     /// without regard to case. A folder that does not exist gives an empty list.
     [[nodiscard]] virtual QStringList list(const QString &folder, const QString &pattern) const = 0;
 
+    /// Names of the folders in a folder that the user may see, sorted like list(). One that cannot be read is empty.
+    [[nodiscard]] virtual QStringList folders(const QString &folder) const = 0;
+    /// Where folders begin, as people know them: drive letters, or the root and every medium that is mounted.
+    [[nodiscard]] virtual QStringList drives() const = 0;
+
     [[nodiscard]] virtual QByteArray read(const QString &path) const = 0;
     /// Replaces the file's content as one step: written beside it, synced, renamed.
     virtual void write(const QString &path, const QByteArray &content) = 0;

@@ -23,6 +23,8 @@ class FaultyFileSystem : public FileSystem {
     [[nodiscard]] bool fileExists(const QString &path) const override { return real_.fileExists(path); }
     [[nodiscard]] bool folderExists(const QString &path) const override { return real_.folderExists(path); }
     [[nodiscard]] QStringList list(const QString &folder, const QString &pattern) const override;
+    [[nodiscard]] QStringList folders(const QString &folder) const override { return real_.folders(folder); }
+    [[nodiscard]] QStringList drives() const override { return real_.drives(); }
     [[nodiscard]] QByteArray read(const QString &path) const override;
     void write(const QString &path, const QByteArray &content) override;
     bool copy(const QString &source, const QString &target, const Progress &progress) override;

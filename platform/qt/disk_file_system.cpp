@@ -7,6 +7,7 @@
 #include <QDir>
 #include <QFile>
 #include <QFileInfo>
+#include <QStorageInfo>
 
 #include <algorithm>
 #include <utility>
@@ -53,6 +54,13 @@ void checkTarget(const QString &path) {
     }
 }
 
+void sortForPeople(QStringList &names) {
+    QCollator order;
+    order.setCaseSensitivity(Qt::CaseInsensitive);
+    order.setNumericMode(false);
+    std::stable_sort(names.begin(), names.end(), order);
+}
+
 bool sameFile(const QString &a, const QString &b) {
     return QFileInfo(b).exists() && QFileInfo(a).canonicalFilePath() == QFileInfo(b).canonicalFilePath();
 }
@@ -76,11 +84,34 @@ QStringList DiskFileSystem::list(const QString &folder, const QString &pattern) 
     wild.replace(u'[', QStringLiteral("[[]"));
     // QDir matches name filters without regard to case unless told otherwise.
     QStringList names = QDir(folder).entryList({wild}, QDir::Files, QDir::Name);
-    QCollator order;
-    order.setCaseSensitivity(Qt::CaseInsensitive);
-    order.setNumericMode(false);
-    std::stable_sort(names.begin(), names.end(), order);
+    sortForPeople(names);
     return names;
+}
+
+QStringList DiskFileSystem::folders(const QString &folder) const {
+    QStringList names = QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
+    sortForPeople(names);
+    return names;
+}
+
+QStringList DiskFileSystem::drives() const {
+    QStringList drives;
+    const QFileInfoList roots = QDir::drives();
+    for (const QFileInfo &root : roots) {
+        drives << root.absoluteFilePath();
+    }
+    // Where desktops and administrators mount sticks, discs and shares.
+    const QStringList mountPlaces = {QStringLiteral("/media/"), QStringLiteral("/run/media/"), QStringLiteral("/mnt/")};
+    const QList<QStorageInfo> volumes = QStorageInfo::mountedVolumes();
+    for (const QStorageInfo &volume : volumes) {
+        const QString path = volume.rootPath();
+        const bool isMedium = std::any_of(mountPlaces.begin(), mountPlaces.end(),
+                                          [&](const QString &place) { return path.startsWith(place); });
+        if (isMedium && volume.isReady() && !drives.contains(path)) {
+            drives << path;
+        }
+    }
+    return drives;
 }
 
 QByteArray DiskFileSystem::read(const QString &path) const {

@@ -10,6 +10,8 @@ class DiskFileSystem : public FileSystem {
     [[nodiscard]] bool fileExists(const QString &path) const override;
     [[nodiscard]] bool folderExists(const QString &path) const override;
     [[nodiscard]] QStringList list(const QString &folder, const QString &pattern) const override;
+    [[nodiscard]] QStringList folders(const QString &folder) const override;
+    [[nodiscard]] QStringList drives() const override;
     [[nodiscard]] QByteArray read(const QString &path) const override;
     void write(const QString &path, const QByteArray &content) override;
     bool copy(const QString &source, const QString &target, const Progress &progress) override;

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QComboBox>
+#include <QLabel>
+#include <QListWidget>
+#include <QStringList>
+
+namespace orvel {
+
+class FileSystem;
+
+/// The drive, folder and file lists of a window that reads from or writes to a folder of the presenter's choice.
+class FolderBrowser : public QWidget {
+    Q_OBJECT
+
+  public:
+    enum class Files { Shown, Hidden };
+
+    /// patterns: of the files to show, for instance {"*.wav", "*.mp3"}, without regard to case. The user's home folder
+    /// is the first one shown.
+    FolderBrowser(FileSystem &files, QStringList patterns, Files shown, QWidget *parent = nullptr);
+
+    QComboBox *const Drive1;
+    QListWidget *const Dir1;
+    QListWidget *const File1;
+
+    [[nodiscard]] QString folder() const { return folder_; }
+    /// Shows a folder, also one that does not exist (it is empty then), and its drive.
+    void setFolder(const QString &folder);
+    /// Drive and folder can no longer be changed.
+    void force(const QString &folder);
+    /// Names in the list's order.
+    [[nodiscard]] QStringList files() const;
+    /// Name of the selected file; empty without one.
+    [[nodiscard]] QString selectedFile() const;
+    void selectFile(int row) { File1->setCurrentRow(row); }
+    /// Reads the folder again.
+    void refresh();
+
+    void Drive1_Change();
+    void Dir1_Change();
+    void File1_Click();
+
+  Q_SIGNALS:
+    void folderChanged(const QString &folder);
+    /// Empty when no file is selected any more.
+    void fileSelected(const QString &name);
+
+  private:
+    void fillDrives();
+    void fillFolders();
+    void fillFiles();
+    void showDrive();
+    void layOut(Files shown);
+
+    FileSystem &files_;
+    QStringList patterns_;
+    QLabel *path_;
+    QString folder_;
+};
+
+} // namespace orvel
