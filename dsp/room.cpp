@@ -1,0 +1,193 @@
+#include "dsp/room.h"
+
+#include <algorithm>
+#include <bit>
+#include <cmath>
+#include <numbers>
+
+namespace orvel {
+
+namespace {
+
+constexpr double shortestLine = 0.025; ///< seconds, in a room of 1 s
+constexpr double longestLine = 0.080;
+constexpr double widestSwing = 0.00014; ///< seconds
+constexpr double rumble = 100;          ///< Hz
+constexpr float diffusion = 0.6F;
+constexpr std::array<double, 3> diffuserLengths = {0.0047, 0.0073, 0.0113}; ///< seconds, in a room of 1 s
+constexpr float firstShare = 0.3F;                                          ///< of the energy that comes out at once
+constexpr float mix = 0.25F; ///< keeps the energy in the Hadamard matrix: 1 / sqrt(lines)
+
+bool isPrime(std::size_t number) {
+    for (std::size_t divisor = 2; divisor * divisor <= number; ++divisor) {
+        if (number % divisor == 0) {
+            return false;
+        }
+    }
+    return number > 1;
+}
+
+std::size_t primeFrom(std::size_t number) {
+    while (!isPrime(number)) {
+        ++number;
+    }
+    return number;
+}
+
+/// What a line's B-spline leaves of 1 kHz, where the reverberation time is promised.
+double lossAtOneKilohertz(double sampleRate) {
+    return (2.0 + std::cos(2 * std::numbers::pi * 1000 / sampleRate)) / 3.0;
+}
+
+/// The cubic B-spline's weights for a place `fraction` (0..1) behind the second of four samples.
+std::array<float, 4> spline(double fraction, double gain) {
+    const double t = fraction;
+    const double u = 1 - t;
+    const double sixth = gain / 6;
+    return {static_cast<float>(sixth * u * u * u), static_cast<float>(sixth * (4 - 3 * t * t * (2 - t))),
+            static_cast<float>(sixth * (4 - 3 * u * u * (2 - u))), static_cast<float>(sixth * t * t * t)};
+}
+
+/// The Hadamard matrix, which mixes everything with everything, times the lines' blocks. Its element (i, k) is 1 or -1,
+/// as the number of ones that i and k have in common is even or odd.
+template <std::size_t count>
+void hadamard(std::array<RoomBlock, count> &blocks) {
+    static_assert(count == 16, "two steps of four");
+    for (std::size_t step = 1; step < count; step *= 4) {
+        for (std::size_t i = 0; i < count; ++i) {
+            if ((i & (3 * step)) != 0) {
+                continue;
+            }
+            RoomBlock &a = blocks[i];
+            RoomBlock &b = blocks[i + step];
+            RoomBlock &c = blocks[i + 2 * step];
+            RoomBlock &d = blocks[i + 3 * step];
+            for (std::size_t n = 0; n < roomBlock; ++n) {
+                const float sum = a[n] + b[n];
+                const float difference = a[n] - b[n];
+                const float otherSum = c[n] + d[n];
+                const float otherDifference = c[n] - d[n];
+                a[n] = sum + otherSum;
+                b[n] = difference + otherDifference;
+                c[n] = sum - otherSum;
+                d[n] = difference - otherDifference;
+            }
+        }
+    }
+}
+
+} // namespace
+
+Room::Room(float seconds, float hertz, int sampleRate)
+    : sampleRate_(sampleRate), lowCut_(static_cast<float>(1 - std::exp(-2 * std::numbers::pi * rumble / sampleRate_))) {
+    const double size = seconds < 1 ? seconds : std::sqrt(seconds);
+    makeLines(size, seconds, hertz);
+    makeDiffusers(size);
+    balance();
+}
+
+void Room::makeLines(double scale, float seconds, float hertz) {
+    constexpr std::size_t least = roomBlock + 7;
+    const double shortest = shortestLine * scale * sampleRate_;
+    const double ratio = longestLine / shortestLine;
+    std::size_t previous = 0;
+    for (std::size_t i = 0; i < lineCount; ++i) {
+        const double place = static_cast<double>(i) / (lineCount - 1);
+        const auto wanted = static_cast<std::size_t>(shortest * std::pow(ratio, place));
+        const std::size_t length = primeFrom(std::max({wanted, least, previous + 1}));
+        previous = length;
+        const auto samples = static_cast<double>(length);
+        const double swing = std::min(widestSwing * sampleRate_, 0.02 * samples);
+        const double gain = std::pow(10.0, -3.0 * samples / (seconds * sampleRate_)) / lossAtOneKilohertz(sampleRate_);
+        // Speeds within a third of each other, none a multiple of another; phases spread by the golden angle.
+        const double speed = hertz * (0.8 + 0.025 * static_cast<double>(i * 7 % lineCount));
+        lines_.push_back({DelayLine(length + static_cast<std::size_t>(swing) + 4), samples, swing,
+                          std::polar(1.0, 2.39996 * static_cast<double>(i)),
+                          std::polar(1.0, 2 * std::numbers::pi * speed * roomBlock / sampleRate_),
+                          mix * static_cast<float>(gain)});
+    }
+}
+
+void Room::makeDiffusers(double scale) {
+    for (const double seconds : diffuserLengths) {
+        const auto wanted = static_cast<std::size_t>(seconds * scale * sampleRate_);
+        const std::size_t length = primeFrom(std::max(wanted, roomBlock + 1));
+        diffusers_.push_back({DelayLine(length), length});
+    }
+}
+
+/// Energies add up where sounds are unlike: each line gets a sixteenth of the input and of what all lines give, and
+/// gives its g^2 of that: s = sum g^2 (1 + s) / 16.
+void Room::balance() {
+    double squares = 0;
+    for (const Line &line : lines_) {
+        squares += static_cast<double>(line.gain) * static_cast<double>(line.gain); // the mix makes it a sixteenth
+    }
+    const double late = squares / (1 - squares);
+    firstGain_ = std::sqrt(firstShare);
+    lateGain_ = static_cast<float>(std::sqrt((1 - static_cast<double>(firstShare)) / late));
+}
+
+void Room::enter(RoomBlock &block) {
+    for (float &sample : block) {
+        low_ += lowCut_ * (sample - low_);
+        const float high = sample - low_;
+        sample = 0.25F * (high + lastButOne_) + 0.5F * last_;
+        lastButOne_ = last_;
+        last_ = high;
+    }
+}
+
+void Room::diffuse(Diffuser &diffuser, RoomBlock &block) {
+    const float *old = diffuser.memory.read(diffuser.length);
+    RoomBlock in{};
+    for (std::size_t n = 0; n < roomBlock; ++n) {
+        in[n] = block[n] + diffusion * old[n];
+        block[n] = old[n] - diffusion * in[n];
+    }
+    diffuser.memory.write(in);
+}
+
+void Room::read(Line &line, RoomBlock &to) {
+    const double delay = line.length + line.swing * line.phase.imag();
+    line.phase *= line.turn;
+    const auto whole = static_cast<std::size_t>(delay) + 1;
+    const auto [a, b, c, d] = spline(static_cast<double>(whole) - delay, line.gain);
+    const float *from = line.memory.read(whole + 1);
+    for (std::size_t n = 0; n < roomBlock; ++n) {
+        to[n] = a * from[n] + b * from[n + 1] + c * from[n + 2] + d * from[n + 3];
+    }
+}
+
+void Room::circulate(RoomBlock &block) {
+    // What joins one line before the matrix goes to all lines, with that column's signs; and one row of the matrix is
+    // the sum of all lines, with that row's signs: no further work for input and output.
+    constexpr std::size_t entry = 6;
+    constexpr std::size_t exit = 9;
+    static_assert(std::popcount(entry & exit) % 2 == 0, "what has just come in leaves with a plus sign");
+    for (std::size_t i = 0; i < lineCount; ++i) {
+        read(lines_[i], heard_[i]);
+    }
+    for (std::size_t n = 0; n < roomBlock; ++n) {
+        heard_[entry][n] += mix * block[n];
+    }
+    hadamard(heard_);
+    const float late = lateGain_ / mix;
+    const float first = firstGain_ - lateGain_;
+    for (std::size_t n = 0; n < roomBlock; ++n) {
+        block[n] = first * block[n] + late * heard_[exit][n];
+    }
+    for (std::size_t i = 0; i < lineCount; ++i) {
+        lines_[i].memory.write(heard_[i]);
+    }
+}
+
+void Room::process(RoomBlock &block) {
+    enter(block);
+    for (Diffuser &diffuser : diffusers_) {
+        diffuse(diffuser, block);
+    }
+    circulate(block);
+}
+
+} // namespace orvel
