@@ -104,6 +104,10 @@ std::vector<LineProperty> PulseMixer::properties(const QString &key, int line) c
         const auto delay = static_cast<int>(*port->latencyOffset / kMillisecond);
         properties.push_back({delayName(), delay, -kMostDelay, kMostDelay});
     }
+    if (isActive(*source, line)) {
+        const std::vector<LineProperty> own = gain_.properties(source->alsaCard);
+        properties.insert(properties.end(), own.begin(), own.end());
+    }
     return properties;
 }
 
@@ -115,6 +119,8 @@ void PulseMixer::setProperty(const QString &key, int line, const QString &name, 
     } else if (name == delayName() && port != nullptr) {
         const int delay = std::clamp(value.toInt(), -kMostDelay, kMostDelay);
         controls_.setLatencyOffset(source.cardName, port->name, std::int64_t{delay} * kMillisecond);
+    } else if (isActive(source, line)) {
+        gain_.set(source.alsaCard, name, value);
     }
 }
 

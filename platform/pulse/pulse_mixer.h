@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/card_list.h"
+#include "platform/pulse/alsa_gain.h"
 #include "platform/pulse/pulse_devices.h"
 
 #include <map>
@@ -23,6 +24,7 @@ class PulseMixer : public LineMixer {
 
   private:
     PulseControls &controls_;
+    mutable AlsaGain gain_; ///< opens cards when it is asked about them
     /// Of sources at volume 0: the server forgets a balance when there is nothing left to balance.
     std::map<QString, int> silentBalances_;
 };

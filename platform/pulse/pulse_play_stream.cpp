@@ -129,7 +129,7 @@ std::int64_t PulsePlayStream::framesToSend(std::size_t samples) const {
 }
 
 void PulsePlayStream::remember(std::span<const std::int16_t> samples) {
-    const std::size_t start = static_cast<std::size_t>(written_ % historyFrames_ * channels_);
+    const auto start = static_cast<std::size_t>(written_ % historyFrames_ * channels_);
     const std::size_t first = std::min(samples.size(), history_.size() - start);
     std::copy_n(samples.begin(), first, history_.begin() + static_cast<std::ptrdiff_t>(start));
     std::copy(samples.begin() + static_cast<std::ptrdiff_t>(first), samples.end(), history_.begin());

@@ -25,11 +25,7 @@ void listenToButtonsOnly() {
 
 class SdlJoystick::Impl {
   public:
-    Impl() {
-        setHints();
-        isThere_ = SDL_InitSubSystem(SDL_INIT_JOYSTICK) == 0;
-        listenToButtonsOnly();
-    }
+    Impl() : isThere_(begin()) {}
 
     ~Impl() {
         for (const auto &[number, joystick] : open_) {
@@ -61,6 +57,13 @@ class SdlJoystick::Impl {
     }
 
   private:
+    static bool begin() {
+        setHints();
+        const bool isThere = SDL_InitSubSystem(SDL_INIT_JOYSTICK) == 0;
+        listenToButtonsOnly();
+        return isThere;
+    }
+
     void open(int place) {
         if (SDL_Joystick *joystick = SDL_JoystickOpen(place)) {
             open_[SDL_JoystickInstanceID(joystick)] = joystick;
@@ -74,7 +77,7 @@ class SdlJoystick::Impl {
         }
     }
 
-    bool isThere_ = false;
+    bool isThere_; ///< the system has joysticks
     std::map<SDL_JoystickID, SDL_Joystick *> open_;
 };
 

@@ -260,6 +260,74 @@ TEST_F(PulseMixerOnServerTest, AServerThatHangsLetsTheSliderGoSoon) {
     pulse.freeze(false);
 }
 
+/// ALSA is told that its card 0 is the test's sound server under another name: a boost is the input's volume, the
+/// automatic gain its switch.
+class AlsaGainTest : public test::PulseFixture {
+  protected:
+    AlsaGainTest() {
+        test::writeContent(folder.path("alsa.conf"),
+                           "ctl.hw { @args [ CARD ] @args.CARD { type string } type remap\n"
+                           "child { type pulse } remap {\n"
+                           "\"name='Capture Volume'\" \"name='Mic Boost Capture Volume'\"\n"
+                           "\"name='Capture Switch'\" \"name='Auto Gain Control Capture Switch'\"\n"
+                           "} }\n");
+        setenv("ALSA_CONFIG_PATH", folder.path("alsa.conf").toLocal8Bit().constData(), 1);
+        pulse.loadPromptSink("A");
+    }
+    void TearDown() override { unsetenv("ALSA_CONFIG_PATH"); }
+};
+
+TEST_F(AlsaGainTest, OffersWhatTheCardHasItselfAndReadsBackWhatItAccepts) {
+    AlsaGain gain;
+    std::vector<LineProperty> all = gain.properties("0");
+    ASSERT_EQ(all.size(), 2U);
+    const bool boostFirst = all[0].name.contains("Boost");
+    const std::size_t boost = boostFirst ? 0 : 1;
+    const std::size_t automatic = 1 - boost;
+    EXPECT_EQ(all[boost].name, "Versterking (Mic Boost)");
+    EXPECT_EQ(all[boost].value, QVariant(65536));
+    EXPECT_EQ(all[boost].minimum, 0);
+    EXPECT_EQ(all[boost].maximum, 65536);
+    EXPECT_EQ(all[automatic].name, "Automatische sterkte (Auto Gain Control)");
+    EXPECT_EQ(all[automatic].value, QVariant(true));
+    gain.set("0", all[boost].name, 32768);
+    gain.set("0", all[automatic].name, false);
+    EXPECT_TRUE(pulse.pactl({"get-source-volume", "A.monitor"}).contains("50%"));
+    EXPECT_TRUE(pulse.pactl({"get-source-mute", "A.monitor"}).contains("yes"));
+    EXPECT_TRUE(comesTrue([&] {
+        all = gain.properties("0");
+        return all[boost].value == QVariant(32768) && all[automatic].value == QVariant(false);
+    }));
+    pulse.pactl({"set-source-volume", "A.monitor", "16384"});
+    EXPECT_TRUE(comesTrue([&] { return gain.properties("0")[boost].value == QVariant(16384); })) << "others' changes";
+    EXPECT_EQ(errorOf([&] { gain.set("0", "Iets anders", 5); }), 0);
+}
+
+TEST_F(AlsaGainTest, BelongsToTheLineThatRecords) {
+    test::FakePulseControls server;
+    PulseSource source;
+    source.name = "kaart";
+    source.alsaCard = "0";
+    source.ports = {{"mic", "Microfoon"}, {"line", "Lijn"}};
+    source.levels = {{kFull}, {PA_CHANNEL_POSITION_MONO}};
+    server.all.sources = {source};
+    PulseMixer mixer(server);
+    ASSERT_EQ(mixer.properties("kaart", 1).size(), 3U);
+    EXPECT_EQ(mixer.properties("kaart", 2).size(), 0U);
+    mixer.setProperty("kaart", 2, "Versterking (Mic Boost)", 0);
+    EXPECT_TRUE(pulse.pactl({"get-source-volume", "A.monitor"}).contains("100%"));
+    mixer.setProperty("kaart", 1, "Versterking (Mic Boost)", 0);
+    EXPECT_TRUE(pulse.pactl({"get-source-volume", "A.monitor"}).contains(" 0%"));
+}
+
+TEST_F(AlsaGainTest, ACardThatIsNotThereHasNothing) {
+    AlsaGain gain;
+    EXPECT_TRUE(gain.properties("").empty());
+    pulse.kill();
+    EXPECT_TRUE(gain.properties("0").empty());
+    EXPECT_EQ(errorOf([&] { gain.set("0", "Versterking (Mic Boost)", 5); }), 0);
+}
+
 TEST(CardListTest, AnotherActivePortIsAChange) {
     std::vector<Card> cards{{"k", "Kaart", {"Microfoon", "Lijn"}, 1, true}};
     FakeLineMixer mixer;
