@@ -44,7 +44,7 @@ frmMain::~frmMain() = default;
 void frmMain::makePanels() {
     stepPanel = new StepPanel(this);
     gridPanel = new GridPanel(datList, step, *stepPanel, this);
-    filePanel = new FilePanel(platform_.files, platform_.prompts, settings, step, *gridPanel, this);
+    filePanel = new FilePanel(platform_, settings, step, *gridPanel, this);
     completion_ =
         std::make_unique<Completion>(platform_.files, platform_.prompts, settings, datList, *gridPanel, *filePanel);
     const auto tellIt = [this](const QString &sentence) { tell(sentence); };

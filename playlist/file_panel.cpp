@@ -4,6 +4,7 @@
 #include "platform/prompts.h"
 #include "shell/ignore_errors.h"
 #include "shell/paths.h"
+#include "widgets/theme.h"
 
 #include <QVBoxLayout>
 
@@ -43,14 +44,15 @@ QWidget *page(QListWidget *list, QPushButton *deleteButton) {
 
 } // namespace
 
-FilePanel::FilePanel(FileSystem &files, Prompts &prompts, const Settings &settings, const CurrentStep &step,
-                     GridPanel &grid, QWidget *parent)
+FilePanel::FilePanel(Platform &platform, const Settings &settings, const CurrentStep &step, GridPanel &grid,
+                     QWidget *parent)
     : QGroupBox(QStringLiteral("Bestanden"), parent), tabFiles(new QTabWidget(this)),
       filNew(fileList(this, "filNew", tr("Te bewerken playlists"))),
       cmdWisNew(button(this, "cmdWisNew", tr("Wis te bewerken"), tr("Wis de gekozen playlist, of alle"))),
       filOK(fileList(this, "filOK", tr("Afgewerkte playlists"))),
       cdmWisKlaar(button(this, "cdmWisKlaar", tr("Wis afgewerkte"), tr("Wis de gekozen playlist, of alle"))),
-      files_(files), prompts_(prompts), settings_(settings), step_(step), grid_(grid) {
+      files_(platform.files), prompts_(platform.prompts), check_(platform.databases), settings_(settings), step_(step),
+      grid_(grid) {
     tabFiles->setObjectName(QStringLiteral("tabFiles"));
     tabFiles->setAccessibleName(tr("Playlistmappen"));
     tabFiles->addTab(page(filNew, cmdWisNew), QStringLiteral("Te bewerken"));
@@ -76,6 +78,18 @@ void FilePanel::refill(QListWidget &list, const QString &folder) {
 
 void FilePanel::refreshNew() {
     refill(*filNew, settings_.NewPath);
+    greyUnusable();
+}
+
+void FilePanel::greyUnusable() {
+    for (int row = 0; row < filNew->count(); ++row) {
+        QListWidgetItem &item = *filNew->item(row);
+        const QString problem = check_.problem(settings_.NewPath, item.text());
+        if (!problem.isEmpty()) {
+            item.setForeground(themeColour(ThemeRole::DisabledText));
+            item.setToolTip(problem);
+        }
+    }
 }
 
 void FilePanel::refreshOk() {

@@ -1,7 +1,9 @@
 #pragma once
 
+#include "platform/platform.h"
 #include "playlist/current_step.h"
 #include "playlist/grid_panel.h"
+#include "playlist/playlist_check.h"
 #include "settings/settings.h"
 
 #include <QGroupBox>
@@ -11,15 +13,12 @@
 
 namespace orvel {
 
-class FileSystem;
-class Prompts;
-
 /// The list of playlists to do and the list of finished ones, each with its delete button.
 class FilePanel : public QGroupBox {
     Q_OBJECT
 
   public:
-    FilePanel(FileSystem &files, Prompts &prompts, const Settings &settings, const CurrentStep &step, GridPanel &grid,
+    FilePanel(Platform &platform, const Settings &settings, const CurrentStep &step, GridPanel &grid,
               QWidget *parent = nullptr);
 
     QTabWidget *const tabFiles;
@@ -28,7 +27,8 @@ class FilePanel : public QGroupBox {
     QListWidget *const filOK;
     QPushButton *const cdmWisKlaar;
 
-    /// Show the folders' present playlists; a selected one that is still there stays selected.
+    /// Show the folders' present playlists; a selected one that is still there stays selected. A to-do file that cannot
+    /// be opened as a playlist is greyed, with the reason as its tooltip.
     void refreshNew();
     void refreshOk();
 
@@ -42,9 +42,11 @@ class FilePanel : public QGroupBox {
     bool wantsDeletion(const QListWidget &list, const QString &questionForAll);
     [[nodiscard]] QStringList chosenFiles(const QListWidget &list, const QString &folder) const;
     void refill(QListWidget &list, const QString &folder);
+    void greyUnusable();
 
     FileSystem &files_;
     Prompts &prompts_;
+    PlaylistCheck check_;
     const Settings &settings_;
     const CurrentStep &step_;
     GridPanel &grid_;

@@ -85,6 +85,7 @@ QLineEdit, QPlainTextEdit, QTextEdit {
     padding: 0.25em 0.35em; selection-background-color: @accent; selection-color: @accentText;
 }
 QLineEdit:focus, QPlainTextEdit:focus, QTextEdit:focus { border: 2px solid @accent; margin: 0px; }
+QLineEdit[problem="true"] { border: 2px solid @attention; margin: 0px; color: @attention; }
 QLineEdit:disabled, QPlainTextEdit:disabled, QTextEdit:disabled {
     background: @panel; color: @disabled; border-color: @line;
 }

@@ -1,0 +1,29 @@
+#include "playlist/playlist_check.h"
+
+#include "platform/runtime_error.h"
+#include "playlist/playlist.h"
+#include "shell/paths.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+
+namespace orvel {
+
+QString PlaylistCheck::problem(const QString &folder, const QString &name) {
+    const QString path = joined(folder, QStringLiteral("\\") + name);
+    const QFileInfo file(path);
+    Answer &known = answers_[path];
+    const qint64 time = file.lastModified().toMSecsSinceEpoch();
+    if (known.size == file.size() && known.time == time) {
+        return known.problem;
+    }
+    known = {file.size(), time, {}};
+    try {
+        Playlist(databases_, [](const QString &) {}).open(folder, name);
+    } catch (const RuntimeError &error) {
+        known.problem = error.description();
+    }
+    return known.problem;
+}
+
+} // namespace orvel

@@ -1,0 +1,24 @@
+#include "playlist/transfer.h"
+
+#include "playlist/folder_browser.h"
+
+namespace orvel {
+
+void chooseFolder(FolderBrowser &browser, const QString &settingsPath, const DriveMap &drives) {
+    constexpr qsizetype shortestPath = 3;
+    if (settingsPath.size() < shortestPath) {
+        browser.Drive1->setEnabled(true);
+        browser.Dir1->setEnabled(true);
+        browser.setFolder(browser.folder());
+        return;
+    }
+    browser.force(drives.resolve(settingsPath));
+}
+
+QString withoutRootSeparator(const QString &folder) {
+    constexpr qsizetype rootLength = 3;
+    const bool isDriveRoot = folder.size() == rootLength && folder.at(1) == u':';
+    return isDriveRoot ? folder.left(2) : folder;
+}
+
+} // namespace orvel

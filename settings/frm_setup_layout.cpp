@@ -1,0 +1,173 @@
+// How the setup dialog is put together.
+#include "settings/frm_setup.h"
+
+#include <QFormLayout>
+#include <QGroupBox>
+#include <QHBoxLayout>
+#include <QLabel>
+#include <QVBoxLayout>
+
+#include <utility>
+
+namespace orvel {
+
+namespace {
+
+template <class Control>
+Control *named(Control *control, const char *name, const QString &accessibleName) {
+    control->setObjectName(QString::fromLatin1(name));
+    control->setAccessibleName(accessibleName);
+    return control;
+}
+
+QCheckBox *check(QWidget *parent, const char *name, const QString &caption) {
+    return named(new QCheckBox(caption, parent), name, caption);
+}
+
+LedSpin *number(QWidget *parent, const char *name, const QString &label, std::pair<int, int> range, int step) {
+    auto *spin = named(new LedSpin(parent), name, label);
+    spin->setRange(range.first, range.second);
+    spin->setStep(step);
+    spin->setDigits(static_cast<int>(QString::number(range.second).size()));
+    return spin;
+}
+
+QPushButton *chooser(QWidget *parent, const char *name, const QString &toolTip) {
+    auto *button =
+        named(new QPushButton(QIcon(QStringLiteral(":/icons/folder.svg")), QString(), parent), name, toolTip);
+    button->setToolTip(toolTip);
+    button->setAutoDefault(false);
+    return button;
+}
+
+QHBoxLayout *beside(QWidget *wide, QWidget *narrow) {
+    auto *line = new QHBoxLayout;
+    line->addWidget(wide, 1);
+    line->addWidget(narrow);
+    return line;
+}
+
+} // namespace
+
+frmSetup::frmSetup(Platform &platform, Settings &settings, QString programFolder, std::function<void()> coloursChanged,
+                   QWidget *parent)
+    : QDialog(parent), tabSetup(named(new QTabWidget(this), "tabSetup", tr("Instellingen"))),
+      cmdSave(named(new QPushButton(QIcon(QStringLiteral(":/icons/save.svg")), tr("Bewaren"), this), "cmdSave",
+                    tr("Bewaren"))),
+      cmdExit(named(new QPushButton(QIcon(QStringLiteral(":/icons/exit.svg")), tr("Sluiten"), this), "cmdExit",
+                    tr("Sluiten"))),
+      txtPath(named(new QLineEdit(this), "txtPath", QStringLiteral("DatabasePath"))),
+      cmdPath(chooser(this, "cmdPath", tr("Kies de map van de databasebestanden"))),
+      txtVoice(named(new QLineEdit(this), "txtVoice", QStringLiteral("VoicetrackPath"))),
+      cmdVoice(chooser(this, "cmdVoice", tr("Kies de map van de voicetracks"))),
+      chkData(check(this, "chkData", QStringLiteral("Voicetracker gebruiken met voorbeluisteringsmogelijkheid"))),
+      chkServer(check(this, "chkServer", QStringLiteral("VoiceTracks onmiddellijk op SERVER wegschrijven"))),
+      updKaart(named(new SpinButton(this), "updKaart", QStringLiteral("Kaart"))),
+      ledKaart(named(new LedLabel(this), "ledKaart", tr("Naam van de kaart"))),
+      updCallback(named(new SpinButton(this), "updCallback", QStringLiteral("Callback"))),
+      ledCallback(named(new LedLabel(this), "ledCallback", tr("Soort callback"))),
+      ledCBufsize(number(this, "ledCBufsize", QStringLiteral("Buffergrootte"), {0, 32767}, 256)),
+      ledCBuf(number(this, "ledCBuf", QStringLiteral("Buffers"), {0, 100}, 1)),
+      chkMute(check(this, "chkMute", QStringLiteral("Uitgang van de geluidskaart dichtzetten bij start opname"))),
+      ledCountDown(number(this, "ledCountDown", QStringLiteral("Count-Down"), {0, 99}, 1)),
+      cobBitrate(named(new QComboBox(this), "cobBitrate", QStringLiteral("MP3-Bitrate"))),
+      fraColors(new ColourPage(platform.prompts, settings, std::move(coloursChanged), this)), platform_(platform),
+      settings_(settings), saved_(settings), programFolder_(std::move(programFolder)) {
+    setObjectName(QStringLiteral("frmSetup"));
+    setWindowTitle(QStringLiteral("Programma instellingen"));
+    layOut();
+    connectControls();
+}
+
+void frmSetup::layOut() {
+    cmdSave->setToolTip(QStringLiteral("Bewaar de wijzigingen"));
+    cmdSave->setProperty("role", QStringLiteral("primary"));
+    cmdSave->setDefault(true);
+    cmdExit->setToolTip(QStringLiteral("Verlaat dit scherm"));
+    cmdExit->setAutoDefault(false);
+    tabSetup->addTab(optionsPage(), QStringLiteral("Opties"));
+    tabSetup->addTab(soundPage(), QStringLiteral("Geluidskaart"));
+    tabSetup->addTab(generalPage(), QStringLiteral("Algemeen"));
+    auto *colours = new QWidget(this);
+    (new QVBoxLayout(colours))->addWidget(fraColors);
+    tabSetup->addTab(colours, QStringLiteral("Kleuren"));
+    auto *buttons = new QHBoxLayout;
+    buttons->addStretch();
+    buttons->addWidget(cmdSave);
+    buttons->addWidget(cmdExit);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(tabSetup, 1);
+    layout->addLayout(buttons);
+    setMinimumWidth(fontMetrics().averageCharWidth() * 90);
+}
+
+QWidget *frmSetup::optionsPage() {
+    auto *page = new QWidget(this);
+    auto *form = new QFormLayout(page);
+    form->setVerticalSpacing(fontMetrics().height() / 2);
+    form->addRow(QStringLiteral("DatabasePath"), beside(txtPath, cmdPath));
+    form->addRow(QStringLiteral("VoicetrackPath"), beside(txtVoice, cmdVoice));
+    form->addRow(chkData);
+    form->addRow(chkServer);
+    return page;
+}
+
+QWidget *frmSetup::soundPage() {
+    ledCallback->setCharacters(10);
+    auto *frame = new QGroupBox(QStringLiteral("Trackbeluistering"), this);
+    auto *form = new QFormLayout(frame);
+    form->setVerticalSpacing(fontMetrics().height() / 2);
+    form->addRow(QStringLiteral("Kaart"), beside(ledKaart, updKaart));
+    form->addRow(QStringLiteral("Callback"), beside(ledCallback, updCallback));
+    auto *sizes = new QHBoxLayout;
+    sizes->addWidget(ledCBufsize);
+    sizes->addStretch();
+    form->addRow(QStringLiteral("Buffergrootte"), sizes);
+    auto *counts = new QHBoxLayout;
+    counts->addWidget(ledCBuf);
+    counts->addStretch();
+    form->addRow(QStringLiteral("Buffers"), counts);
+    auto *page = new QWidget(this);
+    auto *layout = new QVBoxLayout(page);
+    layout->addWidget(frame);
+    layout->addWidget(chkMute);
+    layout->addStretch();
+    return page;
+}
+
+QWidget *frmSetup::generalPage() {
+    for (const char *rate : {"128 Kbit/Sec", "192 Kbit/Sec", "256 Kbit/Sec", "320 Kbit/Sec", "350 Kbit/Sec"}) {
+        cobBitrate->addItem(QString::fromLatin1(rate));
+    }
+    auto *page = new QWidget(this);
+    auto *form = new QFormLayout(page);
+    form->setVerticalSpacing(fontMetrics().height() / 2);
+    auto *countDown = new QHBoxLayout;
+    countDown->addWidget(ledCountDown);
+    countDown->addWidget(new QLabel(QStringLiteral("Seconden"), page));
+    countDown->addStretch();
+    form->addRow(QStringLiteral("Count-Down"), countDown);
+    auto *rates = new QHBoxLayout;
+    rates->addWidget(cobBitrate);
+    rates->addStretch();
+    form->addRow(QStringLiteral("MP3-Bitrate"), rates);
+    return page;
+}
+
+void frmSetup::connectControls() {
+    updCallback->setRange(0, 2);
+    connect(cmdSave, &QPushButton::clicked, this, &frmSetup::cmdSave_Click);
+    connect(cmdExit, &QPushButton::clicked, this, &frmSetup::cmdExit_Click);
+    connect(cmdPath, &QPushButton::clicked, this, &frmSetup::cmdPath_Click);
+    connect(cmdVoice, &QPushButton::clicked, this, &frmSetup::cmdVoice_Click);
+    connect(updKaart, &SpinButton::valueChanged, this, &frmSetup::updKaart_Change);
+    connect(updCallback, &SpinButton::valueChanged, this, &frmSetup::updCallback_Change);
+    for (QLineEdit *folder : {txtPath, txtVoice}) {
+        connect(folder, &QLineEdit::textChanged, this, &frmSetup::checkFolders);
+    }
+    for (QCheckBox *box : {chkData, chkServer}) {
+        connect(box, &QCheckBox::toggled, this, &frmSetup::checkFolders);
+    }
+}
+
+} // namespace orvel
