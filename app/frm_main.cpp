@@ -136,7 +136,7 @@ void frmMain::openCatalogues() {
         platform_.prompts.message(
             QStringLiteral("Databasebestanden van de server werden niet gevonden, controleer instellingen !"),
             errorTitle, MessageIcon::Exclamation);
-        showSetup();
+        setup().exec();
         return;
     }
     try {
@@ -157,7 +157,7 @@ void frmMain::checkVoiceTrackFolder() {
     platform_.prompts.message(
         QStringLiteral("Locatie van voicetracks op de server werd niet gevonden, controleer instellingen !"),
         errorTitle, MessageIcon::Exclamation);
-    showSetup();
+    setup().exec();
 }
 
 void frmMain::readCommandLine() {
@@ -180,9 +180,13 @@ void frmMain::readCommandLine() {
 void frmMain::tlbMain_ButtonClick(int index) {
     switch (index) {
     case 1:
-    case 2:
-    case 3:
         notYetAvailable();
+        break;
+    case 2:
+        showImport();
+        break;
+    case 3:
+        showExport();
         break;
     case 4:
         showSetup();
@@ -197,17 +201,6 @@ void frmMain::tlbMain_ButtonClick(int index) {
     default:
         break;
     }
-}
-
-void frmMain::showSplash() {
-    if (!about_) {
-        about_ = std::make_unique<frmSplash>(this);
-    }
-    about_->show();
-}
-
-void frmMain::showSetup() {
-    notYetAvailable();
 }
 
 void frmMain::notYetAvailable() {
@@ -257,15 +250,6 @@ void frmMain::enableOthers(bool idle) const {
     savePanel->cmdImport->setEnabled(idle);
     recorderPanel->cmdRec->setEnabled(idle);
     savePanel->cmdSave->setEnabled(idle);
-}
-
-void frmMain::showPreview() {
-    if (!preview_) {
-        preview_ = std::make_unique<frmPreview>(
-            PreviewContext{platform_, settings, step, datTracks, datJingles, drives_}, this);
-    }
-    preview_->Form_Load();
-    preview_->open();
 }
 
 void frmMain::tell(const QString &sentence) const {

@@ -6,6 +6,8 @@
 #include "playlist/completion.h"
 #include "playlist/current_step.h"
 #include "playlist/file_panel.h"
+#include "playlist/frm_export.h"
+#include "playlist/frm_import.h"
 #include "playlist/grid_panel.h"
 #include "production/processor_panel.h"
 #include "production/save_panel.h"
@@ -13,6 +15,7 @@
 #include "recording/frm_preview.h"
 #include "recording/playback_panel.h"
 #include "recording/recorder_panel.h"
+#include "settings/frm_setup.h"
 #include "settings/settings.h"
 #include "shell/recovery.h"
 
@@ -88,7 +91,12 @@ class frmMain : public QMainWindow {
     void readCommandLine();
     void Form_QueryUnload();
     void showSplash();
+    void showImport();
+    void showExport();
     void showSetup();
+    /// The setup dialog, with its controls filled.
+    frmSetup &setup();
+    [[nodiscard]] TransferContext transferContext();
     void showPreview();
     void enableOthers(bool idle) const;
     void notYetAvailable();
@@ -103,6 +111,9 @@ class frmMain : public QMainWindow {
     std::unique_ptr<Timer> tmrJoystick_;
     std::unique_ptr<frmSplash> about_;
     std::unique_ptr<frmPreview> preview_;
+    std::unique_ptr<frmImport> import_;
+    std::unique_ptr<frmExport> export_;
+    std::unique_ptr<frmSetup> setup_;
     std::unique_ptr<Completion> completion_;
     ProcessorSettings processorSettings_;
 };

@@ -5,6 +5,7 @@
 #include <QCollator>
 #include <QDir>
 #include <QGridLayout>
+#include <QKeyEvent>
 
 #include <algorithm>
 
@@ -13,6 +14,20 @@ namespace orvel {
 namespace {
 
 const QString up = QStringLiteral("..");
+
+/// Enter opens a folder and does nothing else: it must not press the window's default button as well.
+class FolderList : public QListWidget {
+  public:
+    using QListWidget::QListWidget;
+
+  protected:
+    void keyPressEvent(QKeyEvent *event) override {
+        QListWidget::keyPressEvent(event);
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+            event->accept();
+        }
+    }
+};
 
 QLabel *caption(QWidget *parent, const char *name, const QString &text, QWidget *buddy) {
     auto *label = new QLabel(text, parent);
@@ -30,7 +45,7 @@ bool isBelow(const QString &folder, const QString &drive) {
 } // namespace
 
 FolderBrowser::FolderBrowser(FileSystem &files, QStringList patterns, Files shown, QWidget *parent)
-    : QWidget(parent), Drive1(new QComboBox(this)), Dir1(new QListWidget(this)), File1(new QListWidget(this)),
+    : QWidget(parent), Drive1(new QComboBox(this)), Dir1(new FolderList(this)), File1(new QListWidget(this)),
       files_(files), patterns_(std::move(patterns)), path_(new QLabel(this)) {
     Drive1->setObjectName(QStringLiteral("Drive1"));
     Drive1->setAccessibleName(QStringLiteral("Schijf"));

@@ -2,6 +2,7 @@
 #include "app/version.h"
 #include "station.h"
 
+#include <QTimer>
 #include <QToolBar>
 
 namespace orvel {
@@ -13,7 +14,6 @@ const QString noServer =
 const QString noVoiceTracks =
     QStringLiteral("Locatie van voicetracks op de server werd niet gevonden, controleer instellingen !");
 const QString errorTitle = QStringLiteral("Foutmelding");
-const QString notYet = QStringLiteral("Dit onderdeel is in deze versie nog niet beschikbaar.");
 
 } // namespace
 
@@ -101,10 +101,21 @@ TEST_F(Station, BothServerChecksComplainOneAfterTheOther) {
     configure(
         QStringLiteral("[Files]\nDatabasepath=/nergens\nVoicetrackPath=/nergens/ook\n[Program]\nNetwork=1\nServer=1"));
     prompts.expectMessage(noServer, errorTitle, MessageIcon::Exclamation);
-    prompts.expectMessage(notYet, QStringLiteral("ORVEL"), MessageIcon::Information);
     prompts.expectMessage(noVoiceTracks, errorTitle, MessageIcon::Exclamation);
-    prompts.expectMessage(notYet, QStringLiteral("ORVEL"), MessageIcon::Information);
+    // Each time the setup dialog keeps the start waiting until it is closed.
+    int setups = 0;
+    QTimer close;
+    QObject::connect(&close, &QTimer::timeout, [&] {
+        auto *setup = qobject_cast<frmSetup *>(QApplication::activeModalWidget());
+        if (setup != nullptr) {
+            ++setups;
+            EXPECT_EQ(setup->parentWidget(), window.get());
+            setup->cmdExit->click();
+        }
+    });
+    close.start(10);
     ASSERT_TRUE(start());
+    EXPECT_EQ(setups, 2);
     EXPECT_FALSE(window->settings.Network);
     EXPECT_TRUE(window->settings.ServerMode);
 }

@@ -1,0 +1,237 @@
+// Importing playlists and exporting what is finished.
+#include "station.h"
+
+namespace orvel {
+
+namespace {
+
+const QString mayDelete = QStringLiteral("Mogen de import-bestanden gewist worden ?");
+const QString deleteTitle = QStringLiteral("Import-bestanden wissen");
+const QString copying = QStringLiteral("Copieert....");
+
+class Transfer : public Station {
+  protected:
+    Transfer() {
+        for (const char *name : {"stick", "stick/onder", "doel"}) {
+            QDir(folder.path()).mkdir(QString::fromLatin1(name));
+        }
+    }
+    void putOnStick(const QString &name, const QString &fixture = QStringLiteral("access-2003.mdb")) {
+        const QString target = path(QStringLiteral("stick/") + name);
+        ASSERT_TRUE(QFile::copy(QStringLiteral(ORVEL_SOURCE_DIR "/tests/data/databases/") + fixture, target));
+        QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner);
+    }
+    void openImport(const QString &settings = {}) {
+        configure(settings);
+        ASSERT_TRUE(start());
+        window->tlbMain_ButtonClick(2);
+        import = window->findChild<frmImport *>();
+        ASSERT_NE(import, nullptr);
+    }
+    void openExport(const QString &settings = {}) {
+        configure(settings);
+        ASSERT_TRUE(start());
+        window->tlbMain_ButtonClick(3);
+        exportWindow = window->findChild<frmExport *>();
+        ASSERT_NE(exportWindow, nullptr);
+    }
+    [[nodiscard]] QString forced() const {
+        return QStringLiteral("[Files]\nImportPath=") + path(QStringLiteral("stick"));
+    }
+    [[nodiscard]] QListWidgetItem *toDo(const QString &name) const {
+        const auto found = window->filePanel->filNew->findItems(name, Qt::MatchExactly);
+        return found.isEmpty() ? nullptr : found.first();
+    }
+
+    frmImport *import = nullptr;
+    frmExport *exportWindow = nullptr;
+};
+
+} // namespace
+
+TEST_F(Transfer, PlaylistsAreCopiedAndTheSourcesDeletedOnYes) {
+    putOnStick(QStringLiteral("een.mdb"));
+    putOnStick(QStringLiteral("twee.MDB"));
+    disk.write(path(QStringLiteral("stick/lees.txt")), "tekst");
+    openImport(forced());
+    EXPECT_TRUE(import->isVisible());
+    EXPECT_FALSE(import->isModal());
+    EXPECT_EQ(import->browser->files(),
+              (QStringList{QStringLiteral("een.mdb"), QStringLiteral("lees.txt"), QStringLiteral("twee.MDB")}));
+    prompts.expectAsk(mayDelete, deleteTitle, true);
+    click(import->cmdImport);
+    EXPECT_EQ(filesIn(QStringLiteral("new")), (QStringList{QStringLiteral("een.mdb"), QStringLiteral("twee.MDB")}));
+    EXPECT_EQ(filesIn(QStringLiteral("stick")), QStringList{QStringLiteral("lees.txt")});
+    EXPECT_NE(toDo(QStringLiteral("een.mdb")), nullptr);
+    EXPECT_FALSE(import->isVisible());
+}
+
+TEST_F(Transfer, NoKeepsTheSources) {
+    putOnStick(QStringLiteral("een.mdb"));
+    openImport(forced());
+    prompts.expectAsk(mayDelete, deleteTitle, false);
+    click(import->cmdImport);
+    EXPECT_EQ(filesIn(QStringLiteral("stick")), QStringList{QStringLiteral("een.mdb")});
+    EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("een.mdb")});
+}
+
+TEST_F(Transfer, WithNodeleteNothingIsAskedAndNothingDeleted) {
+    putOnStick(QStringLiteral("een.mdb"));
+    openImport(forced() + QStringLiteral("\nNodelete=1"));
+    click(import->cmdImport);
+    EXPECT_EQ(filesIn(QStringLiteral("stick")), QStringList{QStringLiteral("een.mdb")});
+}
+
+TEST_F(Transfer, AnEmptyFolderCopiesNothingAndStillAsks) {
+    openImport(forced());
+    prompts.expectAsk(mayDelete, deleteTitle, true);
+    click(import->cmdImport);
+    EXPECT_TRUE(filesIn(QStringLiteral("new")).isEmpty());
+}
+
+TEST_F(Transfer, AFileWhoseCopyWasNotWantedIsNotDeleted) {
+    putOnStick(QStringLiteral("een.mdb"));
+    addPlaylist(QStringLiteral("unicode.mdb"), QStringLiteral("een.mdb"));
+    openImport(forced());
+    prompts.expectAsk(QStringLiteral("Het bestand een.mdb bestaat al. Wilt U het overschrijven ?"), copying, false);
+    prompts.expectAsk(mayDelete, deleteTitle, true);
+    click(import->cmdImport);
+    EXPECT_EQ(filesIn(QStringLiteral("stick")), QStringList{QStringLiteral("een.mdb")});
+    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("een.mdb")));
+}
+
+TEST_F(Transfer, AFileWhoseCopyFailedIsNotDeleted) {
+    putOnStick(QStringLiteral("een.mdb"));
+    openImport(forced());
+    files.fail(FaultyFileSystem::Operation::Copy, QStringLiteral("een.mdb"), ErrorNumber::DiskFull);
+    prompts.expectReport(QStringLiteral("Error: 61. "));
+    prompts.expectAsk(mayDelete, deleteTitle, true);
+    click(import->cmdImport);
+    EXPECT_EQ(filesIn(QStringLiteral("stick")), QStringList{QStringLiteral("een.mdb")});
+}
+
+TEST_F(Transfer, ADeletionThatFailsIsReported) {
+    putOnStick(QStringLiteral("een.mdb"));
+    openImport(forced());
+    files.fail(FaultyFileSystem::Operation::Remove, QStringLiteral("een.mdb"), ErrorNumber::PermissionDenied);
+    prompts.expectAsk(mayDelete, deleteTitle, true);
+    prompts.expectReport(QStringLiteral("Fout 70"));
+    click(import->cmdImport);
+    EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("een.mdb")});
+}
+
+TEST_F(Transfer, AFileThatIsNoPlaylistIsNamedAndGreyed) {
+    putOnStick(QStringLiteral("goed.mdb"));
+    disk.write(path(QStringLiteral("stick/fout.mdb")), "Dit is geen playlist.");
+    openImport(forced() + QStringLiteral("\nNodelete=1"));
+    click(import->cmdImport);
+    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("fout.mdb")));
+    EXPECT_FALSE(window->lblStatus->text().contains(QStringLiteral("goed.mdb")));
+    ASSERT_NE(toDo(QStringLiteral("fout.mdb")), nullptr);
+    EXPECT_FALSE(toDo(QStringLiteral("fout.mdb"))->toolTip().isEmpty());
+    EXPECT_TRUE(toDo(QStringLiteral("goed.mdb"))->toolTip().isEmpty());
+}
+
+TEST_F(Transfer, AForcedPathCannotBeChanged) {
+    openImport(forced());
+    EXPECT_EQ(import->browser->folder(), path(QStringLiteral("stick")));
+    EXPECT_FALSE(import->browser->Drive1->isEnabled());
+    EXPECT_FALSE(import->browser->Dir1->isEnabled());
+}
+
+TEST_F(Transfer, APathOfTwoCharactersLeavesTheChoiceFree) {
+    openImport(QStringLiteral("[Files]\nImportPath=E:"));
+    EXPECT_TRUE(import->browser->Drive1->isEnabled());
+    EXPECT_TRUE(import->browser->Dir1->isEnabled());
+}
+
+TEST_F(Transfer, ADriveLetterOfTheStationIsItsFolder) {
+    openImport(QStringLiteral("[Files]\nImportPath=E:\\onder\n[Drives]\nE=stick"));
+    EXPECT_EQ(import->browser->folder(), path(QStringLiteral("stick/onder")));
+}
+
+TEST(TransferPaths, ADriveRootLosesItsSeparator) {
+    EXPECT_EQ(withoutRootSeparator(QStringLiteral("E:\\")), QStringLiteral("E:"));
+    EXPECT_EQ(withoutRootSeparator(QStringLiteral("/ab")), QStringLiteral("/ab"));
+    EXPECT_EQ(withoutRootSeparator(QStringLiteral("E:\\x")), QStringLiteral("E:\\x"));
+}
+
+TEST_F(Transfer, FoldersAreOpenedByADoubleClickAndLeftByTheDots) {
+    openImport();
+    FolderBrowser &browser = *import->browser;
+    browser.setFolder(path(QStringLiteral("stick")));
+    ASSERT_EQ(browser.Dir1->count(), 2);
+    EXPECT_EQ(browser.Dir1->item(0)->text(), QStringLiteral(".."));
+    browser.Dir1->setCurrentRow(1);
+    EXPECT_EQ(browser.folder(), path(QStringLiteral("stick")));
+    browser.Dir1_Change();
+    EXPECT_EQ(browser.folder(), path(QStringLiteral("stick/onder")));
+    browser.Dir1->setCurrentRow(0);
+    QTest::keyClick(browser.Dir1, Qt::Key_Return);
+    EXPECT_EQ(browser.folder(), path(QStringLiteral("stick")));
+}
+
+TEST_F(Transfer, AnotherDriveShowsItsRoot) {
+    openImport();
+    FolderBrowser &browser = *import->browser;
+    browser.setFolder(path(QStringLiteral("stick")));
+    const int root = browser.Drive1->findText(QStringLiteral("/"));
+    ASSERT_GE(root, 0);
+    browser.Drive1->setCurrentIndex(root);
+    browser.Drive1_Change();
+    EXPECT_EQ(browser.folder(), QStringLiteral("/"));
+    EXPECT_TRUE(browser.Dir1->findItems(QStringLiteral(".."), Qt::MatchExactly).isEmpty());
+}
+
+TEST_F(Transfer, TheToDoFolderCannotBeImportedIntoItself) {
+    addPlaylist(QStringLiteral("access-2003.mdb"));
+    openImport(QStringLiteral("[Files]\nImportPath=") + path(QStringLiteral("new")));
+    click(import->cmdImport);
+    EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("access-2003.mdb")});
+    EXPECT_FALSE(window->lblStatus->text().isEmpty());
+}
+
+TEST_F(Transfer, LeavingTheWindowsChangesNothing) {
+    putOnStick(QStringLiteral("een.mdb"));
+    openImport(forced());
+    click(import->cmdStop);
+    EXPECT_FALSE(import->isVisible());
+    EXPECT_TRUE(filesIn(QStringLiteral("new")).isEmpty());
+    window->tlbMain_ButtonClick(2);
+    EXPECT_EQ(window->findChildren<frmImport *>().size(), 1);
+}
+
+TEST_F(Transfer, ExportCopiesFinishedPlaylistsAndVoiceTracksAndMovesTheGauge) {
+    disk.write(path(QStringLiteral("ok/klaar.mdb")), "playlist");
+    disk.write(path(QStringLiteral("ok/VT1.mp3")), "stem 1");
+    disk.write(path(QStringLiteral("ok/VT2.mp3")), "stem 2");
+    disk.write(path(QStringLiteral("ok/notities.txt")), "niet mee");
+    openExport(QStringLiteral("[Files]\nExportPath=") + path(QStringLiteral("doel")));
+    click(exportWindow->cmdExport);
+    EXPECT_EQ(filesIn(QStringLiteral("doel")),
+              (QStringList{QStringLiteral("VT1.mp3"), QStringLiteral("VT2.mp3"), QStringLiteral("klaar.mdb")}));
+    EXPECT_EQ(filesIn(QStringLiteral("ok")).size(), 4);
+    EXPECT_EQ(exportWindow->barProgres->value(), exportWindow->barProgres->maximum());
+    EXPECT_TRUE(exportWindow->lblResult->text().contains(QStringLiteral("3 van 3")));
+    EXPECT_TRUE(exportWindow->isVisible());
+}
+
+TEST_F(Transfer, ExportWithoutAnythingFinishedSaysSo) {
+    openExport(QStringLiteral("[Files]\nExportPath=") + path(QStringLiteral("doel")));
+    click(exportWindow->cmdExport);
+    EXPECT_FALSE(exportWindow->lblResult->text().isEmpty());
+    EXPECT_TRUE(filesIn(QStringLiteral("doel")).isEmpty());
+}
+
+TEST_F(Transfer, AnExportThatFailsTellsAndCountsWhatArrived) {
+    disk.write(path(QStringLiteral("ok/klaar.mdb")), "playlist");
+    disk.write(path(QStringLiteral("ok/VT1.mp3")), "stem 1");
+    openExport(QStringLiteral("[Files]\nExportPath=") + path(QStringLiteral("doel")));
+    files.fail(FaultyFileSystem::Operation::Copy, QStringLiteral("VT1"), ErrorNumber::DiskFull);
+    prompts.expectReport(QStringLiteral("Error: 61. "));
+    click(exportWindow->cmdExport);
+    EXPECT_TRUE(exportWindow->lblResult->text().contains(QStringLiteral("1 van 2")));
+    EXPECT_EQ(content(QStringLiteral("ok/VT1.mp3")), "stem 1");
+}
+
+} // namespace orvel
