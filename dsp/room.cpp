@@ -12,7 +12,9 @@ namespace {
 constexpr double shortestLine = 0.025; ///< seconds, in a room of 1 s
 constexpr double longestLine = 0.080;
 constexpr double widestSwing = 0.00014; ///< seconds
-constexpr double rumble = 100;          ///< Hz
+/// At low sample rates the splines take so much that the bass would not end if 1 kHz were to keep its promise.
+constexpr double longestBass = 1.25;
+constexpr double rumble = 100; ///< Hz
 constexpr float diffusion = 0.6F;
 constexpr std::array<double, 3> diffuserLengths = {0.0047, 0.0073, 0.0113}; ///< seconds, in a room of 1 s
 constexpr float firstShare = 0.3F;                                          ///< of the energy that comes out at once
@@ -32,6 +34,11 @@ std::size_t primeFrom(std::size_t number) {
         ++number;
     }
     return number;
+}
+
+/// What a pass through so many samples leaves, when 60 dB go in so many seconds.
+double passGain(double samples, double seconds, double sampleRate) {
+    return std::pow(10.0, -3.0 * samples / (seconds * sampleRate));
 }
 
 /// What a line's B-spline leaves of 1 kHz, where the reverberation time is promised.
@@ -98,7 +105,8 @@ void Room::makeLines(double scale, float seconds, float hertz) {
         previous = length;
         const auto samples = static_cast<double>(length);
         const double swing = std::min(widestSwing * sampleRate_, 0.02 * samples);
-        const double gain = std::pow(10.0, -3.0 * samples / (seconds * sampleRate_)) / lossAtOneKilohertz(sampleRate_);
+        const double gain = std::min(passGain(samples, seconds, sampleRate_) / lossAtOneKilohertz(sampleRate_),
+                                     passGain(samples, longestBass * seconds, sampleRate_));
         // Speeds within a third of each other, none a multiple of another; phases spread by the golden angle.
         const double speed = hertz * (0.8 + 0.025 * static_cast<double>(i * 7 % lineCount));
         lines_.push_back({DelayLine(length + static_cast<std::size_t>(swing) + 4), samples, swing,
@@ -162,8 +170,8 @@ void Room::read(Line &line, RoomBlock &to) {
 void Room::circulate(RoomBlock &block) {
     // What joins one line before the matrix goes to all lines, with that column's signs; and one row of the matrix is
     // the sum of all lines, with that row's signs: no further work for input and output.
-    constexpr std::size_t entry = 6;
-    constexpr std::size_t exit = 9;
+    constexpr std::size_t entry = 0;
+    constexpr std::size_t exit = 15;
     static_assert(std::popcount(entry & exit) % 2 == 0, "what has just come in leaves with a plus sign");
     for (std::size_t i = 0; i < lineCount; ++i) {
         read(lines_[i], heard_[i]);

@@ -15,59 +15,59 @@ constexpr std::ptrdiff_t speechWindow = 40;
 constexpr int speechBlocks = 20;
 constexpr std::ptrdiff_t longestGap = 100;
 constexpr std::ptrdiff_t longestSlope = 50;
-constexpr std::ptrdiff_t meanReach = 25;
-constexpr std::ptrdiff_t margin = 2;
+constexpr std::ptrdiff_t slopeGap = 5;
+constexpr std::size_t meanReach = 25;
+constexpr std::ptrdiff_t margin = 1;
 constexpr std::size_t fadeMs = 5;
 constexpr float hysteresis = 3;
-
-struct Sums {
-    std::int64_t samples = 0;
-    std::int64_t squares = 0;
-};
 
 std::size_t blockLength(int sampleRate) {
     return static_cast<std::size_t>(std::max(sampleRate / 1000, 1));
 }
 
+/// Sums over the samples of blocks, and over those of all blocks before.
+struct Sums {
+    std::vector<std::int64_t> squares;
+    std::vector<std::int64_t> before{0};
+};
+
 /// Of whole blocks; samples left over at the end belong to no block.
-std::vector<Sums> sumsOf(std::span<const std::int16_t> samples, std::size_t length) {
-    std::vector<Sums> blocks(samples.size() / length);
-    for (std::size_t b = 0; b < blocks.size(); ++b) {
+Sums sumsOf(std::span<const std::int16_t> samples, std::size_t length) {
+    const std::size_t count = samples.size() / length;
+    Sums sums;
+    sums.squares.reserve(count);
+    sums.before.reserve(count + 1);
+    for (std::size_t b = 0; b < count; ++b) {
         std::int32_t sum = 0;
         std::int64_t squares = 0;
         for (const std::int16_t sample : samples.subspan(b * length, length)) {
             sum += sample;
             squares += std::int64_t{sample} * sample;
         }
-        blocks[b] = {sum, squares};
+        sums.squares.push_back(squares);
+        sums.before.push_back(sums.before.back() + sum);
     }
-    return blocks;
+    return sums;
 }
 
-/// Mean square of each block around the mean of its neighbourhood.
-std::vector<float> powersOf(const std::vector<Sums> &blocks, std::size_t length) {
-    const auto count = std::ssize(blocks);
+/// Mean squares of the blocks around the mean of their neighbourhood: before, after or on both sides, whatever gives
+/// least. Beside loud speech, the mean of the quiet side is the offset.
+std::vector<float> powersOf(const Sums &sums, std::size_t length) {
+    const std::size_t count = sums.squares.size();
     const auto samples = static_cast<double>(length);
-    std::vector<float> powers;
-    powers.reserve(blocks.size());
-    std::int64_t around = 0;
-    for (std::ptrdiff_t b = 0; b < std::min(meanReach, count); ++b) {
-        around += blocks[static_cast<std::size_t>(b)].samples;
-    }
-    for (std::ptrdiff_t b = 0; b < count; ++b) {
-        const std::ptrdiff_t first = std::max<std::ptrdiff_t>(b - meanReach, 0);
-        const std::ptrdiff_t last = std::min(b + meanReach, count - 1);
-        if (b + meanReach < count) {
-            around += blocks[static_cast<std::size_t>(b + meanReach)].samples;
-        }
-        if (b > meanReach) {
-            around -= blocks[static_cast<std::size_t>(first - 1)].samples;
-        }
-        const double mean = static_cast<double>(around) / (samples * static_cast<double>(last - first + 1));
-        const Sums &block = blocks[static_cast<std::size_t>(b)];
-        const double square =
-            static_cast<double>(block.squares) - mean * (2.0 * static_cast<double>(block.samples) - mean * samples);
-        powers.push_back(static_cast<float>(std::max(square, 0.0) / samples));
+    std::vector<float> powers(count);
+    for (std::size_t b = 0; b < count; ++b) {
+        const auto square = static_cast<double>(sums.squares[b]);
+        const auto sum = static_cast<double>(sums.before[b + 1] - sums.before[b]);
+        const auto around = [&](std::size_t first, std::size_t end) {
+            const double mean = static_cast<double>(sums.before[end] - sums.before[first]) /
+                                (samples * static_cast<double>(end - first));
+            return square - mean * (2 * sum - mean * samples);
+        };
+        const std::size_t first = b - std::min(b, meanReach);
+        const std::size_t end = std::min(b + 1 + meanReach, count);
+        const double least = std::min({around(first, b + 1), around(b, end), around(first, end)});
+        powers[b] = static_cast<float>(std::max(least, 0.0) / samples);
     }
     return powers;
 }
@@ -94,17 +94,14 @@ std::optional<std::ptrdiff_t> findSpeech(Iterator powers, std::ptrdiff_t count, 
     return std::nullopt;
 }
 
-/// Takes in what belongs to the speech that begins at a block.
+/// The earliest block from which a level is reached again and again, never more than `gap` blocks apart, up to `start`.
 template <typename Iterator>
-std::ptrdiff_t widen(Iterator powers, std::ptrdiff_t start, float open, float closed) {
-    for (std::ptrdiff_t b = start - 1; b >= 0 && start - b <= longestGap; --b) {
-        if (powers[b] > open) {
+std::ptrdiff_t reachBack(Iterator powers, std::ptrdiff_t start, std::ptrdiff_t gap, float level,
+                         std::ptrdiff_t earliest = 0) {
+    for (std::ptrdiff_t b = start - 1; b >= earliest && start - b <= gap; --b) {
+        if (powers[b] > level) {
             start = b;
         }
-    }
-    const std::ptrdiff_t earliest = std::max<std::ptrdiff_t>(start - longestSlope, 0);
-    while (start > earliest && powers[start - 1] > closed) {
-        --start;
     }
     return start;
 }
@@ -114,8 +111,13 @@ template <typename Iterator>
 std::ptrdiff_t surplus(Iterator powers, std::ptrdiff_t count, float threshold) {
     const float open = powerAt(threshold);
     const std::optional<std::ptrdiff_t> speech = findSpeech(powers, count, open);
-    return speech ? std::max<std::ptrdiff_t>(widen(powers, *speech, open, powerAt(threshold - hysteresis)) - margin, 0)
-                  : 0;
+    if (!speech) {
+        return 0;
+    }
+    const std::ptrdiff_t loud = reachBack(powers, *speech, longestGap, open);
+    const std::ptrdiff_t earliest = std::max<std::ptrdiff_t>(loud - longestSlope, 0);
+    const std::ptrdiff_t start = reachBack(powers, loud, slopeGap, powerAt(threshold - hysteresis), earliest);
+    return std::max<std::ptrdiff_t>(start - margin, 0);
 }
 
 /// From silence to the full sound, in a raised cosine.
