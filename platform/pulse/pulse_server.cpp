@@ -14,8 +14,6 @@ using namespace std::chrono_literals;
 
 /// How long a server may take to answer before it counts as gone.
 constexpr auto kPatience = 3s;
-/// The same while somebody moves a slider.
-constexpr auto kShortPatience = 1s;
 
 QString describe(const char *description, const char *name) {
     return QString::fromUtf8(description != nullptr ? description : name);
@@ -54,12 +52,6 @@ void letRun(pa_operation *operation) {
 }
 
 } // namespace
-
-struct PulseServer::Answer {
-    PulseServer &server;
-    bool isHere = false;
-    bool isYes = false;
-};
 
 /// What the library calls, on its own thread with the lock held.
 struct PulseServerCallbacks {
@@ -101,13 +93,6 @@ struct PulseServerCallbacks {
         } else {
             server(user).devicesComplete(); // answers come in the order of the questions: this one was the last
         }
-    }
-
-    static void answer(pa_context * /*context*/, int success, void *user) {
-        auto &answer = *static_cast<PulseServer::Answer *>(user);
-        answer.isHere = true;
-        answer.isYes = success != 0;
-        answer.server.wakeWaiters();
     }
 
     static void timeout(pa_mainloop_api * /*api*/, pa_time_event * /*event*/, const timeval * /*when*/, void *user) {
@@ -153,71 +138,6 @@ void PulseServer::retry() {
         disconnect();
         connect();
     }
-}
-
-void PulseServer::setMute(const QByteArray &sink, bool mute) {
-    const Lock lock(*this);
-    ask(
-        [&](Answer &answer) {
-            return pa_context_set_sink_mute_by_name(context_, sink.constData(), mute ? 1 : 0,
-                                                    PulseServerCallbacks::answer, &answer);
-        },
-        kPatience);
-}
-
-void PulseServer::setLevels(const QByteArray &source, const PulseLevels &levels) {
-    pa_cvolume volumes{};
-    volumes.channels = static_cast<std::uint8_t>(levels.volumes.size());
-    std::copy(levels.volumes.begin(), levels.volumes.end(), volumes.values);
-    change([&](Answer &answer) {
-        return pa_context_set_source_volume_by_name(context_, source.constData(), &volumes,
-                                                    PulseServerCallbacks::answer, &answer);
-    });
-}
-
-void PulseServer::setSourceMute(const QByteArray &source, bool mute) {
-    change([&](Answer &answer) {
-        return pa_context_set_source_mute_by_name(context_, source.constData(), mute ? 1 : 0,
-                                                  PulseServerCallbacks::answer, &answer);
-    });
-}
-
-void PulseServer::setPort(const QByteArray &source, const QByteArray &port) {
-    change([&](Answer &answer) {
-        return pa_context_set_source_port_by_name(context_, source.constData(), port.constData(),
-                                                  PulseServerCallbacks::answer, &answer);
-    });
-}
-
-void PulseServer::setLatencyOffset(const QByteArray &card, const QByteArray &port, std::int64_t microseconds) {
-    change([&](Answer &answer) {
-        return pa_context_set_port_latency_offset(context_, card.constData(), port.constData(), microseconds,
-                                                  PulseServerCallbacks::answer, &answer);
-    });
-}
-
-bool PulseServer::ask(const Question &question, std::chrono::milliseconds patience) {
-    Answer answer{*this};
-    pa_operation *operation = isReady() ? question(answer) : nullptr;
-    const auto over = [&] { return answer.isHere || pa_operation_get_state(operation) != PA_OPERATION_RUNNING; };
-    const bool inTime = operation != nullptr && waitUntil(over, patience);
-    if (operation != nullptr) {
-        pa_operation_cancel(operation); // `answer` goes out of scope
-        pa_operation_unref(operation);
-    }
-    if (!inTime || !isReady()) {
-        throw RuntimeError(ErrorNumber::DeviceError, {}, QStringLiteral("de geluidsserver antwoordt niet"));
-    }
-    return answer.isYes;
-}
-
-void PulseServer::change(const Question &question) {
-    const Lock lock(*this);
-    if (!ask(question, kShortPatience)) {
-        throw RuntimeError(ErrorNumber::DeviceError, {}, QStringLiteral("de geluidskaart weigert"));
-    }
-    askForDevices();
-    waitUntil([this] { return !asking_; }, kShortPatience);
 }
 
 bool PulseServer::isReady() const {
