@@ -53,7 +53,7 @@ void frmMain::makePanels() {
         this);
     savePanel = new SavePanel({platform_, settings, programFolder_, step, *gridPanel, *completion_, recovery, tellIt,
                                [this](bool busy) { setBusy(busy); }, [this] { playbackPanel->interrupt(); },
-                               [this] { notYetAvailable(); }},
+                               [this] { showStations(); }},
                               this);
     playbackPanel = new PlaybackPanel({platform_, settings, programFolder_, step, *gridPanel, *recorderPanel->ledTijd,
                                        [this](bool idle) { enableOthers(idle); }},

@@ -9,6 +9,7 @@
 #include "playlist/frm_export.h"
 #include "playlist/frm_import.h"
 #include "playlist/grid_panel.h"
+#include "production/frm_station.h"
 #include "production/processor_panel.h"
 #include "production/save_panel.h"
 #include "recording/card_panel.h"
@@ -20,6 +21,7 @@
 #include "shell/recovery.h"
 
 #include <QMainWindow>
+#include <QPointer>
 #include <QTabWidget>
 
 namespace orvel {
@@ -91,6 +93,7 @@ class frmMain : public QMainWindow {
     void readCommandLine();
     void Form_QueryUnload();
     void showSplash();
+    void showStations();
     void showImport();
     void showExport();
     void showSetup();
@@ -114,6 +117,7 @@ class frmMain : public QMainWindow {
     std::unique_ptr<frmImport> import_;
     std::unique_ptr<frmExport> export_;
     std::unique_ptr<frmSetup> setup_;
+    QPointer<frmStation> station_; ///< made anew for every version of a multivoice take
     std::unique_ptr<Completion> completion_;
     ProcessorSettings processorSettings_;
 };

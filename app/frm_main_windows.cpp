@@ -52,6 +52,20 @@ void frmMain::showSetup() {
     bringUp(setup());
 }
 
+void frmMain::showStations() {
+    if (!station_ || !station_->isVisible()) {
+        station_ = new frmStation(
+            platform_, programFolder_,
+            [this](const QString &code) {
+                savePanel->StationCode = code;
+                return savePanel->ExternalSave();
+            },
+            this);
+        station_->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    bringUp(*station_);
+}
+
 void frmMain::showSplash() {
     if (!about_) {
         about_ = std::make_unique<frmSplash>(this);

@@ -94,16 +94,51 @@ void SavePanel::cmdSave_Click() {
         return;
     }
     context_.stopPlayer();
+    whileBusy([this] {
+        context_.grid.setCurrentImported(true);
+        if (save()) {
+            cmdSave->setEnabled(false);
+        }
+    });
+}
+
+void SavePanel::whileBusy(const std::function<void()> &action) {
     saving_ = true;
     context_.setBusy(true);
     const Finally ready([this] {
         saving_ = false;
         context_.setBusy(false);
     });
-    context_.grid.setCurrentImported(true);
-    if (save()) {
-        cmdSave->setEnabled(false);
+    action();
+}
+
+bool SavePanel::ExternalSave() {
+    if (saving_ || context_.step.PlaylistTakeRunning) {
+        context_.tell(tr("Deze opname kan nog niet bewaard worden."));
+        return false;
     }
+    whileBusy([this] { saveVersion(); });
+    return true;
+}
+
+void SavePanel::saveVersion() {
+    const bool isGeneral = StationCode == QStringLiteral("000") || StationCode == QStringLiteral("999");
+    Take version = take();
+    version.name = isGeneral ? version.name : StationCode + version.name;
+    version.mp3 = takeFile(context_.programFolder, QStringLiteral("\\temp\\"), version.name, QStringLiteral(".mp3"));
+    const QString kept = encodeAndKeep(version);
+    const bool filed = fileVoiceTrack(version);
+    settle(kept, filed, version);
+    if (context_.platform.files.fileExists(version.mp3)) {
+        context_.platform.files.remove(version.mp3);
+    }
+    if (!context_.platform.prompts.ask(QStringLiteral("Bent U klaar met deze inteksting ?"),
+                                       QStringLiteral("Multivoice inteksting"))) {
+        return;
+    }
+    context_.completion.CheckLijst();
+    cmdSave->setEnabled(false);
+    ledMulti->setLit(false);
 }
 
 bool SavePanel::save() {
@@ -159,13 +194,15 @@ bool SavePanel::saveForPlaylist(const Take &take) {
 
 QString SavePanel::encodeAndKeep(const Take &take) {
     converted_ = TranscodeToMp3(take.wav, take.mp3);
-    return context_.recovery.keep(take.wav);
+    return context_.platform.files.fileExists(take.wav) ? context_.recovery.keep(take.wav) : QString();
 }
 
 void SavePanel::settle(const QString &kept, bool filed, const Take &take) {
     if (filed) {
         context_.recovery.discard(kept);
         context_.tell(tr("%1 is bewaard.").arg(take.name));
+    } else if (kept.isEmpty()) {
+        context_.tell(tr("Er is geen opname voor %1.").arg(take.name));
     } else if (!converted_) {
         context_.tell(
             tr("%1 kon niet worden omgezet naar MP3; de opname staat veilig in de map herstel.").arg(take.name));

@@ -50,6 +50,8 @@ class SavePanel : public QWidget {
     Gauge *const barProgress;
 
     bool RecorderOnly = false;
+    /// Of the station that the next version is for: three characters, "999" and "000" for no station in particular.
+    QString StationCode;
 
     /// The format of the files to write; without one nothing can be converted.
     void setFormat(const Mp3Format &format);
@@ -57,6 +59,9 @@ class SavePanel : public QWidget {
 
     void cmdSave_Click();
     void cmdMultivoice_Click();
+    /// Saves the take as the version of the station whose code StationCode holds, and asks whether it was the last one.
+    /// False when nothing can be saved now: a take is running, or another one is being saved.
+    bool ExternalSave();
     /// Converts with progress in barProgress; the window stays responsive. False when it failed: the MP3 is gone then.
     bool TranscodeToMp3(const QString &wavPath, const QString &mp3Path);
 
@@ -68,6 +73,9 @@ class SavePanel : public QWidget {
     };
 
     [[nodiscard]] Take take() const;
+    /// Runs something with the rest of the program told that a take is being saved.
+    void whileBusy(const std::function<void()> &action);
+    void saveVersion();
     /// The mode-dependent part of saving; false when the save button must stay enabled.
     bool save();
     bool saveAs(const Take &take);

@@ -18,7 +18,7 @@ void frmPreview::layOut() {
     lblProblem->setProperty("role", QStringLiteral("attention"));
     lblProblem->setObjectName(QStringLiteral("lblProblem"));
     lblProblem->setWordWrap(true);
-    lblProblem->setMinimumHeight(line * 2);
+    lblProblem->setMinimumHeight(line);
     sliPlay->setRange(0, 0);
     volCue->setFixedSize(line * 5, line * 5);
     playButton->setProperty("role", QStringLiteral("primary"));
@@ -42,8 +42,10 @@ void frmPreview::layOut() {
     volumeCaption->setProperty("role", QStringLiteral("muted"));
     volumeCaption->setAlignment(Qt::AlignCenter);
     auto *volume = new QVBoxLayout;
+    volume->addStretch();
     volume->addWidget(volCue, 0, Qt::AlignCenter);
     volume->addWidget(volumeCaption);
+    volume->addStretch();
 
     auto *controls = new QHBoxLayout;
     controls->addWidget(cmdPlay);

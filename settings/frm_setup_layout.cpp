@@ -113,7 +113,6 @@ QWidget *frmSetup::optionsPage() {
 }
 
 QWidget *frmSetup::soundPage() {
-    ledCallback->setCharacters(10);
     auto *frame = new QGroupBox(QStringLiteral("Trackbeluistering"), this);
     auto *form = new QFormLayout(frame);
     form->setVerticalSpacing(fontMetrics().height() / 2);

@@ -137,16 +137,6 @@ TEST_F(Saving, ACancelledSaveDialogKeepsTheTake) {
     EXPECT_FALSE(canSave());
 }
 
-TEST_F(Saving, WithMultivoiceOnTheStationChooserTakesOver) {
-    openDemo();
-    record(500);
-    window->savePanel->ledMulti->setLit(true);
-    prompts.expectReport(QStringLiteral("Dit onderdeel is in deze versie nog niet beschikbaar."));
-    save();
-    EXPECT_TRUE(canSave());
-    EXPECT_TRUE(exists(QStringLiteral("temp/") + name + QStringLiteral(".wav")));
-}
-
 TEST_F(Saving, AFailedConversionOnAServerIsSilentAndTheTakeIsSafe) {
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));

@@ -1,0 +1,44 @@
+#pragma once
+
+#include "platform/database.h"
+#include "platform/platform.h"
+
+#include <QComboBox>
+#include <QDialog>
+#include <QPushButton>
+#include <QStandardItemModel>
+
+#include <functional>
+#include <memory>
+
+namespace orvel {
+
+/// Asks for which station a version of a multivoice take is meant. Made anew for every version, so that the list is
+/// always the station's latest.
+class frmStation : public QDialog {
+    Q_OBJECT
+
+  public:
+    /// save: saves the take for a station's code; false when that is not possible now, and the window stays open.
+    /// Throws FatalError when the station list cannot be read.
+    frmStation(Platform &platform, const QString &programFolder, std::function<bool(const QString &code)> save,
+               QWidget *parent = nullptr);
+
+    /// Names with their codes; no typing, so every text in it has a code.
+    QComboBox *const cobStation;
+    QPushButton *const cmdSave;
+
+    void cmdSave_Click();
+
+  private:
+    void fillStations(const QString &programFolder);
+    void addStation(const QString &name, const QString &code);
+    void layOut();
+
+    Platform &platform_;
+    std::function<bool(const QString &code)> save_;
+    QStandardItemModel stations_;
+    std::unique_ptr<RecordSet> datSync;
+};
+
+} // namespace orvel
