@@ -5,6 +5,7 @@
 
 #include <cstdint>
 #include <memory>
+#include <span>
 
 namespace orvel {
 
@@ -54,6 +55,19 @@ class AudioFileWriter {
     virtual void close() = 0;
 };
 
+/// Writes a WAV file of signed 16-bit mono samples.
+class WavFileWriter {
+  public:
+    virtual ~WavFileWriter() = default;
+
+    /// Creates the file, or empties an existing one. Throws PathNotFound, PathAccess, PermissionDenied, DiskFull.
+    virtual void create(const QString &path, int sampleRate) = 0;
+    /// Throws DiskFull, DeviceError.
+    virtual void write(std::span<const std::int16_t> samples) = 0;
+    /// Completes the header and syncs. Throws DiskFull, DeviceError; the file is closed all the same.
+    virtual void close() = 0;
+};
+
 /// Makes readers and writers.
 class AudioFiles {
   public:
@@ -61,6 +75,7 @@ class AudioFiles {
 
     [[nodiscard]] virtual std::unique_ptr<AudioFileReader> reader() = 0;
     [[nodiscard]] virtual std::unique_ptr<AudioFileWriter> mp3Writer() = 0;
+    [[nodiscard]] virtual std::unique_ptr<WavFileWriter> wavWriter() = 0;
 };
 
 } // namespace orvel

@@ -84,6 +84,41 @@ class FaultyWriter : public AudioFileWriter {
     bool failed_ = false;
 };
 
+class FaultyWavWriter : public WavFileWriter {
+  public:
+    FaultyWavWriter(FakeAudioFiles &owner, std::unique_ptr<WavFileWriter> real)
+        : owner_(owner), real_(std::move(real)) {}
+
+    void create(const QString &path, int sampleRate) override {
+        owner_.created << path;
+        path_ = path;
+        block_ = 0;
+        if (owner_.faults.create) {
+            throw RuntimeError(ErrorNumber::DiskFull, path_);
+        }
+        real_->create(path, sampleRate);
+    }
+    void write(std::span<const std::int16_t> samples) override {
+        if (block_++ == owner_.faults.write) {
+            throw RuntimeError(ErrorNumber::DiskFull, path_);
+        }
+        real_->write(samples);
+    }
+    void close() override {
+        ++owner_.closedWriters;
+        real_->close();
+        if (owner_.faults.closeFull) {
+            throw RuntimeError(ErrorNumber::DiskFull, path_);
+        }
+    }
+
+  private:
+    FakeAudioFiles &owner_;
+    std::unique_ptr<WavFileWriter> real_;
+    QString path_;
+    int block_ = 0;
+};
+
 } // namespace
 
 std::unique_ptr<AudioFileReader> FakeAudioFiles::reader() {
@@ -92,6 +127,10 @@ std::unique_ptr<AudioFileReader> FakeAudioFiles::reader() {
 
 std::unique_ptr<AudioFileWriter> FakeAudioFiles::mp3Writer() {
     return std::make_unique<FaultyWriter>(*this, real_.mp3Writer());
+}
+
+std::unique_ptr<WavFileWriter> FakeAudioFiles::wavWriter() {
+    return std::make_unique<FaultyWavWriter>(*this, real_.wavWriter());
 }
 
 } // namespace orvel

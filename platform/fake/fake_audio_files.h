@@ -12,8 +12,9 @@ class FakeAudioFiles : public AudioFiles {
   public:
     /// What goes wrong, for every reader and writer.
     struct Faults {
-        bool open = false;      ///< open() leaves errorState() -1
-        bool create = false;    ///< create() leaves errorState() -1, no file comes into being
+        bool open = false; ///< open() leaves errorState() -1
+        bool create =
+            false; ///< create() leaves errorState() -1 (of a WAV file: throws DiskFull); no file comes into being
         int readBlock = -1;     ///< the block, from 0 in each file, at which readBlock() throws DeviceError
         int write = -1;         ///< the block, from 0 in each file, at which write() throws DiskFull
         bool closeFull = false; ///< a writer's close() closes the file, then throws DiskFull
@@ -23,6 +24,7 @@ class FakeAudioFiles : public AudioFiles {
 
     [[nodiscard]] std::unique_ptr<AudioFileReader> reader() override;
     [[nodiscard]] std::unique_ptr<AudioFileWriter> mp3Writer() override;
+    [[nodiscard]] std::unique_ptr<WavFileWriter> wavWriter() override;
 
     Faults faults;
     /// Paths in the order of the calls, failed ones included.

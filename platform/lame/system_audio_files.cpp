@@ -2,6 +2,7 @@
 
 #include "platform/lame/lame_writer.h"
 #include "platform/sndfile/sndfile_reader.h"
+#include "platform/sndfile/sndfile_wav_writer.h"
 
 namespace orvel {
 
@@ -11,6 +12,10 @@ std::unique_ptr<AudioFileReader> SystemAudioFiles::reader() {
 
 std::unique_ptr<AudioFileWriter> SystemAudioFiles::mp3Writer() {
     return std::make_unique<LameWriter>();
+}
+
+std::unique_ptr<WavFileWriter> SystemAudioFiles::wavWriter() {
+    return std::make_unique<SndfileWavWriter>();
 }
 
 } // namespace orvel

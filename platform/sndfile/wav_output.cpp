@@ -51,10 +51,10 @@ struct WavOutputCalls {
     }
 };
 
-WavOutput::WavOutput(const QString &path) : path_(path) {
+WavOutput::WavOutput(const QString &path, int sampleRate) : path_(path) {
     file_.create(path);
     SF_INFO info{};
-    info.samplerate = 44100;
+    info.samplerate = sampleRate;
     info.channels = 1;
     info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
     SF_VIRTUAL_IO io{WavOutputCalls::length, WavOutputCalls::seek, WavOutputCalls::read, WavOutputCalls::write,

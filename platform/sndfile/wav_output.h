@@ -15,11 +15,11 @@ struct sf_private_tag;
 
 namespace orvel {
 
-/// A mono 16-bit 44100 Hz WAV file while it is written. Calls throw DiskFull or DeviceError. One thread.
+/// A mono 16-bit WAV file while it is written. Calls throw DiskFull or DeviceError. One thread.
 class WavOutput {
   public:
     /// Throws like OutputFile::create().
-    explicit WavOutput(const QString &path);
+    explicit WavOutput(const QString &path, int sampleRate = 44100);
     ~WavOutput() = default;
     WavOutput(const WavOutput &) = delete;
     WavOutput(WavOutput &&) = delete;

@@ -1,0 +1,21 @@
+#pragma once
+
+#include "platform/audio_file.h"
+#include "platform/sndfile/wav_output.h"
+
+#include <optional>
+
+namespace orvel {
+
+/// Writes WAV files with libsndfile. Before create() and after close() the other calls do nothing.
+class SndfileWavWriter : public WavFileWriter {
+  public:
+    void create(const QString &path, int sampleRate) override;
+    void write(std::span<const std::int16_t> samples) override;
+    void close() override;
+
+  private:
+    std::optional<WavOutput> output_;
+};
+
+} // namespace orvel

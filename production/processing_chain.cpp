@@ -1,0 +1,198 @@
+#include "production/processing_chain.h"
+
+#include "platform/file_system.h"
+#include "platform/runtime_error.h"
+#include "shell/ignore_errors.h"
+#include "shell/paths.h"
+
+#include <QFileInfo>
+#include <QGuiApplication>
+
+#include <cstring>
+#include <utility>
+
+namespace orvel {
+
+namespace {
+
+/// What goes wrong with the work files ends the program.
+template <typename Action>
+void fatally(Action action) {
+    try {
+        action();
+    } catch (const RuntimeError &error) {
+        throw FatalError(error);
+    }
+}
+
+float valueOf(const LedSpin *spin) {
+    return static_cast<float>(spin->value());
+}
+
+/// The label and the cursor tell that the window is busy, however the work ends.
+class BusySign {
+  public:
+    explicit BusySign(const std::function<void(bool)> &show) : show_(show) {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+        show_(true);
+    }
+    BusySign(const BusySign &) = delete;
+    BusySign(BusySign &&) = delete;
+    BusySign &operator=(const BusySign &) = delete;
+    BusySign &operator=(BusySign &&) = delete;
+    ~BusySign() {
+        show_(false);
+        QGuiApplication::restoreOverrideCursor();
+    }
+
+  private:
+    const std::function<void(bool)> &show_; // NOLINT(cppcoreguidelines-avoid-const-or-ref-data-members)
+};
+
+} // namespace
+
+ProcessingChain::ProcessingChain(ProcessingContext context)
+    : context_(std::move(context)), AudioFile2_(context_.platform.audioFiles.reader()),
+      AudioFile3_(context_.platform.audioFiles.wavWriter()) {}
+
+void ProcessingChain::AudioProcessing(const QString &wavPath) {
+    const BusySign busy(context_.showProcess);
+    take_ = wavPath;
+    AudioFile2_->open(take_);
+    AudioTransform1_.setSampleRate(AudioFile2_->sampleRate());
+    AudioTransform1_.setChannels(1);
+    AudioFile2_->close();
+    try {
+        runStages();
+    } catch (const FatalError &) {
+        abandonStage();
+        throw;
+    } catch (const RuntimeError &) {
+        abandonStage();
+        dropOutput();
+        context_.tell(QCoreApplication::translate("ProcessingChain",
+                                                  "De geluidsbewerking is niet voltooid; de opname zelf is bewaard."));
+    }
+}
+
+void ProcessingChain::runStages() {
+    const ProcessorPanel &panel = context_.panel;
+    if (panel.chkAmp->isChecked()) {
+        stage([&] {
+            const float factor = AudioTransform::decibelsToFactor(valueOf(panel.ledAmp));
+            AudioTransform1_.amplify(samples_, factor);
+        });
+    }
+    if (panel.chkNorm->isChecked()) {
+        stage([&] { AudioTransform1_.normalise(samples_, valueOf(panel.ledNorm)); });
+    }
+    if (panel.chkComp->isChecked()) {
+        // The panel's RMS time is kept with the settings, but the compressor works on peaks.
+        constexpr float rmsTime = 0;
+        stage([&] {
+            AudioTransform1_.compress(samples_, valueOf(panel.ledCompTreshold), valueOf(panel.ledCompRate), rmsTime);
+        });
+    }
+    if (panel.chkReverb->isChecked()) {
+        stage([this] { reverb(); });
+    }
+    if (panel.chkTrim->isChecked()) {
+        stage([this] { trim(); });
+    }
+}
+
+void ProcessingChain::reverb() {
+    const ProcessorPanel &panel = context_.panel;
+    AudioTransform1_.reverb(samples_, {valueOf(panel.ledRevDelay), valueOf(panel.ledRevDepth),
+                                       valueOf(panel.ledRevDecay), valueOf(panel.ledRevRate)});
+}
+
+void ProcessingChain::trim() {
+    std::int32_t k = 0;
+    AudioTransform1_.trimStart(samples_, valueOf(context_.panel.ledTrim), k);
+    AudioTransform1_.trimEnd(samples_, valueOf(context_.panel.ledTrim), k);
+}
+
+void ProcessingChain::stage(const std::function<void()> &operation) {
+    StartOperation();
+    operation();
+    EndOperation();
+}
+
+void ProcessingChain::StartOperation() {
+    openTake();
+    AudioTransform1_.setEnabled(false);
+    stageOutput_ = takeFile(context_.programFolder, QStringLiteral("\\temp2\\"), QFileInfo(take_).completeBaseName(),
+                            QStringLiteral(".wav"));
+    createOutput();
+    readTake();
+    AudioTransform1_.setEnabled(true);
+}
+
+void ProcessingChain::openTake() {
+    AudioFile2_->open(take_);
+    if (AudioFile2_->errorState() >= 0 && AudioFile2_->channels() == 1) {
+        return;
+    }
+    if (!context_.platform.files.fileExists(take_)) {
+        throw FatalError(RuntimeError(ErrorNumber::FileNotFound, take_));
+    }
+    throw RuntimeError(ErrorNumber::DeviceError, take_);
+}
+
+void ProcessingChain::createOutput() {
+    // An earlier run was broken off where this file was all there was of a take.
+    if (context_.platform.files.fileExists(stageOutput_)) {
+        context_.recovery.keep(stageOutput_);
+    }
+    outputIsPartial_ = true;
+    try {
+        AudioFile3_->create(stageOutput_, AudioFile2_->sampleRate());
+    } catch (const RuntimeError &error) {
+        if (error.number() == ErrorNumber::DiskFull) {
+            throw;
+        }
+        throw FatalError(error);
+    }
+}
+
+void ProcessingChain::readTake() {
+    samples_.clear();
+    samples_.reserve(static_cast<std::size_t>(AudioFile2_->frames()));
+    for (QByteArray block = AudioFile2_->readBlock(); !block.isEmpty(); block = AudioFile2_->readBlock()) {
+        const std::size_t before = samples_.size();
+        samples_.resize(before + static_cast<std::size_t>(block.size()) / sizeof(std::int16_t));
+        std::memcpy(samples_.data() + before, block.constData(), static_cast<std::size_t>(block.size()));
+    }
+    if (static_cast<std::int64_t>(samples_.size()) < AudioFile2_->frames()) {
+        throw RuntimeError(ErrorNumber::DeviceError, take_);
+    }
+}
+
+void ProcessingChain::EndOperation() {
+    AudioTransform1_.setEnabled(false);
+    AudioFile3_->write(samples_);
+    AudioFile2_->close();
+    AudioFile3_->close();
+    outputIsPartial_ = false;
+    // The stage's output is safe on the disk: it may take the take's place.
+    fatally([&] {
+        context_.platform.files.remove(take_);
+        context_.platform.files.copy(stageOutput_, take_);
+        context_.platform.files.remove(stageOutput_);
+    });
+}
+
+void ProcessingChain::abandonStage() {
+    AudioTransform1_.setEnabled(false);
+    AudioFile2_->close();
+    ignoringErrors([&] { AudioFile3_->close(); });
+}
+
+void ProcessingChain::dropOutput() {
+    if (std::exchange(outputIsPartial_, false)) {
+        ignoringErrors([&] { context_.platform.files.remove(stageOutput_); });
+    }
+}
+
+} // namespace orvel

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "dsp/audio_transform.h"
+#include "platform/audio_file.h"
+#include "platform/platform.h"
+#include "production/processor_panel.h"
+#include "shell/recovery.h"
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+#include <vector>
+
+namespace orvel {
+
+/// What processing a take needs of the rest of the program; all of it outlives the chain.
+struct ProcessingContext {
+    Platform &platform;
+    const QString &programFolder;
+    const ProcessorPanel &panel;
+    Recovery &recovery;
+    /// Shows lblProcess and lets the window repaint, or hides it.
+    std::function<void(bool visible)> showProcess;
+    /// One sentence for the status line.
+    std::function<void(const QString &sentence)> tell;
+};
+
+/// The studio stages between the end of a recording and its encoding. Each one that is on rewrites the take's file
+/// through "\temp2\".
+class ProcessingChain {
+  public:
+    explicit ProcessingChain(ProcessingContext context);
+
+    /// Runs the stages that are on, always in the order gain, normalisation, compressor, reverb, trim. The window is
+    /// blocked until it returns. Throws FatalError where a folder or a file is missing or a file cannot be deleted or
+    /// copied. When the take's sound cannot be read, or a stage's cannot be written, the take stays as it was before
+    /// that stage and the status line tells it. In every case the take is complete in "\temp\" or in "\temp2\"; what
+    /// is left in the latter goes to recovery before the name is used again.
+    void AudioProcessing(const QString &wavPath);
+
+  private:
+    void runStages();
+    void reverb();
+    void trim();
+    void StartOperation();
+    void EndOperation();
+    void stage(const std::function<void()> &operation);
+    void openTake();
+    void createOutput();
+    void readTake();
+    void abandonStage();
+    void dropOutput();
+
+    ProcessingContext context_;
+    std::unique_ptr<AudioFileReader> AudioFile2_;
+    std::unique_ptr<WavFileWriter> AudioFile3_;
+    AudioTransform AudioTransform1_;
+    std::vector<std::int16_t> samples_; ///< the whole take, reused by every stage
+    QString take_;
+    QString stageOutput_;
+    bool outputIsPartial_ = false; ///< nothing but a part of what the take still has
+};
+
+} // namespace orvel

@@ -1,0 +1,370 @@
+#include "dsp/compress.h"
+#include "dsp/gain.h"
+#include "dsp/normalise.h"
+#include "dsp/reverb.h"
+#include "dsp/trim.h"
+#include "platform/fake/fake_audio_files.h"
+#include "platform/fake/fake_joystick.h"
+#include "platform/fake/fake_prompts.h"
+#include "platform/fake/fake_report_viewer.h"
+#include "platform/fake/fake_sound_card.h"
+#include "platform/fake/faulty_file_system.h"
+#include "platform/fake/manual_timers.h"
+#include "platform/jet/jet_engine.h"
+#include "platform/lame/system_audio_files.h"
+#include "platform/qt/disk_file_system.h"
+#include "platform/runtime_error.h"
+#include "production/processing_chain.h"
+
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <cmath>
+#include <gtest/gtest.h>
+#include <numbers>
+
+namespace orvel {
+
+namespace {
+
+using Samples = std::vector<std::int16_t>;
+
+/// Half a second of silence, a tone that swells, silence.
+Samples makeTake() {
+    Samples samples(66150);
+    for (std::size_t i = 0; i < 44100; ++i) {
+        const auto t = static_cast<double>(i) / 44100;
+        samples[11025 + i] = static_cast<std::int16_t>(
+            std::lrint(12000 * std::sin(std::numbers::pi * t) * std::sin(2 * std::numbers::pi * 300 * t)));
+    }
+    return samples;
+}
+
+/// A file system that writes down what is deleted and copied.
+class LoggedFileSystem : public FaultyFileSystem {
+  public:
+    using FaultyFileSystem::FaultyFileSystem;
+    bool copy(const QString &source, const QString &target, const Progress &progress) override {
+        log << QStringLiteral("copy ") + last(source) + u' ' + last(target);
+        return FaultyFileSystem::copy(source, target, progress);
+    }
+    void remove(const QString &path) override {
+        log << QStringLiteral("remove ") + last(path);
+        FaultyFileSystem::remove(path);
+    }
+    QStringList log;
+
+  private:
+    static QString last(const QString &path) { return path.section(u'/', -2); }
+};
+
+class Processing : public testing::Test {
+  protected:
+    Processing() {
+        for (const char *name : {"temp", "temp2"}) {
+            QDir(folder.path()).mkdir(QString::fromLatin1(name));
+        }
+        writeTake(makeTake());
+    }
+
+    [[nodiscard]] QString path(const char *relative) const { return folder.filePath(QString::fromLatin1(relative)); }
+    [[nodiscard]] QStringList filesIn(const char *relative) const {
+        return QDir(path(relative)).entryList(QDir::Files | QDir::Hidden);
+    }
+
+    void writeTake(const Samples &samples, int sampleRate = 44100) {
+        const auto writer = realAudioFiles.wavWriter();
+        writer->create(takePath, sampleRate);
+        writer->write(samples);
+        writer->close();
+    }
+
+    Samples read(const QString &wav) {
+        const auto reader = realAudioFiles.reader();
+        reader->open(wav);
+        EXPECT_GE(reader->errorState(), 0) << wav.toStdString();
+        EXPECT_EQ(reader->channels(), 1);
+        rate = reader->sampleRate();
+        Samples samples;
+        for (QByteArray block = reader->readBlock(); !block.isEmpty(); block = reader->readBlock()) {
+            const auto *first = reinterpret_cast<const std::int16_t *>(block.constData());
+            samples.insert(samples.end(), first, first + block.size() / 2);
+        }
+        return samples;
+    }
+
+    /// Every stage with settings that change the take.
+    void switchEverythingOn() {
+        for (QCheckBox *check : {panel.chkAmp, panel.chkNorm, panel.chkComp, panel.chkReverb, panel.chkTrim}) {
+            check->setChecked(true);
+        }
+        panel.ledAmp->setValue(3);
+        panel.ledNorm->setValue(80);
+        panel.ledCompTreshold->setValue(-20);
+        panel.ledCompRate->setValue(50);
+        panel.ledRevDelay->setValue(30);
+        panel.ledRevDepth->setValue(20);
+        panel.ledRevDecay->setValue(10);
+        panel.ledRevRate->setValue(20);
+        panel.ledTrim->setValue(-40);
+    }
+
+    Samples processed() {
+        chain.AudioProcessing(takePath);
+        return read(takePath);
+    }
+
+    /// A failure that ends the program, with this number.
+    void expectFatal(ErrorNumber number) {
+        try {
+            chain.AudioProcessing(takePath);
+            ADD_FAILURE() << "nothing was thrown";
+        } catch (const FatalError &error) {
+            EXPECT_EQ(error.number(), number);
+        } catch (const RuntimeError &error) {
+            ADD_FAILURE() << "not fatal: " << error.report().toStdString();
+        }
+        EXPECT_EQ(shown, (QList<bool>{true, false}));
+    }
+
+    QTemporaryDir folder;
+    QString programFolder = folder.path();
+    QString takePath = folder.filePath(QStringLiteral("temp/voice.wav"));
+    DiskFileSystem disk;
+    LoggedFileSystem files{disk};
+    FakePrompts prompts;
+    ManualTimers timers;
+    FakeSoundCard sound;
+    FakeJoystick joystick;
+    FakeReportViewer report;
+    JetEngine databases;
+    SystemAudioFiles realAudioFiles;
+    FakeAudioFiles audioFiles{realAudioFiles};
+    Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
+    Recovery recovery{files, programFolder};
+    ProcessorPanel panel;
+    QList<bool> shown;
+    QStringList told;
+    int rate = 0;
+    ProcessingChain chain{{platform, programFolder, panel, recovery, [this](bool visible) { shown << visible; },
+                           [this](const QString &sentence) { told << sentence; }}};
+};
+
+} // namespace
+
+TEST_F(Processing, WithEveryStageOffTheTakeIsOnlyOpenedAndClosed) {
+    const QByteArray before = disk.read(takePath);
+    chain.AudioProcessing(takePath);
+    EXPECT_EQ(disk.read(takePath), before);
+    EXPECT_EQ(audioFiles.opened, QStringList{takePath});
+    EXPECT_EQ(audioFiles.closedReaders, 1);
+    EXPECT_TRUE(audioFiles.created.isEmpty());
+    EXPECT_TRUE(files.log.isEmpty());
+    EXPECT_EQ(shown, (QList<bool>{true, false}));
+}
+
+TEST_F(Processing, TheStagesRunInTheirFixedOrder) {
+    switchEverythingOn();
+    Dither dither;
+    Samples expected = makeTake();
+    amplify(expected, decibelsToFactor(3), dither);
+    normalise(expected, 80, dither);
+    compress(expected, {-20, 50, 0}, 44100, dither);
+    reverb(expected, {30, 20, 10, 20}, 44100, dither);
+    std::int32_t k = 0;
+    trimStart(expected, -40, 44100, dither, k);
+    trimEnd(expected, -40, 44100, dither, k);
+    EXPECT_EQ(processed(), expected);
+    EXPECT_EQ(rate, 44100);
+}
+
+TEST_F(Processing, EveryStageGoesThroughTheDisk) {
+    panel.chkAmp->setChecked(true);
+    panel.ledAmp->setValue(6);
+    panel.chkNorm->setChecked(true);
+    panel.ledNorm->setValue(50);
+    chain.AudioProcessing(takePath);
+    const QString output = path("temp2/voice.wav");
+    EXPECT_EQ(audioFiles.created, (QStringList{output, output}));
+    EXPECT_EQ(audioFiles.opened.size(), 3);
+    EXPECT_EQ(audioFiles.closedReaders, 3);
+    const QStringList stage = {QStringLiteral("remove temp/voice.wav"),
+                               QStringLiteral("copy temp2/voice.wav temp/voice.wav"),
+                               QStringLiteral("remove temp2/voice.wav")};
+    EXPECT_EQ(files.log, stage + stage);
+    EXPECT_TRUE(filesIn("temp2").isEmpty());
+    EXPECT_EQ(filesIn("temp"), QStringList{QStringLiteral("voice.wav")});
+}
+
+TEST_F(Processing, NormalisationWorksOnTheAmplifiedTake) {
+    // 12000 and 15 dB is far past full scale: what is normalised afterwards has lost its crests.
+    panel.chkAmp->setChecked(true);
+    panel.ledAmp->setValue(15);
+    panel.chkNorm->setChecked(true);
+    panel.ledNorm->setValue(50);
+    const Samples take = processed();
+    const auto crests = std::count_if(take.begin(), take.end(), [](int sample) { return std::abs(sample) > 16380; });
+    EXPECT_GT(crests, 5000);
+    EXPECT_NEAR(*std::max_element(take.begin(), take.end()), 16384, 2);
+}
+
+TEST_F(Processing, TheRmsTimeMakesNoDifference) {
+    panel.chkComp->setChecked(true);
+    panel.ledCompTreshold->setValue(-30);
+    panel.ledCompRate->setValue(60);
+    panel.ledCompRMS->setValue(0);
+    const Samples without = processed();
+    EXPECT_NE(without, makeTake());
+    writeTake(makeTake());
+    panel.ledCompRMS->setValue(500);
+    ProcessingChain again({platform, programFolder, panel, recovery, [](bool) {}, [](const QString &) {}});
+    again.AudioProcessing(takePath);
+    EXPECT_EQ(read(takePath), without);
+}
+
+TEST_F(Processing, TheTrimAttackMakesNoDifference) {
+    panel.chkTrim->setChecked(true);
+    panel.ledTrim->setValue(-40);
+    panel.ledAttack->setValue(0);
+    const Samples without = processed();
+    EXPECT_LT(without.size(), makeTake().size() - 20000);
+    writeTake(makeTake());
+    panel.ledAttack->setValue(1000);
+    ProcessingChain again({platform, programFolder, panel, recovery, [](bool) {}, [](const QString &) {}});
+    again.AudioProcessing(takePath);
+    EXPECT_EQ(read(takePath), without);
+}
+
+TEST_F(Processing, TheReverbLengthensTheTake) {
+    panel.chkReverb->setChecked(true);
+    panel.ledRevDelay->setValue(100);
+    panel.ledRevDepth->setValue(30);
+    panel.ledRevDecay->setValue(10);
+    panel.ledRevRate->setValue(1);
+    EXPECT_EQ(processed().size(), makeTake().size() + 4410 + 13230);
+}
+
+TEST_F(Processing, TheTakesOwnSampleRateIsKept) {
+    writeTake(makeTake(), 22050);
+    switchEverythingOn();
+    processed();
+    EXPECT_EQ(rate, 22050);
+}
+
+TEST_F(Processing, AnEmptyTakePassesEveryStage) {
+    writeTake({});
+    switchEverythingOn();
+    EXPECT_TRUE(processed().empty());
+    EXPECT_TRUE(told.isEmpty());
+}
+
+TEST_F(Processing, AMissingFolderEndsTheProgramAndTheTakeStays) {
+    switchEverythingOn();
+    QDir(path("temp2")).removeRecursively();
+    expectFatal(ErrorNumber::PathNotFound);
+    EXPECT_EQ(read(takePath), makeTake());
+}
+
+TEST_F(Processing, AMissingTakeEndsTheProgram) {
+    switchEverythingOn();
+    disk.remove(takePath);
+    expectFatal(ErrorNumber::FileNotFound);
+}
+
+TEST_F(Processing, AFailingDeleteEndsTheProgramAndTheTakeStays) {
+    switchEverythingOn();
+    files.fail(FaultyFileSystem::Operation::Remove, QStringLiteral("temp/"), ErrorNumber::PermissionDenied);
+    expectFatal(ErrorNumber::PermissionDenied);
+    EXPECT_EQ(read(takePath), makeTake());
+}
+
+TEST_F(Processing, AFailingDeleteOfTheStageOutputEndsTheProgramAfterTheStage) {
+    switchEverythingOn();
+    files.fail(FaultyFileSystem::Operation::Remove, QStringLiteral("temp2/"), ErrorNumber::PermissionDenied);
+    expectFatal(ErrorNumber::PermissionDenied);
+    EXPECT_EQ(read(takePath).size(), makeTake().size());
+}
+
+TEST_F(Processing, AFailingCopyEndsTheProgramAndTheStageOutputKeepsTheTake) {
+    panel.chkAmp->setChecked(true);
+    panel.ledAmp->setValue(0);
+    files.fail(FaultyFileSystem::Operation::Copy, QStringLiteral("temp/"), ErrorNumber::DiskFull);
+    expectFatal(ErrorNumber::DiskFull);
+    EXPECT_FALSE(disk.fileExists(takePath));
+    EXPECT_EQ(read(path("temp2/voice.wav")), makeTake());
+}
+
+TEST_F(Processing, WhatABrokenRunLeftIsKeptBeforeItsNameIsUsedAgain) {
+    const Samples left(1000, 77);
+    disk.copy(takePath, path("temp/other.wav"), {});
+    writeTake(left);
+    disk.move(takePath, path("temp2/voice.wav"));
+    disk.move(path("temp/other.wav"), takePath);
+    switchEverythingOn();
+    processed();
+    const QStringList kept = filesIn("herstel");
+    ASSERT_EQ(kept.size(), 1);
+    EXPECT_EQ(read(path("herstel/") + kept.first()), left);
+}
+
+TEST_F(Processing, WhatCannotBeKeptIsNotThrownAway) {
+    disk.copy(takePath, path("temp2/voice.wav"), {});
+    switchEverythingOn();
+    files.fail(FaultyFileSystem::Operation::Move, QStringLiteral("herstel"), ErrorNumber::PermissionDenied);
+    chain.AudioProcessing(takePath);
+    EXPECT_EQ(read(path("temp2/voice.wav")), makeTake());
+    EXPECT_EQ(read(takePath), makeTake());
+    EXPECT_EQ(told.size(), 1);
+}
+
+TEST_F(Processing, ADiskThatIsFullLeavesTheTakeAsItWasBeforeThatStage) {
+    switchEverythingOn();
+    const auto expectUntouched = [&](const char *fault) {
+        SCOPED_TRACE(fault);
+        told.clear();
+        chain.AudioProcessing(takePath);
+        EXPECT_EQ(read(takePath), makeTake());
+        EXPECT_TRUE(filesIn("temp2").isEmpty());
+        EXPECT_EQ(told.size(), 1);
+        audioFiles.faults = {};
+    };
+    audioFiles.faults.create = true;
+    expectUntouched("create");
+    audioFiles.faults.write = 0;
+    expectUntouched("write");
+    audioFiles.faults.closeFull = true;
+    expectUntouched("close");
+    audioFiles.faults.readBlock = 3;
+    expectUntouched("read");
+}
+
+TEST_F(Processing, ATakeThatCannotBeReadStaysAsItIs) {
+    const QByteArray garbage("no sound at all");
+    disk.write(takePath, garbage);
+    switchEverythingOn();
+    chain.AudioProcessing(takePath);
+    EXPECT_EQ(disk.read(takePath), garbage);
+    EXPECT_EQ(told.size(), 1);
+    EXPECT_TRUE(filesIn("temp2").isEmpty());
+}
+
+TEST_F(Processing, GoesOnAfterAFailure) {
+    switchEverythingOn();
+    audioFiles.faults.readBlock = 3;
+    chain.AudioProcessing(takePath);
+    audioFiles.faults = {};
+    EXPECT_NE(processed(), makeTake());
+    EXPECT_EQ(told.size(), 1);
+}
+
+TEST_F(Processing, ANameWithDotsKeepsThem) {
+    const QString dotted = path("temp/a.b.wav");
+    disk.move(takePath, dotted);
+    panel.chkAmp->setChecked(true);
+    panel.ledAmp->setValue(3);
+    chain.AudioProcessing(dotted);
+    EXPECT_EQ(audioFiles.created, QStringList{path("temp2/a.b.wav")});
+    EXPECT_EQ(filesIn("temp"), QStringList{QStringLiteral("a.b.wav")});
+}
+
+} // namespace orvel
