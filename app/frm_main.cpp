@@ -5,6 +5,7 @@
 #include "platform/joystick.h"
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
+#include "playlist/printing.h"
 #include "production/transcode.h"
 #include "recording/player_settings.h"
 #include "shell/ignore_errors.h"
@@ -180,7 +181,7 @@ void frmMain::readCommandLine() {
 void frmMain::tlbMain_ButtonClick(int index) {
     switch (index) {
     case 1:
-        notYetAvailable();
+        Printing(platform_, programFolder_, step, datList).Printen(this);
         break;
     case 2:
         showImport();

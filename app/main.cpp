@@ -6,8 +6,8 @@
 #include "platform/pulse/pulse_sound_card.h"
 #include "platform/qt/disk_file_system.h"
 #include "platform/qt/qt_prompts.h"
+#include "platform/qt/qt_report_viewer.h"
 #include "platform/qt/qt_timers.h"
-#include "platform/report.h"
 #include "platform/sdl/sdl_joystick.h"
 #include "shell/paths.h"
 #include "widgets/theme.h"
@@ -33,10 +33,6 @@ void speakDutch(QApplication &application) {
     }
 }
 
-class NoReportViewer : public ReportViewer {
-    void preview(QWidget *, const QString &, const QString &) override {}
-};
-
 int Main(OrvelApplication &application) {
     DiskFileSystem files;
     QtPrompts prompts;
@@ -45,7 +41,7 @@ int Main(OrvelApplication &application) {
     SystemAudioFiles audioFiles;
     PulseSoundCard sound;
     SdlJoystick joystick;
-    NoReportViewer report;
+    QtReportViewer report;
     Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
     application.setPrompts(prompts);
 

@@ -1,0 +1,101 @@
+#include "playlist/printing.h"
+
+#include "platform/file_system.h"
+#include "platform/report.h"
+#include "platform/report_template.h"
+#include "playlist/field_values.h"
+#include "playlist/step_types.h"
+#include "shell/paths.h"
+
+#include <QDateTime>
+#include <QFileInfo>
+#include <QLocale>
+
+namespace orvel {
+
+namespace {
+
+constexpr int secondsPerMinute = 60;
+
+QString shown(const QVariant &value) {
+    if (value.isNull()) {
+        return {};
+    }
+    // A time of day is stored as a moment on the database's day zero.
+    return value.typeId() == QMetaType::QDateTime ? value.toDateTime().toString(QStringLiteral("HH:mm"))
+                                                  : value.toString();
+}
+
+QString minutesAndSeconds(int seconds) {
+    return QStringLiteral("%1:%2").arg(seconds / secondsPerMinute).arg(seconds % secondsPerMinute, 2, 10, QChar(u'0'));
+}
+
+/// Nothing for a step without a length of talk-over.
+QString talkOver(const QVariant &milliseconds) {
+    const int value = milliseconds.toInt();
+    return value == 0 ? QString() : secondsOneDecimal(value);
+}
+
+int lengthOf(const RecordSet &steps) {
+    return steps.field(QStringLiteral("LengteMin")).toInt() * secondsPerMinute +
+           steps.field(QStringLiteral("LengteSec")).toInt();
+}
+
+QVariantMap stepValues(const RecordSet &steps) {
+    QVariantMap step;
+    for (int column = 0; column < steps.fieldCount(); ++column) {
+        step.insert(steps.fieldName(column).toLower(), shown(steps.field(column)));
+    }
+    const QString track = step.value(QStringLiteral("atrack")).toString();
+    step.insert(QStringLiteral("number"), step.value(QStringLiteral("stap")));
+    step.insert(QStringLiteral("time"), step.value(QStringLiteral("tijd")));
+    step.insert(QStringLiteral("performer"), step.value(QStringLiteral("artiest")));
+    step.insert(QStringLiteral("title"), step.value(QStringLiteral("titel")));
+    step.insert(QStringLiteral("length"), minutesAndSeconds(lengthOf(steps)));
+    step.insert(QStringLiteral("intro"), talkOver(steps.field(QStringLiteral("Intro"))));
+    step.insert(QStringLiteral("outro"), talkOver(steps.field(QStringLiteral("Outtro"))));
+    step.insert(QStringLiteral("voicetrack"), track == QStringLiteral("NONE") ? QString() : track);
+    step.insert(QStringLiteral("presentation"), steps.field(QStringLiteral("type")).toInt() == PresStep);
+    step.insert(QStringLiteral("finished"), steps.field(QStringLiteral("Imported")).toBool());
+    return step;
+}
+
+} // namespace
+
+QVariantMap Printing::values() const {
+    const auto steps =
+        platform_.databases.open(playlist_.fullPath())->query(QStringLiteral("SELECT * FROM Steps ORDER BY [Stap]"));
+    QVariantList rows;
+    int length = 0;
+    int slots_ = 0;
+    int done = 0;
+    for (int row = 0; row < steps->recordCount(); ++row) {
+        steps->moveTo(row);
+        const QVariantMap step = stepValues(*steps);
+        const bool isSlot = step.value(QStringLiteral("presentation")).toBool();
+        length += lengthOf(*steps);
+        slots_ += isSlot ? 1 : 0;
+        done += isSlot && step.value(QStringLiteral("finished")).toBool() ? 1 : 0;
+        rows.append(step);
+    }
+    const QLocale dutch(QLocale::Dutch);
+    return {{QStringLiteral("playlist"), QFileInfo(playlist_.fileName()).completeBaseName()},
+            {QStringLiteral("date"), dutch.toString(QDate::currentDate(), QStringLiteral("d MMMM yyyy"))},
+            {QStringLiteral("steps"), rows},
+            {QStringLiteral("count"), QString::number(rows.size())},
+            {QStringLiteral("slots"), QString::number(slots_)},
+            {QStringLiteral("done"), QString::number(done)},
+            {QStringLiteral("length"), minutesAndSeconds(length)}};
+}
+
+void Printing::Printen(QWidget *owner) const {
+    if (step_.VoiceTrackName.isEmpty()) {
+        return;
+    }
+    const QString path = joined(programFolder_, QStringLiteral("\\rep\\play0.rpt"));
+    const QByteArray reportTemplate = platform_.files.read(path);
+    platform_.report.preview(owner, QStringLiteral("Playlist ") + playlist_.fileName(),
+                             fillTemplate(reportTemplate, values(), path));
+}
+
+} // namespace orvel

@@ -1,0 +1,35 @@
+#pragma once
+
+#include "platform/platform.h"
+#include "playlist/current_step.h"
+#include "playlist/playlist.h"
+
+#include <QVariantMap>
+
+class QWidget;
+
+namespace orvel {
+
+/// Prints the open playlist through the station's template "\rep\play0.rpt".
+class Printing {
+  public:
+    Printing(Platform &platform, const QString &programFolder, const CurrentStep &step, const Playlist &playlist)
+        : platform_(platform), programFolder_(programFolder), step_(step), playlist_(playlist) {}
+
+    /// Shows the running order in a print preview; nothing happens before a step was selected. Throws FileNotFound
+    /// (the template), InvalidProperty (the template's line) and what the database throws.
+    void Printen(QWidget *owner) const;
+
+    /// What the template may use. Of the playlist: playlist, date, count, slots, done, length, steps. Of each step:
+    /// number, time, performer, title, length (m:ss), intro and outro (seconds), voicetrack, presentation, finished,
+    /// and every field under its own name in lower case. Without a value: blank.
+    [[nodiscard]] QVariantMap values() const;
+
+  private:
+    Platform &platform_;
+    const QString &programFolder_;
+    const CurrentStep &step_;
+    const Playlist &playlist_;
+};
+
+} // namespace orvel
