@@ -49,9 +49,9 @@ void frmMain::makePanels() {
     completion_ =
         std::make_unique<Completion>(platform_.files, platform_.prompts, settings, datList, *gridPanel, *filePanel);
     const auto tellIt = [this](const QString &sentence) { tell(sentence); };
-    recorderPanel = new RecorderPanel(
-        {platform_, settings, programFolder_, step, *gridPanel, *stepPanel, recovery, [](const QString &) {}, tellIt},
-        this);
+    recorderPanel = new RecorderPanel({platform_, settings, programFolder_, step, *gridPanel, *stepPanel, recovery,
+                                       [this](const QString &take) { chain_->AudioProcessing(take); }, tellIt},
+                                      this);
     savePanel = new SavePanel({platform_, settings, programFolder_, step, *gridPanel, *completion_, recovery, tellIt,
                                [this](bool busy) { setBusy(busy); }, [this] { playbackPanel->interrupt(); },
                                [this] { showStations(); }},
@@ -62,6 +62,9 @@ void frmMain::makePanels() {
     cardPanel = new CardPanel(platform_, tellIt, this);
     meterPanel = new MeterPanel(this);
     processorPanel = new ProcessorPanel(this);
+    chain_ = std::make_unique<ProcessingChain>(ProcessingContext{
+        platform_, programFolder_, *processorPanel, recovery, [this](bool visible) { showProcess(visible); }, tellIt});
+    connect(cardPanel, &CardPanel::advancedWanted, this, &frmMain::showAdvanced);
     // Listening ends first: it enables what the count-down disables.
     connect(recorderPanel, &RecorderPanel::takeReady, playbackPanel, &PlaybackPanel::interrupt);
     connect(recorderPanel, &RecorderPanel::takeReady, playbackPanel->cmdPlay, &QWidget::setEnabled);

@@ -9,7 +9,9 @@
 #include "playlist/frm_export.h"
 #include "playlist/frm_import.h"
 #include "playlist/grid_panel.h"
+#include "production/frm_adv.h"
 #include "production/frm_station.h"
+#include "production/processing_chain.h"
 #include "production/processor_panel.h"
 #include "production/save_panel.h"
 #include "recording/card_panel.h"
@@ -101,6 +103,8 @@ class frmMain : public QMainWindow {
     frmSetup &setup();
     [[nodiscard]] TransferContext transferContext();
     void showPreview();
+    void showAdvanced();
+    void showProcess(bool visible) const;
     void enableOthers(bool idle) const;
     void notYetAvailable();
     void tell(const QString &sentence) const;
@@ -113,6 +117,8 @@ class frmMain : public QMainWindow {
     DriveMap drives_;
     std::unique_ptr<Timer> tmrJoystick_;
     std::unique_ptr<frmSplash> about_;
+    std::unique_ptr<ProcessingChain> chain_;
+    std::unique_ptr<frmAdv> adv_;
     std::unique_ptr<frmPreview> preview_;
     std::unique_ptr<frmImport> import_;
     std::unique_ptr<frmExport> export_;

@@ -1,5 +1,6 @@
 // The windows that open from the main window; each is made on first use and kept.
 #include "app/frm_main.h"
+#include "platform/audio.h"
 
 namespace orvel {
 
@@ -53,17 +54,17 @@ void frmMain::showSetup() {
 }
 
 void frmMain::showStations() {
-    if (!station_ || !station_->isVisible()) {
-        station_ = new frmStation(
-            platform_, programFolder_,
-            [this](const QString &code) {
-                savePanel->StationCode = code;
-                return savePanel->ExternalSave();
-            },
-            this);
-        station_->setAttribute(Qt::WA_DeleteOnClose);
+    frmStation *chooser = station_;
+    if (chooser == nullptr || !chooser->isVisible()) {
+        const auto save = [this](const QString &code) {
+            savePanel->StationCode = code;
+            return savePanel->ExternalSave();
+        };
+        chooser = new frmStation(platform_, programFolder_, save, this);
+        chooser->setAttribute(Qt::WA_DeleteOnClose);
+        station_ = chooser;
     }
-    bringUp(*station_);
+    bringUp(*chooser);
 }
 
 void frmMain::showSplash() {
@@ -80,6 +81,20 @@ void frmMain::showPreview() {
     }
     preview_->Form_Load();
     preview_->open();
+}
+
+void frmMain::showAdvanced() {
+    if (!adv_) {
+        adv_ = std::make_unique<frmAdv>(platform_.sound.audioRecord(), this);
+    }
+    adv_->Form_Load();
+    adv_->open();
+}
+
+void frmMain::showProcess(bool visible) const {
+    recorderPanel->lblProcess->setVisible(visible);
+    // The window does nothing else until the take is processed.
+    recorderPanel->repaint();
 }
 
 } // namespace orvel
