@@ -1,0 +1,191 @@
+// A ten-minute take through all five stages, file to file, beside ffmpeg (volume, acompressor, aecho, silenceremove)
+// and sox (gain, norm, compand, reverb, silence). All in one run, in turns, the best of each counts. A ratio of 1.00 is
+// as fast as the other program; below is faster. Then what stopping a minute's take costs with every stage on.
+//
+// Ours goes through the disk after every stage and syncs, which the others do not: run it in a memory disk (TMPDIR) to
+// compare the work, on a real disk to see what it waits for.
+
+#include "platform/fake/fake_joystick.h"
+#include "platform/fake/fake_prompts.h"
+#include "platform/fake/fake_report_viewer.h"
+#include "platform/fake/fake_sound_card.h"
+#include "platform/fake/manual_timers.h"
+#include "platform/jet/jet_engine.h"
+#include "platform/lame/system_audio_files.h"
+#include "platform/qt/disk_file_system.h"
+#include "production/processing_chain.h"
+
+#include <QApplication>
+#include <QDir>
+#include <QTemporaryDir>
+
+#include <algorithm>
+#include <chrono>
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <numbers>
+#include <sys/resource.h>
+#include <vector>
+
+namespace {
+
+using namespace orvel;
+using Clock = std::chrono::steady_clock;
+
+constexpr int kRate = 44100;
+constexpr int kRounds = 5;
+
+/// Syllables of a buzzing tone with breath between them, noise under it, half a second of silence around.
+std::vector<std::int16_t> makeTake(int seconds) {
+    std::vector<std::int16_t> samples(static_cast<std::size_t>(seconds) * kRate);
+    std::uint32_t random = 7;
+    double phase = 0;
+    for (std::size_t i = kRate / 2; i < samples.size() - kRate / 2; ++i) {
+        const double t = static_cast<double>(i) / kRate;
+        random = random * 1664525 + 1013904223;
+        const double noise = static_cast<double>(random >> 16U) / 32768 - 1;
+        const double syllable = std::max(0.0, std::sin(2 * std::numbers::pi * 4.1 * t));
+        phase += (110 + 30 * std::sin(2 * std::numbers::pi * 0.7 * t)) / kRate;
+        const double buzz = 2 * (phase - std::floor(phase)) - 1;
+        samples[i] =
+            static_cast<std::int16_t>(std::lrint(9000 * syllable * buzz + 1500 * noise * (1 - syllable) + 40 * noise));
+    }
+    return samples;
+}
+
+/// Seconds.
+struct Cost {
+    double wall = 1e9;
+    double processor = 1e9;
+};
+
+double processorTime(int who) {
+    rusage usage{};
+    getrusage(who, &usage);
+    const auto seconds = [](const timeval &t) {
+        return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6;
+    };
+    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
+}
+
+/// Keeps the best of all rounds.
+template <typename Action>
+void measure(Cost &best, int who, Action action) {
+    const double processor = processorTime(who);
+    const Clock::time_point before = Clock::now();
+    action();
+    best.wall = std::min(best.wall, std::chrono::duration<double>(Clock::now() - before).count());
+    best.processor = std::min(best.processor, processorTime(who) - processor);
+}
+
+void run(const QString &command) {
+    if (std::system(command.toLocal8Bit().constData()) != 0) {
+        std::printf("failed: %s\n", command.toLocal8Bit().constData());
+        std::exit(1);
+    }
+}
+
+/// A program folder with a chain that has everything on.
+class Station {
+  public:
+    explicit Station(const QString &folder) : folder_(folder) {
+        for (const char *name : {"temp", "temp2"}) {
+            QDir(folder_).mkdir(QString::fromLatin1(name));
+        }
+        for (QCheckBox *check : {panel_.chkAmp, panel_.chkNorm, panel_.chkComp, panel_.chkReverb, panel_.chkTrim}) {
+            check->setChecked(true);
+        }
+        panel_.ledAmp->setValue(3);
+        panel_.ledNorm->setValue(90);
+        panel_.ledCompTreshold->setValue(-24);
+        panel_.ledCompRate->setValue(60);
+        panel_.ledRevDelay->setValue(20);
+        panel_.ledRevDepth->setValue(15);
+        panel_.ledRevDecay->setValue(25);
+        panel_.ledRevRate->setValue(20);
+        panel_.ledTrim->setValue(-45);
+    }
+
+    [[nodiscard]] QString take() const { return folder_ + QStringLiteral("/temp/take.wav"); }
+
+    void write(const std::vector<std::int16_t> &samples) {
+        const auto writer = audioFiles_.wavWriter();
+        writer->create(take(), kRate);
+        writer->write(samples);
+        writer->close();
+    }
+    void process() { chain_.AudioProcessing(take()); }
+
+  private:
+    QString folder_;
+    DiskFileSystem files_;
+    FakePrompts prompts_;
+    ManualTimers timers_;
+    FakeSoundCard sound_;
+    FakeJoystick joystick_;
+    FakeReportViewer report_;
+    JetEngine databases_;
+    SystemAudioFiles audioFiles_;
+    Platform platform_{sound_, audioFiles_, databases_, files_, prompts_, timers_, joystick_, report_};
+    Recovery recovery_{files_, folder_};
+    ProcessorPanel panel_;
+    ProcessingChain chain_{{platform_, folder_, panel_, recovery_, [](bool) {}, [](const QString &) {}}};
+};
+
+void printLine(const char *name, const Cost &cost, const Cost &ours) {
+    std::printf("  %-7s %6.2f s  processor %6.2f s  ratio %.2f (processor %.2f)\n", name, cost.wall, cost.processor,
+                ours.wall / cost.wall, ours.processor / cost.processor);
+}
+
+void compare(const QString &folder) {
+    Station station(folder);
+    const std::vector<std::int16_t> take = makeTake(600);
+    const QString raw = folder + QStringLiteral("/raw.wav");
+    station.write(take);
+    QFile::copy(station.take(), raw);
+    const QString ffmpeg =
+        QStringLiteral("ffmpeg -y -loglevel error -i '%1' -af 'volume=3dB,"
+                       "acompressor=threshold=0.063:ratio=2.5:attack=5:release=150,aecho=0.8:0.7:20|37|53:0.3|0.2|0.15,"
+                       "silenceremove=start_periods=1:start_threshold=-45dB:stop_periods=-1:stop_threshold=-45dB' '%2'")
+            .arg(raw, folder + QStringLiteral("/ffmpeg.wav"));
+    const QString sox = QStringLiteral("sox '%1' '%2' gain 3 norm -1 compand 0.005,0.15 -60,-60,-24,-24,0,-14 "
+                                       "reverb 30 silence 1 0.05 -45d reverse silence 1 0.05 -45d reverse")
+                            .arg(raw, folder + QStringLiteral("/sox.wav"));
+    Cost ours;
+    Cost theirs;
+    Cost soxCost;
+    for (int round = 0; round < kRounds; ++round) {
+        station.write(take);
+        measure(ours, RUSAGE_SELF, [&] { station.process(); });
+        measure(theirs, RUSAGE_CHILDREN, [&] { run(ffmpeg); });
+        measure(soxCost, RUSAGE_CHILDREN, [&] { run(sox); });
+    }
+    std::printf("ten minutes, five stages, file to file\n");
+    printLine("ours", ours, ours);
+    printLine("ffmpeg", theirs, ours);
+    printLine("sox", soxCost, ours);
+}
+
+void stopAMinute(const QString &folder) {
+    Station station(folder);
+    const std::vector<std::int16_t> take = makeTake(60);
+    Cost cost;
+    for (int round = 0; round < 2 * kRounds; ++round) {
+        station.write(take);
+        measure(cost, RUSAGE_SELF, [&] { station.process(); });
+    }
+    std::printf("one minute, five stages: %.0f ms, processor %.0f ms\n", cost.wall * 1000, cost.processor * 1000);
+}
+
+} // namespace
+
+int main(int argc, char **argv) {
+    qputenv("QT_QPA_PLATFORM", "offscreen");
+    const QApplication application(argc, argv);
+    const QTemporaryDir folder;
+    std::printf("in %s\n", folder.path().toLocal8Bit().constData());
+    stopAMinute(folder.path());
+    compare(folder.path());
+    return 0;
+}
