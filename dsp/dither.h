@@ -37,7 +37,7 @@ class Dither {
     }
 
   private:
-    static constexpr std::uint32_t lanes = 8;
+    static constexpr std::uint32_t lanes = 32;
 
     void add(std::span<float, blockSize> values);
 

@@ -137,13 +137,18 @@ void Room::balance() {
 }
 
 void Room::enter(RoomBlock &block) {
-    for (float &sample : block) {
-        low_ += lowCut_ * (sample - low_);
-        const float high = sample - low_;
-        sample = 0.25F * (high + lastButOne_) + 0.5F * last_;
-        lastButOne_ = last_;
-        last_ = high;
+    // What has no rumble, behind its last two samples of the block before.
+    std::array<float, roomBlock + 2> high{last_[0], last_[1]};
+    float low = low_;
+    for (std::size_t n = 0; n < roomBlock; ++n) {
+        low = lowCut_ * block[n] + (1 - lowCut_) * low;
+        high[n + 2] = block[n] - low;
     }
+    for (std::size_t n = 0; n < roomBlock; ++n) {
+        block[n] = 0.25F * (high[n] + high[n + 2]) + 0.5F * high[n + 1];
+    }
+    low_ = low;
+    last_ = {high[roomBlock], high[roomBlock + 1]};
 }
 
 void Room::diffuse(Diffuser &diffuser, RoomBlock &block) {
