@@ -71,7 +71,7 @@ void frmMain::makePanels() {
     connect(recorderPanel, &RecorderPanel::takeReady, savePanel->cmdSave, &QWidget::setEnabled);
     connect(recorderPanel, &RecorderPanel::levelChanged, meterPanel, &MeterPanel::setLevel);
     connect(playbackPanel, &PlaybackPanel::levelsChanged, meterPanel, &MeterPanel::setLevels);
-    connect(savePanel->cmdImport, &QPushButton::clicked, this, &frmMain::notYetAvailable);
+    connect(savePanel->cmdImport, &QPushButton::clicked, this, &frmMain::showConvert);
     connect(gridPanel, &GridPanel::previewWanted, this, &frmMain::showPreview);
 }
 
@@ -205,11 +205,6 @@ void frmMain::tlbMain_ButtonClick(int index) {
     default:
         break;
     }
-}
-
-void frmMain::notYetAvailable() {
-    platform_.prompts.message(tr("Dit onderdeel is in deze versie nog niet beschikbaar."), QStringLiteral("ORVEL"),
-                              MessageIcon::Information);
 }
 
 void frmMain::BewaarAudio() {

@@ -10,6 +10,7 @@
 #include "playlist/frm_import.h"
 #include "playlist/grid_panel.h"
 #include "production/frm_adv.h"
+#include "production/frm_convert.h"
 #include "production/frm_station.h"
 #include "production/processing_chain.h"
 #include "production/processor_panel.h"
@@ -104,9 +105,9 @@ class frmMain : public QMainWindow {
     [[nodiscard]] TransferContext transferContext();
     void showPreview();
     void showAdvanced();
+    void showConvert();
     void showProcess(bool visible) const;
     void enableOthers(bool idle) const;
-    void notYetAvailable();
     void tell(const QString &sentence) const;
     void setBusy(bool busy) const;
 
@@ -119,6 +120,7 @@ class frmMain : public QMainWindow {
     std::unique_ptr<frmSplash> about_;
     std::unique_ptr<ProcessingChain> chain_;
     std::unique_ptr<frmAdv> adv_;
+    std::unique_ptr<frmConvert> convert_;
     std::unique_ptr<frmPreview> preview_;
     std::unique_ptr<frmImport> import_;
     std::unique_ptr<frmExport> export_;

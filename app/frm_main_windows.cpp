@@ -91,6 +91,17 @@ void frmMain::showAdvanced() {
     adv_->open();
 }
 
+void frmMain::showConvert() {
+    if (!convert_) {
+        convert_ = std::make_unique<frmConvert>(ConvertContext{platform_, settings, programFolder_, step, datList,
+                                                               *gridPanel, *completion_,
+                                                               [this](const QString &sentence) { tell(sentence); }},
+                                                this);
+    }
+    convert_->Form_Load();
+    convert_->open();
+}
+
 void frmMain::showProcess(bool visible) const {
     recorderPanel->lblProcess->setVisible(visible);
     // The window does nothing else until the take is processed.

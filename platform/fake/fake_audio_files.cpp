@@ -11,7 +11,7 @@ class FaultyReader : public AudioFileReader {
         : owner_(owner), real_(std::move(real)) {}
 
     void open(const QString &path) override {
-        owner_.opened << path;
+        owner_.note(owner_.opened, path);
         path_ = path;
         block_ = 0;
         failed_ = owner_.faults.open;
@@ -52,8 +52,8 @@ class FaultyWriter : public AudioFileWriter {
     [[nodiscard]] Mp3Format format() const override { return real_->format(); }
     void setInput(int sampleRate, int channels) override { real_->setInput(sampleRate, channels); }
     void create(const QString &path) override {
-        owner_.created << path;
-        owner_.lastFormat = real_->format();
+        owner_.note(owner_.created, path);
+        owner_.noteFormat(real_->format());
         path_ = path;
         block_ = 0;
         failed_ = owner_.faults.create;
@@ -90,7 +90,7 @@ class FaultyWavWriter : public WavFileWriter {
         : owner_(owner), real_(std::move(real)) {}
 
     void create(const QString &path, int sampleRate) override {
-        owner_.created << path;
+        owner_.note(owner_.created, path);
         path_ = path;
         block_ = 0;
         if (owner_.faults.create) {

@@ -4,6 +4,9 @@
 
 #include <QStringList>
 
+#include <atomic>
+#include <mutex>
+
 namespace orvel {
 
 /// Readers and writers that work on real files through lent ones and fail where a test says. A failure is armed until
@@ -30,13 +33,25 @@ class FakeAudioFiles : public AudioFiles {
     /// Paths in the order of the calls, failed ones included.
     QStringList opened;
     QStringList created;
-    int closedReaders = 0;
-    int closedWriters = 0;
+    std::atomic<int> closedReaders{0};
+    std::atomic<int> closedWriters{0};
     /// Of the writer that was created last.
     Mp3Format lastFormat;
 
+    // For its readers and writers, which may be on threads of their own.
+
+    void note(QStringList &list, const QString &path) {
+        const std::lock_guard lock(mutex_);
+        list << path;
+    }
+    void noteFormat(const Mp3Format &format) {
+        const std::lock_guard lock(mutex_);
+        lastFormat = format;
+    }
+
   private:
     AudioFiles &real_;
+    std::mutex mutex_;
 };
 
 } // namespace orvel

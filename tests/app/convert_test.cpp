@@ -1,0 +1,303 @@
+// Voice tracks from ready-made sound files.
+#include "station.h"
+
+#include <QTimer>
+
+namespace orvel {
+
+namespace {
+
+const QString wrongCount = QStringLiteral("Aantal bestanden stemt niet overeen met aantal bestanden !");
+const QString errorTitle = QStringLiteral("Foutmelding");
+
+class Convert : public Station {
+  protected:
+    Convert() { QDir(folder.path()).mkdir(QStringLiteral("geluid")); }
+
+    /// A sound file of a tone with this frequency, to tell files apart; options: sox's, of the file.
+    void makeSound(const QString &name, int frequency, double seconds = 1.0, const QStringList &options = {}) {
+        QStringList arguments = {QStringLiteral("-n"), QStringLiteral("-r"), QStringLiteral("44100"),
+                                 QStringLiteral("-c"), QStringLiteral("1")};
+        if (!options.isEmpty()) {
+            arguments = QStringList{QStringLiteral("-n")} + options;
+        }
+        arguments << path(QStringLiteral("geluid/") + name) << QStringLiteral("synth") << QString::number(seconds)
+                  << QStringLiteral("sine") << QString::number(frequency) << QStringLiteral("vol")
+                  << QStringLiteral("0.5");
+        output(QStringLiteral("sox"), arguments);
+        ASSERT_TRUE(exists(QStringLiteral("geluid/") + name)) << name.toStdString();
+    }
+    void openConvert(const QString &fixture = QStringLiteral("access-2003.mdb"), const QString &settings = {}) {
+        configure(settings);
+        addPlaylist(fixture, QStringLiteral("lijst.mdb"));
+        ASSERT_TRUE(start());
+        open(QStringLiteral("lijst.mdb"));
+        for (int row = 0; row < window->datList.stepCount(); ++row) {
+            if (window->datList.value(row, TypeColumn).toInt() == PresStep) {
+                slots_ << row;
+                names << window->datList.value(row, AtrackColumn).toString();
+            }
+        }
+        ASSERT_FALSE(slots_.isEmpty());
+        select(slots_.first());
+        openWindow();
+    }
+    void openWindow() {
+        click(window->savePanel->cmdImport);
+        convert = window->findChild<frmConvert *>();
+        ASSERT_NE(convert, nullptr);
+        convert->browser->setFolder(path(QStringLiteral("geluid")));
+    }
+    void choose(const QString &name) {
+        const auto found = convert->browser->File1->findItems(name, Qt::MatchExactly);
+        ASSERT_EQ(found.size(), 1) << name.toStdString();
+        convert->browser->File1->setCurrentItem(found.first());
+    }
+    [[nodiscard]] QString track(int slot) const {
+        return QStringLiteral("ok/") + names.at(slot) + QStringLiteral(".mp3");
+    }
+    [[nodiscard]] QString probe(const QString &file) const {
+        return output(QStringLiteral("ffprobe"),
+                      {QStringLiteral("-v"), QStringLiteral("error"), QStringLiteral("-show_entries"),
+                       QStringLiteral("stream=codec_name,sample_rate,channels,bit_rate"), QStringLiteral("-of"),
+                       QStringLiteral("default=nw=1:nk=1"), path(file)})
+            .simplified();
+    }
+    /// The tone in a sound file, Hz.
+    [[nodiscard]] int tone(const QString &file) const {
+        QProcess process;
+        process.setProcessChannelMode(QProcess::MergedChannels);
+        process.start(QStringLiteral("sox"), {path(file), QStringLiteral("-n"), QStringLiteral("remix"),
+                                              QStringLiteral("1"), QStringLiteral("stat")});
+        process.waitForFinished();
+        const QStringList lines = QString::fromUtf8(process.readAll()).split(u'\n');
+        for (const QString &line : lines) {
+            if (line.startsWith(QStringLiteral("Rough   frequency:"))) {
+                return line.section(u':', 1).trimmed().toInt();
+            }
+        }
+        return -1;
+    }
+
+    QList<int> slots_;
+    QStringList names;
+    frmConvert *convert = nullptr;
+};
+
+} // namespace
+
+TEST_F(Convert, TheWindowIsModalAndListsSoundFilesInOneOrder) {
+    for (const char *name : {"b.wav", "C.mp3", "a.MP3", "d.WAV"}) {
+        disk.write(path(QStringLiteral("geluid/") + QString::fromLatin1(name)), "x");
+    }
+    disk.write(path(QStringLiteral("geluid/e.txt")), "x");
+    openConvert();
+    EXPECT_TRUE(convert->isModal());
+    EXPECT_EQ(convert->windowTitle(), QStringLiteral("Geluidsbestanden importeren"));
+    EXPECT_EQ(convert->browser->files().join(u' '), QStringLiteral("a.MP3 b.wav C.mp3 d.WAV"));
+    EXPECT_TRUE(convert->cmdBatch->isEnabled());
+    EXPECT_FALSE(convert->cmdSingle->isEnabled());
+    convert->browser->setFolder(folder.path() + QStringLiteral("/temp"));
+    EXPECT_FALSE(convert->cmdBatch->isEnabled());
+    EXPECT_FALSE(convert->cmdPlay->isEnabled());
+}
+
+TEST_F(Convert, AWavFileBecomesTheSelectedStepsVoiceTrack) {
+    makeSound(QStringLiteral("stem.wav"), 1000, 2.0);
+    openConvert(QStringLiteral("access-2003.mdb"), QStringLiteral("[Audio]\nBitRate=0"));
+    choose(QStringLiteral("stem.wav"));
+    click(convert->cmdSingle);
+    EXPECT_EQ(probe(track(0)), QStringLiteral("mp3 44100 2 128000"));
+    EXPECT_NEAR(tone(track(0)), 1000, 20);
+    EXPECT_TRUE(imported(slots_.first()));
+    EXPECT_EQ(filesIn(QStringLiteral("ok")).size(), 1);
+    EXPECT_EQ(window->gridPanel->currentRow(), window->datList.firstUnfinished());
+    EXPECT_EQ(convert->progressconvert->value(), 100);
+    EXPECT_TRUE(exists(QStringLiteral("geluid/stem.wav")));
+}
+
+TEST_F(Convert, WavFilesOfEveryKindAreConverted) {
+    openConvert();
+    const QList<QStringList> kinds = {
+        {QStringLiteral("-r"), QStringLiteral("48000"), QStringLiteral("-c"), QStringLiteral("2"), QStringLiteral("-b"),
+         QStringLiteral("24")},
+        {QStringLiteral("-r"), QStringLiteral("8000"), QStringLiteral("-c"), QStringLiteral("1"), QStringLiteral("-b"),
+         QStringLiteral("8")},
+        {QStringLiteral("-r"), QStringLiteral("96000"), QStringLiteral("-c"), QStringLiteral("6"), QStringLiteral("-e"),
+         QStringLiteral("floating-point"), QStringLiteral("-b"), QStringLiteral("32")},
+    };
+    for (const QStringList &kind : kinds) {
+        SCOPED_TRACE(kind.join(u' ').toStdString());
+        QFile::remove(path(QStringLiteral("geluid/stem.wav")));
+        makeSound(QStringLiteral("stem.wav"), 900, 1.5, kind);
+        convert->browser->refresh();
+        select(slots_.first());
+        choose(QStringLiteral("stem.wav"));
+        click(convert->cmdSingle);
+        EXPECT_EQ(probe(track(0)), QStringLiteral("mp3 44100 2 256000"));
+        EXPECT_NEAR(tone(track(0)), 900, 20);
+    }
+}
+
+TEST_F(Convert, AnMp3FileIsCopiedAsItIsAndOverwrites) {
+    const QByteArray music = [] {
+        QFile file(QStringLiteral(ORVEL_SOURCE_DIR "/samples/station/audio/jingles/001.mp3"));
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        return file.readAll();
+    }();
+    disk.write(path(QStringLiteral("geluid/klaar.mp3")), music);
+    openConvert();
+    disk.write(path(track(0)), "oud");
+    choose(QStringLiteral("klaar.mp3"));
+    click(convert->cmdSingle);
+    EXPECT_EQ(content(track(0)), music);
+}
+
+TEST_F(Convert, WithoutAStepASingleImportIsRefused) {
+    makeSound(QStringLiteral("stem.wav"), 1000);
+    openConvert();
+    choose(QStringLiteral("stem.wav"));
+    window->step.StepSelected = false;
+    prompts.expectMessage(QStringLiteral("Geen Presentatie gekozen in playlist"), errorTitle, MessageIcon::Exclamation);
+    click(convert->cmdSingle);
+    EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
+}
+
+TEST_F(Convert, ABatchFillsThePresentationsInOrder) {
+    openConvert(QStringLiteral("steps-150.mdb"));
+    const auto count = static_cast<int>(slots_.size());
+    for (int slot = 0; slot < count; ++slot) {
+        makeSound(QStringLiteral("%1.wav").arg(slot, 3, 10, QChar(u'0')), 400 + 30 * slot, 0.6);
+    }
+    convert->browser->refresh();
+    for (int row = 0; row < window->datList.stepCount(); ++row) {
+        if (!slots_.contains(row)) {
+            window->gridPanel->steps().setImported(row, true);
+        }
+    }
+    prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false);
+    click(convert->cmdBatch);
+    ASSERT_EQ(filesIn(QStringLiteral("ok")).size(), count);
+    for (int slot = 0; slot < count; ++slot) {
+        EXPECT_NEAR(tone(track(slot)), 400 + 30 * slot, 12) << slot;
+        EXPECT_TRUE(imported(slots_.at(slot)));
+    }
+    EXPECT_TRUE(convert->cmdBatch->isEnabled());
+    EXPECT_EQ(window->step.VoiceTrackName, names.constLast());
+}
+
+TEST_F(Convert, ABatchWithTheWrongNumberOfFilesChangesNothing) {
+    openConvert();
+    const auto count = static_cast<int>(slots_.size());
+    for (int file = 0; file <= count; ++file) {
+        makeSound(QStringLiteral("%1.wav").arg(file), 500, 0.2);
+    }
+    convert->browser->refresh();
+    prompts.expectMessage(wrongCount, errorTitle, MessageIcon::Exclamation);
+    click(convert->cmdBatch);
+    EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
+    EXPECT_FALSE(imported(slots_.first()));
+}
+
+TEST_F(Convert, AnEmptyVoiceTrackNameIsAFileName) {
+    makeSound(QStringLiteral("stem.WAV"), 700, 0.5);
+    openConvert(QStringLiteral("empty-atrack.mdb"));
+    click(convert->cmdBatch);
+    EXPECT_EQ(QDir(path(QStringLiteral("ok"))).entryList(QDir::Files | QDir::Hidden),
+              QStringList{QStringLiteral(".mp3")});
+}
+
+TEST_F(Convert, AFailedConversionIsSilentMarksTheStepAndKeepsWhatWasThere) {
+    disk.write(path(QStringLiteral("geluid/stuk.wav")), "geen geluid");
+    openConvert();
+    disk.write(path(track(0)), "vorige opname");
+    choose(QStringLiteral("stuk.wav"));
+    click(convert->cmdSingle);
+    EXPECT_EQ(content(track(0)), "vorige opname");
+    EXPECT_EQ(filesIn(QStringLiteral("ok")).size(), 1);
+    EXPECT_TRUE(imported(slots_.first()));
+    ASSERT_EQ(convert->lstFailed->count(), 1);
+    EXPECT_TRUE(convert->lstFailed->item(0)->text().contains(QStringLiteral("stuk.wav")));
+    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("stuk.wav")));
+}
+
+TEST_F(Convert, AFullDiskWhileConvertingLeavesNoHalfFile) {
+    makeSound(QStringLiteral("stem.wav"), 1000, 3.0);
+    openConvert();
+    audioFiles.faults.write = 1;
+    choose(QStringLiteral("stem.wav"));
+    click(convert->cmdSingle);
+    EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
+    EXPECT_EQ(convert->lstFailed->count(), 1);
+}
+
+TEST_F(Convert, ACopyThatFailsIsReportedAndTheButtonsComeBack) {
+    disk.write(path(QStringLiteral("geluid/klaar.mp3")), "geluid");
+    openConvert();
+    files.fail(FaultyFileSystem::Operation::Copy, QStringLiteral("ok/"), ErrorNumber::DiskFull);
+    choose(QStringLiteral("klaar.mp3"));
+    prompts.expectReport(QStringLiteral("Fout 61"));
+    click(convert->cmdSingle);
+    EXPECT_TRUE(convert->cmdSingle->isEnabled());
+    EXPECT_FALSE(imported(slots_.first()));
+}
+
+TEST_F(Convert, ImportNeverWritesToTheServer) {
+    QDir(folder.path()).mkdir(QStringLiteral("server"));
+    makeSound(QStringLiteral("stem.wav"), 1000, 0.5);
+    openConvert(QStringLiteral("access-2003.mdb"),
+                QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
+    choose(QStringLiteral("stem.wav"));
+    click(convert->cmdSingle);
+    EXPECT_TRUE(exists(track(0)));
+    EXPECT_TRUE(filesIn(QStringLiteral("server")).isEmpty());
+}
+
+TEST_F(Convert, TheWindowStaysAliveAndABatchCanBeStopped) {
+    openConvert(QStringLiteral("steps-150.mdb"));
+    for (int slot = 0; slot < slots_.size(); ++slot) {
+        makeSound(QStringLiteral("%1.wav").arg(slot, 3, 10, QChar(u'0')), 500, 20);
+    }
+    convert->browser->refresh();
+    int beats = 0;
+    QTimer heart;
+    QObject::connect(&heart, &QTimer::timeout, [&] {
+        ++beats;
+        EXPECT_FALSE(convert->cmdBatch->isEnabled());
+        EXPECT_FALSE(convert->cmdSingle->isEnabled());
+        EXPECT_TRUE(convert->progressconvert->caption().startsWith(QStringLiteral("bestand ")));
+        if (beats == 5) {
+            convert->cmdQuit->click();
+        }
+    });
+    heart.start(10);
+    click(convert->cmdBatch);
+    heart.stop();
+    EXPECT_GE(beats, 5);
+    EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
+    EXPECT_FALSE(imported(slots_.first()));
+    EXPECT_TRUE(convert->isVisible());
+    EXPECT_TRUE(convert->cmdBatch->isEnabled());
+}
+
+TEST_F(Convert, TheChosenFileCanBeListenedTo) {
+    makeSound(QStringLiteral("stem.wav"), 1000, 2.0);
+    disk.write(path(QStringLiteral("geluid/stuk.wav")), "geen geluid");
+    openConvert();
+    FakeWavePlayer &player = sound.player(sound.playerCount() - 1);
+    choose(QStringLiteral("stem.wav"));
+    click(convert->cmdPlay);
+    EXPECT_EQ(player.file(), path(QStringLiteral("geluid/stem.wav")));
+    EXPECT_EQ(convert->cmdPlay->text(), QStringLiteral("Stop"));
+    player.play(5000);
+    EXPECT_EQ(convert->cmdPlay->text(), QStringLiteral("Beluister"));
+    click(convert->cmdPlay);
+    click(convert->cmdPlay);
+    EXPECT_NE(player.state(), WavePlayer::playing);
+    choose(QStringLiteral("stuk.wav"));
+    click(convert->cmdPlay);
+    EXPECT_EQ(convert->lstFailed->count(), 1);
+    EXPECT_EQ(convert->cmdPlay->text(), QStringLiteral("Beluister"));
+}
+
+} // namespace orvel
