@@ -88,6 +88,7 @@ void FilePanel::greyUnusable() {
         if (!problem.isEmpty()) {
             item.setForeground(themeColour(ThemeRole::DisabledText));
             item.setToolTip(problem);
+            item.setData(Qt::AccessibleDescriptionRole, problem);
         }
     }
 }

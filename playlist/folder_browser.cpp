@@ -1,6 +1,7 @@
 #include "playlist/folder_browser.h"
 
 #include "platform/file_system.h"
+#include "widgets/theme.h"
 
 #include <QCollator>
 #include <QDir>
@@ -8,6 +9,8 @@
 #include <QKeyEvent>
 
 #include <algorithm>
+#include <functional>
+#include <utility>
 
 namespace orvel {
 
@@ -15,18 +18,39 @@ namespace {
 
 const QString up = QStringLiteral("..");
 
-/// Enter opens a folder and does nothing else: it must not press the window's default button as well.
+/// Enter opens a folder and does nothing else: it must not press the window's default button as well. A single click
+/// only selects, also on desktops where it opens things elsewhere.
 class FolderList : public QListWidget {
   public:
-    using QListWidget::QListWidget;
+    FolderList(QWidget *parent, std::function<void()> open) : QListWidget(parent), open_(std::move(open)) {
+        connect(this, &QListWidget::itemDoubleClicked, this, open_);
+    }
 
   protected:
     void keyPressEvent(QKeyEvent *event) override {
-        QListWidget::keyPressEvent(event);
         if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
             event->accept();
+            open_();
+        } else {
+            QListWidget::keyPressEvent(event);
         }
     }
+
+  private:
+    std::function<void()> open_;
+};
+
+/// A stick that was put in a moment ago is in the list when it drops down.
+class DriveList : public QComboBox {
+  public:
+    DriveList(QWidget *parent, std::function<void()> fill) : QComboBox(parent), fill_(std::move(fill)) {}
+    void showPopup() override {
+        fill_();
+        QComboBox::showPopup();
+    }
+
+  private:
+    std::function<void()> fill_;
 };
 
 QLabel *caption(QWidget *parent, const char *name, const QString &text, QWidget *buddy) {
@@ -45,8 +69,9 @@ bool isBelow(const QString &folder, const QString &drive) {
 } // namespace
 
 FolderBrowser::FolderBrowser(FileSystem &files, QStringList patterns, Files shown, QWidget *parent)
-    : QWidget(parent), Drive1(new QComboBox(this)), Dir1(new FolderList(this)), File1(new QListWidget(this)),
-      files_(files), patterns_(std::move(patterns)), path_(new QLabel(this)) {
+    : QWidget(parent), Drive1(new DriveList(this, [this] { fillDrives(); })),
+      Dir1(new FolderList(this, [this] { Dir1_Change(); })), File1(new QListWidget(this)), files_(files),
+      patterns_(std::move(patterns)), path_(new QLabel(this)) {
     Drive1->setObjectName(QStringLiteral("Drive1"));
     Drive1->setAccessibleName(QStringLiteral("Schijf"));
     Dir1->setObjectName(QStringLiteral("Dir1"));
@@ -57,7 +82,6 @@ FolderBrowser::FolderBrowser(FileSystem &files, QStringList patterns, Files show
     fillDrives();
     setFolder(QDir::homePath());
     connect(Drive1, &QComboBox::activated, this, &FolderBrowser::Drive1_Change);
-    connect(Dir1, &QListWidget::itemActivated, this, &FolderBrowser::Dir1_Change);
     connect(File1, &QListWidget::currentRowChanged, this, &FolderBrowser::File1_Click);
 }
 
@@ -88,6 +112,17 @@ void FolderBrowser::layOut(Files shown) {
 void FolderBrowser::fillDrives() {
     Drive1->clear();
     Drive1->addItems(files_.drives());
+    showDrive();
+}
+
+void FolderBrowser::showEvent(QShowEvent *event) {
+    QWidget::showEvent(event);
+    fillDrives();
+}
+
+void FolderBrowser::resizeEvent(QResizeEvent *event) {
+    QWidget::resizeEvent(event);
+    elidePath();
 }
 
 void FolderBrowser::setFolder(const QString &folder) {
@@ -97,13 +132,25 @@ void FolderBrowser::setFolder(const QString &folder) {
     Q_EMIT folderChanged(folder_);
 }
 
-void FolderBrowser::force(const QString &folder) {
+void FolderBrowser::force(const QString &folder, const QString &drive) {
+    forcedDrive_ = drive;
     setFolder(folder);
     Drive1->setEnabled(false);
     Dir1->setEnabled(false);
 }
 
 void FolderBrowser::showDrive() {
+    if (forcedDrive_.isEmpty()) {
+        Drive1->setCurrentIndex(driveOfFolder());
+        return;
+    }
+    if (Drive1->findText(forcedDrive_, Qt::MatchStartsWith) < 0) {
+        Drive1->addItem(forcedDrive_);
+    }
+    Drive1->setCurrentIndex(Drive1->findText(forcedDrive_, Qt::MatchStartsWith));
+}
+
+int FolderBrowser::driveOfFolder() const {
     int best = -1;
     for (int index = 0; index < Drive1->count(); ++index) {
         const QString drive = Drive1->itemText(index);
@@ -111,13 +158,23 @@ void FolderBrowser::showDrive() {
             best = index;
         }
     }
-    Drive1->setCurrentIndex(best);
+    return best;
+}
+
+void FolderBrowser::showPath() {
+    const QString path = QDir::toNativeSeparators(folder_);
+    const bool isThere = files_.folderExists(folder_);
+    setStyleProperty(*path_, "role", isThere ? QString() : QStringLiteral("attention"));
+    path_->setToolTip(isThere ? path : tr("Deze map is niet gevonden: %1").arg(path));
+    elidePath();
+}
+
+void FolderBrowser::elidePath() {
+    path_->setText(path_->fontMetrics().elidedText(path_->toolTip(), Qt::ElideMiddle, path_->width()));
 }
 
 void FolderBrowser::refresh() {
-    path_->setText(path_->fontMetrics().elidedText(QDir::toNativeSeparators(folder_), Qt::ElideMiddle,
-                                                   std::max(width(), Dir1->minimumWidth())));
-    path_->setToolTip(QDir::toNativeSeparators(folder_));
+    showPath();
     fillFolders();
     fillFiles();
 }
@@ -166,8 +223,11 @@ void FolderBrowser::Dir1_Change() {
         return;
     }
     const QString name = chosen->text();
+    const QString left = name == up ? QDir(folder_).dirName() : QString();
     setFolder(QDir::cleanPath(folder_ + u'/' + name));
-    Dir1->setCurrentRow(0);
+    // On the way up the folder that was left stays selected.
+    const QList<QListWidgetItem *> back = Dir1->findItems(left, Qt::MatchExactly);
+    Dir1->setCurrentRow(back.isEmpty() ? 0 : Dir1->row(back.first()));
 }
 
 void FolderBrowser::File1_Click() {

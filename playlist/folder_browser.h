@@ -27,8 +27,8 @@ class FolderBrowser : public QWidget {
     [[nodiscard]] QString folder() const { return folder_; }
     /// Shows a folder, also one that does not exist (it is empty then), and its drive.
     void setFolder(const QString &folder);
-    /// Drive and folder can no longer be changed.
-    void force(const QString &folder);
+    /// Drive and folder can no longer be changed. drive: what the drive list shows, empty for the folder's own.
+    void force(const QString &folder, const QString &drive = {});
     /// Names in the list's order.
     [[nodiscard]] QStringList files() const;
     /// Name of the selected file; empty without one.
@@ -46,17 +46,25 @@ class FolderBrowser : public QWidget {
     /// Empty when no file is selected any more.
     void fileSelected(const QString &name);
 
+  protected:
+    void showEvent(QShowEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
+
   private:
     void fillDrives();
     void fillFolders();
     void fillFiles();
     void showDrive();
+    [[nodiscard]] int driveOfFolder() const;
+    void showPath();
+    void elidePath();
     void layOut(Files shown);
 
     FileSystem &files_;
     QStringList patterns_;
     QLabel *path_;
     QString folder_;
+    QString forcedDrive_;
 };
 
 } // namespace orvel

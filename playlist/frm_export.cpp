@@ -7,6 +7,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include <algorithm>
+
 namespace orvel {
 
 frmExport::frmExport(TransferContext context, QWidget *parent)
@@ -27,6 +29,12 @@ frmExport::frmExport(TransferContext context, QWidget *parent)
     cmdExport->setDefault(true);
     cmdStop->setObjectName(QStringLiteral("cmdStop"));
     cmdStop->setAutoDefault(false);
+    layOut();
+    connect(cmdExport, &QPushButton::clicked, this, &frmExport::cmdExport_Click);
+    connect(cmdStop, &QPushButton::clicked, this, &frmExport::cmdStop_Click);
+}
+
+void frmExport::layOut() {
     auto *buttons = new QHBoxLayout;
     buttons->addStretch();
     buttons->addWidget(cmdExport);
@@ -36,8 +44,6 @@ frmExport::frmExport(TransferContext context, QWidget *parent)
     layout->addWidget(barProgres);
     layout->addWidget(lblResult);
     layout->addLayout(buttons);
-    connect(cmdExport, &QPushButton::clicked, this, &frmExport::cmdExport_Click);
-    connect(cmdStop, &QPushButton::clicked, this, &frmExport::cmdStop_Click);
 }
 
 void frmExport::Form_Load() {
@@ -46,32 +52,50 @@ void frmExport::Form_Load() {
     chooseFolder(*browser, context_.settings.ExportPath, context_.drives);
 }
 
+std::vector<frmExport::Source> frmExport::sources() const {
+    const Settings &settings = context_.settings;
+    std::vector<Source> all = {{settings.OkPath, QStringLiteral("*.mdb")}, {settings.OkPath, QStringLiteral("*.mp3")}};
+    if (settings.ServerMode && !settings.VoicetrackPath.isEmpty()) {
+        all.push_back({settings.VoicetrackPath, QStringLiteral("*.mp3")});
+    }
+    std::erase_if(all, [this](const Source &source) {
+        return context_.platform.files.list(source.folder, source.pattern).isEmpty();
+    });
+    return all;
+}
+
 void frmExport::cmdExport_Click() {
-    const QString &finished = context_.settings.OkPath;
-    const QStringList patterns = {QStringLiteral("*.mdb"), QStringLiteral("*.mp3")};
-    int total = 0;
-    for (const QString &pattern : patterns) {
-        total += static_cast<int>(context_.platform.files.list(finished, pattern).size());
-    }
-    if (total == 0) {
-        lblResult->setText(tr("Er is nog niets afgewerkt om te exporteren."));
-        return;
-    }
     const QString target = withoutRootSeparator(browser->folder());
-    barProgres->setMaximum(total);
+    const std::vector<Source> all = sources();
     barProgres->setValue(0);
-    ShellCopyResult result;
-    for (const QString &pattern : patterns) {
-        const ShellCopyResult part =
-            ShellCopyFile(context_.platform, this, joined(finished, QStringLiteral("\\") + pattern), target, false,
-                          QStringLiteral("Copieert...."));
-        result.copied += part.copied;
-        result.skipped += part.skipped;
-        barProgres->setValue(result.copied + result.skipped);
+    if (all.empty()) {
+        lblResult->setText(tr("Er is nog niets afgewerkt om te exporteren."));
+    } else if (std::any_of(all.begin(), all.end(),
+                           [&](const Source &source) { return isSameFolder(source.folder, target); })) {
+        lblResult->setText(tr("In deze map staan de afgewerkte bestanden al. Kies een andere map."));
+    } else {
+        copy(all, target);
+        browser->refresh();
     }
-    QString sentence = tr("%1 van %2 bestanden gekopieerd.").arg(result.copied).arg(total);
-    lblResult->setText(sentence);
-    browser->refresh();
+}
+
+void frmExport::copy(const std::vector<Source> &sources, const QString &target) {
+    int total = 0;
+    for (const Source &source : sources) {
+        total += static_cast<int>(context_.platform.files.list(source.folder, source.pattern).size());
+    }
+    barProgres->setMaximum(total);
+    int copied = 0;
+    for (const Source &source : sources) {
+        const ShellCopyResult part = ShellCopyFile(
+            context_.platform, this, joined(source.folder, QStringLiteral("\\") + source.pattern), target, false,
+            QStringLiteral("Copieert...."), [this] { barProgres->setValue(barProgres->value() + 1); });
+        copied += part.copied;
+        if (part.stopped) {
+            break;
+        }
+    }
+    lblResult->setText(tr("%1 van %2 bestanden gekopieerd.").arg(copied).arg(total));
 }
 
 } // namespace orvel

@@ -7,6 +7,8 @@
 #include <QDialog>
 #include <QPushButton>
 
+#include <vector>
+
 namespace orvel {
 
 /// Hands finished playlists and filed voice tracks on to another folder.
@@ -24,11 +26,22 @@ class frmExport : public QDialog {
 
     /// Called each time before the window opens.
     void Form_Load();
-    /// Copies the finished playlists and the voice tracks of the finished folder. No source is changed.
+    /// Copies the finished playlists and the filed voice tracks. No source is changed.
     void cmdExport_Click();
     void cmdStop_Click() { close(); }
 
   private:
+    /// Files of one folder that match a pattern.
+    struct Source {
+        QString folder;
+        QString pattern;
+    };
+
+    void layOut();
+    /// Those that hold anything.
+    [[nodiscard]] std::vector<Source> sources() const;
+    void copy(const std::vector<Source> &sources, const QString &target);
+
     TransferContext context_;
 };
 

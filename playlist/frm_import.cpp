@@ -3,10 +3,10 @@
 #include "platform/file_system.h"
 #include "platform/prompts.h"
 #include "playlist/playlist_check.h"
+#include "shell/ignore_errors.h"
 #include "shell/paths.h"
 #include "shell/shell_copy.h"
 
-#include <QFileInfo>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -26,7 +26,8 @@ frmImport::frmImport(TransferContext context, QWidget *parent)
     : QDialog(parent),
       browser(new FolderBrowser(context.platform.files, {QStringLiteral("*")}, FolderBrowser::Files::Shown, this)),
       cmdImport(new QPushButton(QStringLiteral("Start Import"), this)),
-      cmdStop(new QPushButton(QStringLiteral("Verlaat dit scherm"), this)), context_(std::move(context)) {
+      cmdStop(new QPushButton(QStringLiteral("Verlaat dit scherm"), this)), lblResult(new QLabel(this)),
+      context_(std::move(context)) {
     setObjectName(QStringLiteral("frmImport"));
     setWindowTitle(QStringLiteral("Importeren van playlist(s)"));
     cmdImport->setObjectName(QStringLiteral("cmdImport"));
@@ -34,15 +35,23 @@ frmImport::frmImport(TransferContext context, QWidget *parent)
     cmdImport->setDefault(true);
     cmdStop->setObjectName(QStringLiteral("cmdStop"));
     cmdStop->setAutoDefault(false);
+    lblResult->setObjectName(QStringLiteral("lblResult"));
+    lblResult->setAccessibleDescription(tr("Waarom er niets geïmporteerd werd"));
+    lblResult->setWordWrap(true);
+    layOut();
+    connect(cmdImport, &QPushButton::clicked, this, &frmImport::cmdImport_Click);
+    connect(cmdStop, &QPushButton::clicked, this, &frmImport::cmdStop_Click);
+    connect(browser, &FolderBrowser::folderChanged, lblResult, &QLabel::clear);
+}
+
+void frmImport::layOut() {
     auto *buttons = new QHBoxLayout;
-    buttons->addStretch();
+    buttons->addWidget(lblResult, 1);
     buttons->addWidget(cmdImport);
     buttons->addWidget(cmdStop);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(browser, 1);
     layout->addLayout(buttons);
-    connect(cmdImport, &QPushButton::clicked, this, &frmImport::cmdImport_Click);
-    connect(cmdStop, &QPushButton::clicked, this, &frmImport::cmdStop_Click);
 }
 
 void frmImport::Form_Load() {
@@ -51,27 +60,36 @@ void frmImport::Form_Load() {
 
 void frmImport::cmdImport_Click() {
     const QString source = withoutRootSeparator(browser->folder());
-    if (isToDoFolder(source)) {
-        context_.tell(tr("De gekozen map is zelf de map met te bewerken playlists."));
+    // Its files would be "safe in the to-do folder" and could be deleted.
+    if (isSameFolder(source, context_.settings.NewPath)) {
+        lblResult->setText(tr("Deze map is zelf de map met te bewerken playlists."));
         return;
     }
-    const QStringList names = context_.platform.files.list(source, playlistPattern);
-    ShellCopyFile(context_.platform, this, inFolder(source, playlistPattern), context_.settings.NewPath, false,
-                  QStringLiteral("Copieert...."));
-    tellWhatIsNoPlaylist(names);
-    if (!context_.settings.Nodelete) {
-        offerDeletion(source);
+    try {
+        copyPlaylists(source);
+    } catch (...) {
+        context_.refreshLists(); // what arrived, arrived
+        throw;
     }
     context_.refreshLists();
     close();
 }
 
-bool frmImport::isToDoFolder(const QString &source) const {
-    const QString canonical = QFileInfo(source).canonicalFilePath();
-    return !canonical.isEmpty() && canonical == QFileInfo(context_.settings.NewPath).canonicalFilePath();
+void frmImport::copyPlaylists(const QString &source) {
+    const QStringList names = context_.platform.files.list(source, playlistPattern);
+    ShellCopyFile(context_.platform, this, inFolder(source, playlistPattern), context_.settings.NewPath, false,
+                  QStringLiteral("Copieert...."));
+    QStringList sentences = {unusable(names)};
+    if (!context_.settings.Nodelete) {
+        sentences << offerDeletion(source);
+    }
+    sentences.removeAll(QString());
+    if (!sentences.isEmpty()) {
+        context_.tell(sentences.join(u' '));
+    }
 }
 
-void frmImport::tellWhatIsNoPlaylist(const QStringList &names) {
+QString frmImport::unusable(const QStringList &names) {
     PlaylistCheck check(context_.platform.databases);
     QStringList others;
     for (const QString &name : names) {
@@ -80,15 +98,13 @@ void frmImport::tellWhatIsNoPlaylist(const QStringList &names) {
             others << name;
         }
     }
-    if (!others.isEmpty()) {
-        context_.tell(tr("Geen bruikbare playlist: %1.").arg(others.join(QStringLiteral(", "))));
-    }
+    return others.isEmpty() ? QString() : tr("Geen bruikbare playlist: %1.").arg(others.join(QStringLiteral(", ")));
 }
 
-void frmImport::offerDeletion(const QString &source) {
+QString frmImport::offerDeletion(const QString &source) {
     if (!context_.platform.prompts.ask(QStringLiteral("Mogen de import-bestanden gewist worden ?"),
                                        QStringLiteral("Import-bestanden wissen"))) {
-        return;
+        return {};
     }
     QStringList kept;
     const QStringList names = context_.platform.files.list(source, playlistPattern);
@@ -100,15 +116,17 @@ void frmImport::offerDeletion(const QString &source) {
             kept << name;
         }
     }
-    if (!kept.isEmpty()) {
-        context_.tell(tr("Niet gewist, want niet gekopieerd: %1.").arg(kept.join(QStringLiteral(", "))));
-    }
+    return kept.isEmpty() ? QString()
+                          : tr("Niet gewist, want niet gekopieerd: %1.").arg(kept.join(QStringLiteral(", ")));
 }
 
 bool frmImport::isSafe(const QString &source, const QString &name) const {
     const FileSystem &files = context_.platform.files;
     const QString copy = inFolder(context_.settings.NewPath, name);
-    return files.fileExists(copy) && files.read(copy) == files.read(inFolder(source, name));
+    bool same = false;
+    // What cannot be read cannot be compared, and is not safe.
+    ignoringErrors([&] { same = files.fileExists(copy) && files.read(copy) == files.read(inFolder(source, name)); });
+    return same;
 }
 
 } // namespace orvel

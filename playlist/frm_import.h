@@ -18,6 +18,7 @@ class frmImport : public QDialog {
     FolderBrowser *const browser;
     QPushButton *const cmdImport;
     QPushButton *const cmdStop;
+    QLabel *const lblResult;
 
     /// Called each time before the window opens.
     void Form_Load();
@@ -25,9 +26,12 @@ class frmImport : public QDialog {
     void cmdStop_Click() { close(); }
 
   private:
-    [[nodiscard]] bool isToDoFolder(const QString &source) const;
-    void tellWhatIsNoPlaylist(const QStringList &names);
-    void offerDeletion(const QString &source);
+    void layOut();
+    void copyPlaylists(const QString &source);
+    /// One sentence about the files that are no playlists; empty without one.
+    [[nodiscard]] QString unusable(const QStringList &names);
+    /// One sentence about the files that were kept; empty when nothing was kept or deleted.
+    QString offerDeletion(const QString &source);
     [[nodiscard]] bool isSafe(const QString &source, const QString &name) const;
 
     TransferContext context_;

@@ -9,6 +9,25 @@
 
 namespace orvel {
 
+namespace {
+
+/// Whether the error may be gone while the file stays as it is.
+bool mayPass(ErrorNumber number) {
+    switch (number) {
+    case ErrorNumber::PermissionDenied:
+    case ErrorNumber::DatabaseLocked:
+    case ErrorNumber::PathAccess:
+    case ErrorNumber::DeviceError:
+    case ErrorNumber::DiskNotReady:
+    case ErrorNumber::FileNotFound:
+        return true;
+    default:
+        return false;
+    }
+}
+
+} // namespace
+
 QString PlaylistCheck::problem(const QString &folder, const QString &name) {
     const QString path = joined(folder, QStringLiteral("\\") + name);
     const QFileInfo file(path);
@@ -22,6 +41,9 @@ QString PlaylistCheck::problem(const QString &folder, const QString &name) {
         Playlist(databases_, [](const QString &) {}).open(folder, name);
     } catch (const RuntimeError &error) {
         known.problem = error.description();
+        if (mayPass(error.number())) {
+            known.size = -1;
+        }
     }
     return known.problem;
 }

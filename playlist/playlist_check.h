@@ -7,8 +7,8 @@
 
 namespace orvel {
 
-/// Why a file cannot be opened as a playlist; empty for one that can. Remembers its answers as long as the file's size
-/// and time stay, so that a list can be filled often.
+/// Why a file cannot be opened as a playlist; empty for one that can. Remembers what it found in a file as long as its
+/// size and time stay, so that a list can be filled often; a file that could not be read is tried again each time.
 class PlaylistCheck {
   public:
     explicit PlaylistCheck(DatabaseEngine &databases) : databases_(databases) {}

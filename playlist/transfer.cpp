@@ -2,6 +2,8 @@
 
 #include "playlist/folder_browser.h"
 
+#include <QFileInfo>
+
 namespace orvel {
 
 void chooseFolder(FolderBrowser &browser, const QString &settingsPath, const DriveMap &drives) {
@@ -12,13 +14,19 @@ void chooseFolder(FolderBrowser &browser, const QString &settingsPath, const Dri
         browser.setFolder(browser.folder());
         return;
     }
-    browser.force(drives.resolve(settingsPath));
+    const QString drive = settingsPath.at(1) == u':' ? settingsPath.left(2) : QString();
+    browser.force(drives.resolve(settingsPath), drive);
 }
 
 QString withoutRootSeparator(const QString &folder) {
     constexpr qsizetype rootLength = 3;
     const bool isDriveRoot = folder.size() == rootLength && folder.at(1) == u':';
     return isDriveRoot ? folder.left(2) : folder;
+}
+
+bool isSameFolder(const QString &one, const QString &other) {
+    const QString canonical = QFileInfo(one).canonicalFilePath();
+    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
 }
 
 } // namespace orvel

@@ -24,10 +24,13 @@ struct TransferContext {
 };
 
 /// Shows the folder that the settings force, or lets the presenter choose: a path of less than three characters forces
-/// nothing.
+/// nothing. Drive letters are the station's own.
 void chooseFolder(FolderBrowser &browser, const QString &settingsPath, const DriveMap &drives);
 
 /// A folder that "\*.mdb" can be put behind: of a bare drive root only the letter and the colon.
 QString withoutRootSeparator(const QString &folder);
+
+/// Whether both are the same folder, by whatever path; a folder that does not exist is none.
+bool isSameFolder(const QString &one, const QString &other);
 
 } // namespace orvel

@@ -18,11 +18,15 @@ constexpr std::array callbackNames = {"Windows", "Callback", "Thread"};
 void mark(QLineEdit &edit, const QString &problem) {
     setStyleProperty(edit, "problem", problem.isEmpty() ? QString() : QStringLiteral("true"));
     edit.setToolTip(problem);
+    edit.setAccessibleDescription(problem);
 }
 
 } // namespace
 
 void frmSetup::Form_Load() {
+    if (isVisible()) {
+        return; // brought to the front again: what is being changed stays
+    }
     txtPath->setText(settings_.Databasepath);
     txtVoice->setText(settings_.VoicetrackPath);
     chkData->setChecked(saved_.Network);

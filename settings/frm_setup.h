@@ -52,7 +52,7 @@ class frmSetup : public QDialog {
 
     ColourPage *const fraColors;
 
-    /// Fills every control; called each time before the dialog opens.
+    /// Fills every control; called each time before the dialog opens. While it is open nothing happens.
     void Form_Load();
     void cmdSave_Click();
     void cmdExit_Click() { close(); }

@@ -40,6 +40,13 @@ QPushButton *chooser(QWidget *parent, const char *name, const QString &toolTip) 
     return button;
 }
 
+QFormLayout *formOn(QWidget *page) {
+    auto *form = new QFormLayout(page);
+    form->setVerticalSpacing(page->fontMetrics().height() / 2);
+    form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
+    return form;
+}
+
 QHBoxLayout *beside(QWidget *wide, QWidget *narrow) {
     auto *line = new QHBoxLayout;
     line->addWidget(wide, 1);
@@ -103,8 +110,7 @@ void frmSetup::layOut() {
 
 QWidget *frmSetup::optionsPage() {
     auto *page = new QWidget(this);
-    auto *form = new QFormLayout(page);
-    form->setVerticalSpacing(fontMetrics().height() / 2);
+    auto *form = formOn(page);
     form->addRow(QStringLiteral("DatabasePath"), beside(txtPath, cmdPath));
     form->addRow(QStringLiteral("VoicetrackPath"), beside(txtVoice, cmdVoice));
     form->addRow(chkData);
@@ -114,8 +120,7 @@ QWidget *frmSetup::optionsPage() {
 
 QWidget *frmSetup::soundPage() {
     auto *frame = new QGroupBox(QStringLiteral("Trackbeluistering"), this);
-    auto *form = new QFormLayout(frame);
-    form->setVerticalSpacing(fontMetrics().height() / 2);
+    auto *form = formOn(frame);
     form->addRow(QStringLiteral("Kaart"), beside(ledKaart, updKaart));
     form->addRow(QStringLiteral("Callback"), beside(ledCallback, updCallback));
     auto *sizes = new QHBoxLayout;
@@ -139,8 +144,7 @@ QWidget *frmSetup::generalPage() {
         cobBitrate->addItem(QString::fromLatin1(rate));
     }
     auto *page = new QWidget(this);
-    auto *form = new QFormLayout(page);
-    form->setVerticalSpacing(fontMetrics().height() / 2);
+    auto *form = formOn(page);
     auto *countDown = new QHBoxLayout;
     countDown->addWidget(ledCountDown);
     countDown->addWidget(new QLabel(QStringLiteral("Seconden"), page));

@@ -82,6 +82,7 @@ struct Request {
     QString destination;
     bool silent;
     QString title;
+    std::function<void()> fileDone;
 };
 
 bool isPattern(const QString &source) {
@@ -123,8 +124,18 @@ bool mayWrite(const Request &request, const QString &target) {
                request.title);
 }
 
-/// The copies one after the other; counts those that were made.
-void copyAll(const Request &request, const QStringList &sources, bool intoFolder, int &copied) {
+/// One file under the progress window; false when it was passed over or stopped.
+bool copyOne(const Request &request, Progress &progress, int number, const QString &source, const QString &target) {
+    if (!mayWrite(request, target)) {
+        return false;
+    }
+    progress.begin(number, QFileInfo(source).fileName());
+    const auto advance = [&](qint64 done, qint64 total) { return request.silent || progress.advance(done, total); };
+    return request.platform.files.copy(source, target, advance);
+}
+
+/// The copies one after the other. The result is right at every moment, as a copy may throw.
+void copyAll(const Request &request, const QStringList &sources, bool intoFolder, ShellCopyResult &result) {
     const QString folder = intoFolder ? request.destination : QFileInfo(request.destination).path();
     if (!provideFolder(request, folder)) {
         return;
@@ -134,38 +145,38 @@ void copyAll(const Request &request, const QStringList &sources, bool intoFolder
         const QString &source = sources.at(number);
         const QString name = QFileInfo(source).fileName();
         const QString target = intoFolder ? folder + QDir::separator() + name : request.destination;
-        if (!mayWrite(request, target)) {
-            continue;
+        if (copyOne(request, progress, number, source, target)) {
+            ++result.copied;
+            --result.skipped;
         }
-        progress.begin(number, name);
-        const auto advance = [&](qint64 done, qint64 total) { return request.silent || progress.advance(done, total); };
-        if (request.platform.files.copy(source, target, advance)) {
-            ++copied;
+        if (request.fileDone) {
+            request.fileDone();
         }
     }
+    result.stopped = progress.stopped();
 }
 
 } // namespace
 
 ShellCopyResult ShellCopyFile(Platform &platform, QWidget *Owner, const QString &Source, const QString &Destination,
-                              bool Silent, const QString &Title) {
+                              bool Silent, const QString &Title, const std::function<void()> &fileDone) {
     ShellCopyResult result;
-    const Request request{platform, Owner, Destination, Silent, Title};
+    const Request request{platform, Owner, Destination, Silent, Title, fileDone};
     try {
         const QStringList sources = sourceFiles(platform.files, Source);
         if (sources.isEmpty()) {
             return result;
         }
         result.skipped = static_cast<int>(sources.size());
+        result.stopped = true;
         const bool intoFolder =
             isPattern(Source) || Destination.endsWith(QDir::separator()) || platform.files.folderExists(Destination);
-        copyAll(request, sources, intoFolder, result.copied);
+        copyAll(request, sources, intoFolder, result);
     } catch (const RuntimeError &error) {
         platform.prompts.message(QStringLiteral("Error: ") + QString::number(static_cast<int>(error.number())) +
                                      QStringLiteral(". ") + error.description(),
                                  QStringLiteral("ShellCopyFile"), MessageIcon::Exclamation);
     }
-    result.skipped -= result.copied;
     return result;
 }
 

@@ -89,6 +89,9 @@ QStringList DiskFileSystem::list(const QString &folder, const QString &pattern) 
 }
 
 QStringList DiskFileSystem::folders(const QString &folder) const {
+    if (!folderExists(folder)) {
+        return {};
+    }
     QStringList names = QDir(folder).entryList(QDir::Dirs | QDir::NoDotAndDotDot, QDir::Name);
     sortForPeople(names);
     return names;
@@ -107,7 +110,8 @@ QStringList DiskFileSystem::drives() const {
         const QString path = volume.rootPath();
         const bool isMedium = std::any_of(mountPlaces.begin(), mountPlaces.end(),
                                           [&](const QString &place) { return path.startsWith(place); });
-        if (isMedium && volume.isReady() && !drives.contains(path)) {
+        // A mount point can be a file, too.
+        if (isMedium && volume.isReady() && folderExists(path) && !drives.contains(path)) {
             drives << path;
         }
     }

@@ -7,6 +7,7 @@
 #include <QInputDialog>
 #include <QMessageBox>
 #include <QPushButton>
+#include <QToolButton>
 
 #include <algorithm>
 
@@ -77,6 +78,7 @@ QString QtPrompts::input(const QString &prompt, const QString &title) {
 
 QString QtPrompts::saveFileName(const QString &title, const QString &proposal) {
     QFileDialog dialog(owner(), title, lastSaveFolder_);
+    dialog.setObjectName(QStringLiteral("codSave"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setNameFilters({QStringLiteral("MP3-bestanden (*.mp3)"), QStringLiteral("Alle bestanden (*)")});
     dialog.setDefaultSuffix(QStringLiteral("mp3"));
@@ -92,9 +94,15 @@ QString QtPrompts::saveFileName(const QString &title, const QString &proposal) {
 
 QString QtPrompts::folder(const QString &instruction, const QString &start) {
     QFileDialog dialog(owner(), instruction, start);
+    dialog.setObjectName(QStringLiteral("ISFolderSelect1"));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
     dialog.setLabelText(QFileDialog::Reject, QStringLiteral("&Afbreken"));
+    // Only Qt's own dialog has this button; a desktop's dialog names it as the desktop does.
+    if (auto *newFolder = dialog.findChild<QToolButton *>(QStringLiteral("newFolderButton"))) {
+        newFolder->setText(QStringLiteral("&Nieuw"));
+        newFolder->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    }
     return chosenIn(dialog);
 }
 
@@ -102,10 +110,13 @@ std::optional<std::int32_t> QtPrompts::colour(std::int32_t initial) {
     const auto bits = static_cast<std::uint32_t>(initial);
     const QColor start(static_cast<int>(bits & 0xFFU), static_cast<int>((bits >> 8U) & 0xFFU),
                        static_cast<int>((bits >> 16U) & 0xFFU));
-    QColor chosen = QColorDialog::getColor(start, owner(), QStringLiteral("Kleur kiezen"));
-    if (!chosen.isValid()) {
+    QColorDialog dialog(start, owner());
+    dialog.setObjectName(QStringLiteral("codCol"));
+    dialog.setWindowTitle(QStringLiteral("Kleur kiezen"));
+    if (dialog.exec() != QDialog::Accepted) {
         return std::nullopt;
     }
+    const QColor chosen = dialog.selectedColor();
     return chosen.red() + chosen.green() * 0x100 + chosen.blue() * 0x10000;
 }
 

@@ -114,6 +114,15 @@ TEST_F(Setup, OpenedAgainItShowsWhatWasSaved) {
     EXPECT_EQ(setup->ledCBuf->value(), 3);
 }
 
+TEST_F(Setup, BroughtToTheFrontAgainItKeepsWhatIsBeingChanged) {
+    openSetup();
+    setup->txtVoice->setText(QStringLiteral("/half getikt"));
+    setup->tabSetup->setCurrentIndex(2);
+    window->tlbMain_ButtonClick(4);
+    EXPECT_EQ(setup->txtVoice->text(), QStringLiteral("/half getikt"));
+    EXPECT_EQ(setup->tabSetup->currentIndex(), 2);
+}
+
 TEST_F(Setup, AnUnknownCallbackModeLeavesTheDisplayAsItWas) {
     openSetup(QStringLiteral("[Audio]\nCCallback=3"));
     EXPECT_TRUE(setup->ledCallback->text().isEmpty());
@@ -180,6 +189,7 @@ TEST_F(Setup, WrongFoldersAreMarkedOnTheSpotAndNotRefused) {
     setup->txtPath->setText(QStringLiteral("/bestaat/niet"));
     EXPECT_EQ(setup->txtPath->toolTip(), QStringLiteral("Deze map bestaat niet."));
     EXPECT_EQ(setup->txtPath->property("problem").toString(), QStringLiteral("true"));
+    EXPECT_EQ(setup->txtPath->accessibleDescription(), setup->txtPath->toolTip());
     setup->txtPath->setText(folder.path());
     EXPECT_TRUE(setup->txtPath->toolTip().isEmpty());
     setup->chkData->setChecked(true);

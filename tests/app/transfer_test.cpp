@@ -188,7 +188,7 @@ TEST_F(Transfer, TheToDoFolderCannotBeImportedIntoItself) {
     openImport(QStringLiteral("[Files]\nImportPath=") + path(QStringLiteral("new")));
     click(import->cmdImport);
     EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("access-2003.mdb")});
-    EXPECT_FALSE(window->lblStatus->text().isEmpty());
+    EXPECT_FALSE(import->lblResult->text().isEmpty());
 }
 
 TEST_F(Transfer, LeavingTheWindowsChangesNothing) {

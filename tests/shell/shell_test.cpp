@@ -133,6 +133,7 @@ TEST_F(Shell, ASlowCopyShowsOneWindowUnderItsTitleThatStopsIt) {
     EXPECT_EQ(windows, 1);
     EXPECT_EQ(result.copied, 1);
     EXPECT_EQ(result.skipped, 2);
+    EXPECT_TRUE(result.stopped);
     EXPECT_EQ(QDir(path(QStringLiteral("naar"))).entryList(QDir::Files), QStringList{QStringLiteral("1.mdb")});
 }
 
@@ -170,6 +171,24 @@ TEST_F(Shell, AnErrorIsShownWithNumberAndDescriptionAndNothingIsThrown) {
     const ShellCopyResult result = copy(QStringLiteral("a.mp3"), QStringLiteral("b.mp3"));
     EXPECT_EQ(result.copied, 0);
     EXPECT_EQ(result.skipped, 1);
+    EXPECT_TRUE(result.stopped);
+}
+
+TEST_F(Shell, EveryFileIsCountedWhetherItWasCopiedOrPassedOver) {
+    for (const char *name : {"van", "naar"}) {
+        disk.makeFolder(path(QString::fromLatin1(name)));
+    }
+    for (const char *name : {"van/1.mp3", "van/2.mp3", "van/3.mp3", "naar/2.mp3"}) {
+        put(QString::fromLatin1(name), name);
+    }
+    prompts.expectAsk(QStringLiteral("Het bestand 2.mp3 bestaat al. Wilt U het overschrijven ?"), title, false);
+    int done = 0;
+    const ShellCopyResult result = ShellCopyFile(platform, nullptr, path(QStringLiteral("van/*.mp3")),
+                                                 path(QStringLiteral("naar")), false, title, [&done] { ++done; });
+    EXPECT_EQ(done, 3);
+    EXPECT_EQ(result.copied, 2);
+    EXPECT_EQ(result.skipped, 1);
+    EXPECT_FALSE(result.stopped);
 }
 
 TEST_F(Shell, RecoveryKeepsTheNewestFiftyAndOverwritesNothing) {

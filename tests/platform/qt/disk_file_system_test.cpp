@@ -4,8 +4,14 @@
 
 #include <QFileInfo>
 
+#include <fstream>
 #include <gtest/gtest.h>
+#include <sched.h>
+#include <string>
+#include <sys/mount.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
 namespace orvel {
 
@@ -163,6 +169,88 @@ TEST_F(Disk, ListsNormalFilesWithoutRegardToCase) {
     EXPECT_EQ(disk.list(folder.path(), QStringLiteral("?.mdb")), QStringList({"A.MDB", "b.mdb", "c.Mdb"}));
     EXPECT_TRUE(disk.list(path("weg"), QStringLiteral("*")).isEmpty());
     EXPECT_TRUE(disk.list(QString(), QStringLiteral("*")).isEmpty());
+}
+
+TEST_F(Disk, ListsFoldersAsPeopleSeeThem) {
+    for (const char *name : {"b", "A", "c.d", ".verborgen"}) {
+        disk.makeFolder(path(name));
+    }
+    writeContent(path("bestand"), "x");
+    EXPECT_EQ(disk.folders(folder.path()), QStringList({"A", "b", "c.d"}));
+    EXPECT_TRUE(disk.folders(path("weg")).isEmpty());
+    EXPECT_TRUE(disk.folders(path("bestand")).isEmpty());
+    EXPECT_TRUE(disk.folders(QString()).isEmpty()) << "not those of the working folder";
+}
+
+TEST_F(Disk, DrivesAreFoldersAndTheRootIsTheFirst) {
+    const QStringList drives = disk.drives();
+    ASSERT_FALSE(drives.isEmpty());
+    EXPECT_EQ(drives.first(), QStringLiteral("/"));
+    for (const QString &drive : drives) {
+        EXPECT_TRUE(disk.folderExists(drive)) << drive.toStdString();
+        EXPECT_FALSE(drive.startsWith(QStringLiteral("/proc"))) << drive.toStdString();
+    }
+}
+
+namespace {
+
+void writeText(const char *file, const std::string &text) {
+    std::ofstream(file) << text;
+}
+
+/// Gives this process a mount table of its own, in which it may mount as root.
+bool enterOwnMountTable() {
+    const std::string user = "0 " + std::to_string(geteuid()) + " 1";
+    const std::string group = "0 " + std::to_string(getegid()) + " 1";
+    if (unshare(CLONE_NEWUSER | CLONE_NEWNS) != 0) {
+        return false;
+    }
+    writeText("/proc/self/setgroups", "deny");
+    writeText("/proc/self/uid_map", user);
+    writeText("/proc/self/gid_map", group);
+    return true;
+}
+
+/// A stick in the place of sticks, another file system elsewhere, a mount point that is a file.
+bool mountThings() {
+    if (mount("tmpfs", "/media", "tmpfs", 0, nullptr) != 0 || mkdir("/media/STICK", 0755) != 0 ||
+        mkdir("/media/leeg", 0755) != 0) {
+        return false;
+    }
+    writeText("/media/bestand", "x");
+    return mount("tmpfs", "/media/STICK", "tmpfs", 0, nullptr) == 0 &&
+           mount("/etc/passwd", "/media/bestand", nullptr, MS_BIND, nullptr) == 0 &&
+           mount("tmpfs", "/opt", "tmpfs", 0, nullptr) == 0;
+}
+
+/// Ends with 0 when the stick and the root are drives and the other things are not; with 77 when mounting is not
+/// allowed.
+[[noreturn]] void mountAndListDrives() {
+    if (!enterOwnMountTable() || !mountThings()) {
+        _exit(77);
+    }
+    const QStringList drives = DiskFileSystem().drives();
+    const bool right = drives.contains(QStringLiteral("/media/STICK")) && drives.contains(QStringLiteral("/")) &&
+                       !drives.contains(QStringLiteral("/media/leeg")) &&
+                       !drives.contains(QStringLiteral("/media/bestand")) && !drives.contains(QStringLiteral("/opt"));
+    _exit(right ? 0 : 1);
+}
+
+} // namespace
+
+TEST_F(Disk, AMountedStickIsADriveAndOtherMountsAreNot) {
+    const pid_t child = fork();
+    ASSERT_GE(child, 0);
+    if (child == 0) {
+        mountAndListDrives();
+    }
+    int status = 0;
+    ASSERT_EQ(waitpid(child, &status, 0), child);
+    ASSERT_TRUE(WIFEXITED(status));
+    if (WEXITSTATUS(status) == 77) {
+        GTEST_SKIP() << "this machine does not let tests mount";
+    }
+    EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
 TEST_F(Disk, AMoveOverwrites) {

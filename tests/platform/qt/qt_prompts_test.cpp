@@ -11,6 +11,7 @@
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
+#include <QToolButton>
 
 #include <functional>
 #include <gtest/gtest.h>
@@ -142,6 +143,10 @@ TEST(QtPrompts, AFolderIsChosenFromItsStart) {
         EXPECT_EQ(box.windowTitle(), instruction);
         EXPECT_EQ(box.directory().path(), folder.path());
         EXPECT_EQ(box.labelText(QFileDialog::Reject), QStringLiteral("&Afbreken"));
+        auto *newFolder = box.findChild<QToolButton *>(QStringLiteral("newFolderButton"));
+        ASSERT_NE(newFolder, nullptr);
+        EXPECT_EQ(newFolder->text(), QStringLiteral("&Nieuw"));
+        EXPECT_TRUE(newFolder->isEnabled());
         auto *name = box.findChild<QLineEdit *>();
         name->setText(folder.path("onder"));
         QTest::keyClick(name, Qt::Key_Return);
