@@ -80,7 +80,7 @@ void frmConvert::cmdBatch_Click() {
         // The last step is the current one then, in the grid as well: what is recorded next belongs to what is
         // selected.
         if (!imports.empty()) {
-            context_.grid.selectRow(imports.back().row);
+            ignoringErrors([&] { context_.grid.selectRow(imports.back().row); });
         }
         context_.completion.CheckLijst();
     }

@@ -164,7 +164,8 @@ TEST_F(Convert, WithoutAStepASingleImportIsRefused) {
 }
 
 TEST_F(Convert, ABatchFillsThePresentationsInOrder) {
-    openConvert(QStringLiteral("steps-150.mdb"));
+    openConvert(QStringLiteral("deleted-rows.mdb"));
+    ASSERT_EQ(names.join(u' '), QStringLiteral("VT12 VT14 VT16 VT18 VT20"));
     const auto count = static_cast<int>(slots_.size());
     for (int slot = 0; slot < count; ++slot) {
         makeSound(QStringLiteral("%1.wav").arg(slot, 3, 10, QChar(u'0')), 400 + 30 * slot, 0.6);
