@@ -112,7 +112,7 @@ void Compressor::process(std::span<float> samples) {
 }
 
 void compress(std::span<std::int16_t> samples, const CompressorSettings &settings, int sampleRate, Dither &dither) {
-    if (settings.threshold >= 0 || sampleRate <= 0) {
+    if (sampleRate <= 0) {
         return;
     }
     const NoDenormals noDenormals;

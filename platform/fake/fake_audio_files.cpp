@@ -25,10 +25,11 @@ class FaultyReader : public AudioFileReader {
     [[nodiscard]] std::int64_t frames() const override { return real_->frames(); }
     [[nodiscard]] int bytesPerFrame() const override { return real_->bytesPerFrame(); }
     [[nodiscard]] QByteArray readBlock() override {
-        if (block_++ == owner_.faults.readBlock) {
+        const int block = block_++;
+        if (block == owner_.faults.readBlock) {
             throw RuntimeError(ErrorNumber::DeviceError, path_);
         }
-        return real_->readBlock();
+        return block == owner_.faults.end ? QByteArray() : real_->readBlock();
     }
     void close() override {
         ++owner_.closedReaders;

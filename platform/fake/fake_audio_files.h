@@ -19,6 +19,7 @@ class FakeAudioFiles : public AudioFiles {
         bool create =
             false; ///< create() leaves errorState() -1 (of a WAV file: throws DiskFull); no file comes into being
         int readBlock = -1;     ///< the block, from 0 in each file, at which readBlock() throws DeviceError
+        int end = -1;           ///< the block, from 0 in each file, at which a reader says that the file ends
         int write = -1;         ///< the block, from 0 in each file, at which write() throws DiskFull
         bool closeFull = false; ///< a writer's close() closes the file, then throws DiskFull
     };

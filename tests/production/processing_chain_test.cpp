@@ -247,7 +247,8 @@ TEST_F(Processing, TheReverbLengthensTheTake) {
 TEST_F(Processing, TheTakesOwnSampleRateIsKept) {
     writeTake(makeTake(), 22050);
     switchEverythingOn();
-    processed();
+    panel.chkTrim->setChecked(false);
+    EXPECT_EQ(processed().size(), makeTake().size() + 22050 * 33 / 100);
     EXPECT_EQ(rate, 22050);
 }
 
@@ -294,6 +295,16 @@ TEST_F(Processing, AFailingCopyEndsTheProgramAndTheStageOutputKeepsTheTake) {
     EXPECT_EQ(read(path("temp2/voice.wav")), makeTake());
 }
 
+TEST_F(Processing, TheOnlyCopyOutlivesALaterFailure) {
+    panel.chkAmp->setChecked(true);
+    files.fail(FaultyFileSystem::Operation::Copy, QStringLiteral("temp/"), ErrorNumber::PermissionDenied);
+    expectFatal(ErrorNumber::PermissionDenied);
+    files.fail(FaultyFileSystem::Operation::Move, QStringLiteral("herstel"), ErrorNumber::PermissionDenied);
+    writeTake(Samples(1000, 77));
+    chain.AudioProcessing(takePath);
+    EXPECT_EQ(read(path("temp2/voice.wav")), makeTake());
+}
+
 TEST_F(Processing, WhatABrokenRunLeftIsKeptBeforeItsNameIsUsedAgain) {
     const Samples left(1000, 77);
     disk.copy(takePath, path("temp/other.wav"), {});
@@ -336,6 +347,8 @@ TEST_F(Processing, ADiskThatIsFullLeavesTheTakeAsItWasBeforeThatStage) {
     expectUntouched("close");
     audioFiles.faults.readBlock = 3;
     expectUntouched("read");
+    audioFiles.faults.end = 3;
+    expectUntouched("a file that ends too early");
 }
 
 TEST_F(Processing, ATakeThatCannotBeReadStaysAsItIs) {
@@ -346,6 +359,18 @@ TEST_F(Processing, ATakeThatCannotBeReadStaysAsItIs) {
     EXPECT_EQ(disk.read(takePath), garbage);
     EXPECT_EQ(told.size(), 1);
     EXPECT_TRUE(filesIn("temp2").isEmpty());
+}
+
+TEST_F(Processing, ATakeWithTwoChannelsStaysAsItIs) {
+    QByteArray stereo = disk.read(takePath);
+    constexpr qsizetype channels = 22; // in a WAV file's header, and the bytes of a frame ten further
+    stereo[channels] = 2;
+    stereo[channels + 10] = 4;
+    disk.write(takePath, stereo);
+    switchEverythingOn();
+    chain.AudioProcessing(takePath);
+    EXPECT_EQ(disk.read(takePath), stereo);
+    EXPECT_EQ(told.size(), 1);
 }
 
 TEST_F(Processing, GoesOnAfterAFailure) {
