@@ -26,6 +26,7 @@
 #include <cstdlib>
 #include <numbers>
 #include <sys/resource.h>
+#include <utility>
 #include <vector>
 
 namespace {
@@ -89,7 +90,7 @@ void run(const QString &command) {
 /// A program folder with a chain that has everything on.
 class Station {
   public:
-    explicit Station(const QString &folder) : folder_(folder) {
+    explicit Station(QString folder) : folder_(std::move(folder)) {
         for (const char *name : {"temp", "temp2"}) {
             QDir(folder_).mkdir(QString::fromLatin1(name));
         }

@@ -22,7 +22,7 @@ inline float powerToDecibels(float power) {
     constexpr float decibelsPerOctave = decibelsPerNeper * std::numbers::ln2_v<float>;
     const auto bits = std::bit_cast<std::int32_t>(power);
     const std::int32_t exponent = (bits - rootHalf) >> 23;
-    const float m = std::bit_cast<float>(bits - exponent * (1 << 23));
+    const auto m = std::bit_cast<float>(bits - exponent * (1 << 23));
     const float s = (m - 1.0F) / (m + 1.0F);
     const float s2 = s * s;
     const float ln = 2.0F * s * (1.0F + s2 * (1.0F / 3 + s2 * (1.0F / 5 + s2 * (1.0F / 7))));
@@ -35,7 +35,8 @@ inline float factorOfReduction(float decibels) {
     constexpr float ln2 = std::numbers::ln2_v<float>;
     constexpr float octavesPerDecibel = std::numbers::ln10_v<float> / 20.0F / ln2;
     const float octaves = decibels * octavesPerDecibel;
-    const auto whole = static_cast<std::int32_t>(octaves + 0.5F);
+    // Rounded so, as it is never negative, the loop over all samples becomes vector code.
+    const auto whole = static_cast<std::int32_t>(octaves + 0.5F); // NOLINT(bugprone-incorrect-roundings)
     const float x = (static_cast<float>(whole) - octaves) * ln2;
     const float e = 1 + x * (1 + x * (1.0F / 2 + x * (1.0F / 6 + x * (1.0F / 24 + x * (1.0F / 120)))));
     return e * std::bit_cast<float>((127 - whole) * (1 << 23));

@@ -68,26 +68,26 @@ void frmAdv::layOut() {
 
 void frmAdv::Form_Load() {
     setWindowTitle(AudioRecord1_.lineName() + QStringLiteral(": Advanced Properties"));
-    fillCombo();
+    showNothing();
+    const QSignalBlocker quiet(Combo1);
+    for (int index = 0; index < AudioRecord1_.propertyCount(); ++index) {
+        Combo1->addItem(AudioRecord1_.lineProperty(index).name);
+    }
+    if (Combo1->count() > 0) {
+        Combo1->setEnabled(true);
+        lblNone->hide();
+        showProperty();
+    }
 }
 
-void frmAdv::fillCombo() {
-    {
-        const QSignalBlocker quiet(Combo1);
-        Combo1->clear();
-        for (int index = 0; index < AudioRecord1_.propertyCount(); ++index) {
-            Combo1->addItem(AudioRecord1_.lineProperty(index).name);
-        }
-    }
-    const bool hasProperties = Combo1->count() > 0;
-    Combo1->setEnabled(hasProperties);
-    lblNone->setVisible(!hasProperties);
+void frmAdv::showNothing() {
+    const QSignalBlocker quiet(Combo1);
+    Combo1->clear();
+    Combo1->setEnabled(false);
     Check1->hide();
     Slider1->hide();
     lblValue->hide();
-    if (hasProperties) {
-        Combo1_Click();
-    }
+    lblNone->show();
 }
 
 void frmAdv::Combo1_Click() {
@@ -112,7 +112,7 @@ void frmAdv::showProperty() {
     const int index = Combo1->currentIndex();
     if (index < 0 || index >= AudioRecord1_.propertyCount()) {
         // The card was unplugged meanwhile.
-        fillCombo();
+        showNothing();
         return;
     }
     const LineProperty property = AudioRecord1_.lineProperty(index);

@@ -35,7 +35,8 @@ class frmAdv : public QDialog {
 
   private:
     void layOut();
-    void fillCombo();
+    /// An empty window that says why.
+    void showNothing();
     /// Shows the selected property as the recorder has it now.
     void showProperty();
     void showNumber(const LineProperty &property);

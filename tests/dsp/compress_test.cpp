@@ -78,7 +78,8 @@ TEST(Compress, AttackAndReleaseAreWithinATenthOfTheirTimes) {
     const double reduction = textbook(decibels(loud), -20, 60) - decibels(loud);
     const double attack = 1000.0 * static_cast<double>(timeOf(out, testRate, loud, 0, reduction)) / testRate;
     EXPECT_NEAR(attack, Compressor::attackMs, 0.1 * static_cast<double>(Compressor::attackMs));
-    const double release = 1000.0 * static_cast<double>(timeOf(out, 2 * testRate, soft, reduction, 0)) / testRate;
+    const double release =
+        1000.0 * static_cast<double>(timeOf(out, std::size_t{2} * testRate, soft, reduction, 0)) / testRate;
     EXPECT_NEAR(release, Compressor::releaseMs, 0.1 * static_cast<double>(Compressor::releaseMs));
 }
 

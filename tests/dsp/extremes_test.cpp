@@ -149,7 +149,7 @@ TEST(Extremes, AnHourIsTheSameAtItsEndAsAtItsBeginning) {
     const Samples raw(take.end() - 100000, take.end());
     transform.amplify(take, 0.5F);
     for (std::size_t i = 0; i < raw.size(); ++i) {
-        ASSERT_NEAR(take[length - raw.size() + i], raw[i] / 2, 1.6);
+        ASSERT_NEAR(take[length - raw.size() + i], 0.5 * raw[i], 1.6);
     }
     transform.normalise(take, 90);
     EXPECT_NEAR(peakOf(take), 29490, 2);
