@@ -44,6 +44,7 @@ void frmExport::layOut() {
     layout->addWidget(barProgres);
     layout->addWidget(lblResult);
     layout->addLayout(buttons);
+    setMinimumWidth(fontMetrics().averageCharWidth() * 65); // room for the title
 }
 
 void frmExport::Form_Load() {

@@ -1,12 +1,13 @@
 // How the setup dialog is put together.
 #include "settings/frm_setup.h"
 
-#include <QFormLayout>
+#include <QGridLayout>
 #include <QGroupBox>
 #include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
 
+#include <initializer_list>
 #include <utility>
 
 namespace orvel {
@@ -40,29 +41,47 @@ QPushButton *chooser(QWidget *parent, const char *name, const QString &toolTip) 
     return button;
 }
 
-QFormLayout *formOn(QWidget *page) {
-    auto *form = new QFormLayout(page);
-    form->setVerticalSpacing(page->fontMetrics().height() / 2);
-    form->setLabelAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    return form;
-}
+/// Rows of a caption and its controls, one under the other. A form layout would hang the captions of tall rows too
+/// high.
+class Rows {
+  public:
+    explicit Rows(QWidget *page) : page_(page), grid_(new QGridLayout(page)) {
+        grid_->setVerticalSpacing(gap());
+        grid_->setHorizontalSpacing(gap());
+        grid_->setColumnStretch(1, 1);
+    }
 
-QHBoxLayout *beside(QWidget *wide, QWidget *narrow) {
-    auto *line = new QHBoxLayout;
-    line->addWidget(wide, 1);
-    line->addWidget(narrow);
-    return line;
-}
+    /// The first control is what the caption names.
+    void add(const QString &caption, std::initializer_list<QWidget *> controls) {
+        auto *label = new QLabel(caption, page_);
+        label->setBuddy(*controls.begin());
+        auto *line = new QHBoxLayout;
+        line->setSpacing(gap());
+        for (QWidget *control : controls) {
+            const bool isWide = control->sizePolicy().expandingDirections().testFlag(Qt::Horizontal);
+            line->addWidget(control, isWide ? 1 : 0);
+        }
+        line->addStretch(0);
+        grid_->addWidget(label, grid_->rowCount(), 0);
+        grid_->addLayout(line, grid_->rowCount() - 1, 1);
+    }
+    void add(QWidget *control) { grid_->addWidget(control, grid_->rowCount(), 0, 1, 2); }
+    void fillUp() { grid_->setRowStretch(grid_->rowCount(), 1); }
+
+  private:
+    [[nodiscard]] int gap() const { return page_->fontMetrics().height() / 2; }
+
+    QWidget *page_;
+    QGridLayout *grid_;
+};
 
 } // namespace
 
 frmSetup::frmSetup(Platform &platform, Settings &settings, QString programFolder, std::function<void()> coloursChanged,
                    QWidget *parent)
     : QDialog(parent), tabSetup(named(new QTabWidget(this), "tabSetup", tr("Instellingen"))),
-      cmdSave(named(new QPushButton(QIcon(QStringLiteral(":/icons/save.svg")), tr("Bewaren"), this), "cmdSave",
-                    tr("Bewaren"))),
-      cmdExit(named(new QPushButton(QIcon(QStringLiteral(":/icons/exit.svg")), tr("Sluiten"), this), "cmdExit",
-                    tr("Sluiten"))),
+      cmdSave(named(new QPushButton(tr("Bewaren"), this), "cmdSave", tr("Bewaren"))),
+      cmdExit(named(new QPushButton(tr("Sluiten"), this), "cmdExit", tr("Sluiten"))),
       txtPath(named(new QLineEdit(this), "txtPath", QStringLiteral("DatabasePath"))),
       cmdPath(chooser(this, "cmdPath", tr("Kies de map van de databasebestanden"))),
       txtVoice(named(new QLineEdit(this), "txtVoice", QStringLiteral("VoicetrackPath"))),
@@ -110,27 +129,22 @@ void frmSetup::layOut() {
 
 QWidget *frmSetup::optionsPage() {
     auto *page = new QWidget(this);
-    auto *form = formOn(page);
-    form->addRow(QStringLiteral("DatabasePath"), beside(txtPath, cmdPath));
-    form->addRow(QStringLiteral("VoicetrackPath"), beside(txtVoice, cmdVoice));
-    form->addRow(chkData);
-    form->addRow(chkServer);
+    Rows rows(page);
+    rows.add(QStringLiteral("DatabasePath"), {txtPath, cmdPath});
+    rows.add(QStringLiteral("VoicetrackPath"), {txtVoice, cmdVoice});
+    rows.add(chkData);
+    rows.add(chkServer);
+    rows.fillUp();
     return page;
 }
 
 QWidget *frmSetup::soundPage() {
     auto *frame = new QGroupBox(QStringLiteral("Trackbeluistering"), this);
-    auto *form = formOn(frame);
-    form->addRow(QStringLiteral("Kaart"), beside(ledKaart, updKaart));
-    form->addRow(QStringLiteral("Callback"), beside(ledCallback, updCallback));
-    auto *sizes = new QHBoxLayout;
-    sizes->addWidget(ledCBufsize);
-    sizes->addStretch();
-    form->addRow(QStringLiteral("Buffergrootte"), sizes);
-    auto *counts = new QHBoxLayout;
-    counts->addWidget(ledCBuf);
-    counts->addStretch();
-    form->addRow(QStringLiteral("Buffers"), counts);
+    Rows rows(frame);
+    rows.add(QStringLiteral("Kaart"), {ledKaart, updKaart});
+    rows.add(QStringLiteral("Callback"), {ledCallback, updCallback});
+    rows.add(QStringLiteral("Buffergrootte"), {ledCBufsize});
+    rows.add(QStringLiteral("Buffers"), {ledCBuf});
     auto *page = new QWidget(this);
     auto *layout = new QVBoxLayout(page);
     layout->addWidget(frame);
@@ -144,16 +158,10 @@ QWidget *frmSetup::generalPage() {
         cobBitrate->addItem(QString::fromLatin1(rate));
     }
     auto *page = new QWidget(this);
-    auto *form = formOn(page);
-    auto *countDown = new QHBoxLayout;
-    countDown->addWidget(ledCountDown);
-    countDown->addWidget(new QLabel(QStringLiteral("Seconden"), page));
-    countDown->addStretch();
-    form->addRow(QStringLiteral("Count-Down"), countDown);
-    auto *rates = new QHBoxLayout;
-    rates->addWidget(cobBitrate);
-    rates->addStretch();
-    form->addRow(QStringLiteral("MP3-Bitrate"), rates);
+    Rows rows(page);
+    rows.add(QStringLiteral("Count-Down"), {ledCountDown, new QLabel(QStringLiteral("Seconden"), page)});
+    rows.add(QStringLiteral("MP3-Bitrate"), {cobBitrate});
+    rows.fillUp();
     return page;
 }
 

@@ -102,7 +102,9 @@ QString QtPrompts::folder(const QString &instruction, const QString &start) {
     if (auto *newFolder = dialog.findChild<QToolButton *>(QStringLiteral("newFolderButton"))) {
         newFolder->setText(QStringLiteral("&Nieuw"));
         newFolder->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+        newFolder->setFixedSize(newFolder->sizeHint());
     }
+    dialog.resize(dialog.fontMetrics().averageCharWidth() * 110, dialog.fontMetrics().height() * 30);
     return chosenIn(dialog);
 }
 

@@ -147,6 +147,7 @@ TEST(QtPrompts, AFolderIsChosenFromItsStart) {
         ASSERT_NE(newFolder, nullptr);
         EXPECT_EQ(newFolder->text(), QStringLiteral("&Nieuw"));
         EXPECT_TRUE(newFolder->isEnabled());
+        EXPECT_GE(newFolder->width(), newFolder->sizeHint().width()) << "the text is cut off";
         auto *name = box.findChild<QLineEdit *>();
         name->setText(folder.path("onder"));
         QTest::keyClick(name, Qt::Key_Return);
