@@ -26,12 +26,18 @@ const QString errorTitle = QStringLiteral("Foutmelding");
 frmMain::frmMain(Platform &platform, QString programFolder, QString commandLine)
     : datList(platform.databases, [this](const QString &path) { recovery.keepCopy(path); }),
       recovery(platform.files, programFolder), platform_(platform), programFolder_(std::move(programFolder)),
-      commandLine_(std::move(commandLine)), drives_(programFolder_),
+      commandLine_(std::move(commandLine)), drives_(programFolder_), Joystick1(platform.joystick),
       tmrJoystick_(platform.timers.create(joystickMs, MissedTicks::Drop, [this] {
-          for (const int button : platform_.joystick.pressed()) {
+          for (const int button : Joystick1.pressed()) {
               Joystick1_ButtonDown(button);
           }
       })) {
+    Form_Initialize();
+}
+
+frmMain::~frmMain() = default;
+
+void frmMain::Form_Initialize() {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("ORVEL"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/orvel.svg")));
@@ -39,8 +45,6 @@ frmMain::frmMain(Platform &platform, QString programFolder, QString commandLine)
     makeToolbar();
     layOut();
 }
-
-frmMain::~frmMain() = default;
 
 void frmMain::makePanels() {
     stepPanel = new StepPanel(this);

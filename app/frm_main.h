@@ -82,6 +82,7 @@ class frmMain : public QMainWindow {
     void closeEvent(QCloseEvent *event) override;
 
   private:
+    void Form_Initialize();
     void makePanels();
     void makeToolbar();
     void layOut();
@@ -116,6 +117,7 @@ class frmMain : public QMainWindow {
     QString commandLine_;
     frmSplash *splash_ = nullptr;
     DriveMap drives_;
+    Joystick &Joystick1;
     std::unique_ptr<Timer> tmrJoystick_;
     std::unique_ptr<frmSplash> about_;
     std::unique_ptr<ProcessingChain> chain_;

@@ -13,18 +13,20 @@ namespace orvel {
 namespace {
 
 struct ToolButton {
-    const char *icon;
     const char *caption;
     const char *toolTip;
 };
 
+constexpr std::array ImageList1 = {":/icons/print.svg",    ":/icons/playlist_import.svg", ":/icons/playlist_export.svg",
+                                   ":/icons/settings.svg", ":/icons/information.svg",     ":/icons/exit.svg"};
+
 constexpr std::array toolButtons = {
-    ToolButton{":/icons/print.svg", "Afdrukken", "Aktieve playlist afdrukken"},
-    ToolButton{":/icons/playlist_import.svg", "Importeren", "Playlists importeren vanaf disk"},
-    ToolButton{":/icons/playlist_export.svg", "Exporteren", "Afgewerkte playlists exporteren"},
-    ToolButton{":/icons/settings.svg", "Instellingen", "Programma instellingen"},
-    ToolButton{":/icons/information.svg", "Informatie", "Informatie over dit programma"},
-    ToolButton{":/icons/exit.svg", "Afsluiten", "Verlaat het programma"},
+    ToolButton{"Afdrukken", "Aktieve playlist afdrukken"},
+    ToolButton{"Importeren", "Playlists importeren vanaf disk"},
+    ToolButton{"Exporteren", "Afgewerkte playlists exporteren"},
+    ToolButton{"Instellingen", "Programma instellingen"},
+    ToolButton{"Informatie", "Informatie over dit programma"},
+    ToolButton{"Afsluiten", "Verlaat het programma"},
 };
 
 /// A panel that keeps its height and may be wider than the window.
@@ -46,12 +48,12 @@ void frmMain::makeToolbar() {
     tlbMain->setMovable(false);
     tlbMain->setContextMenuPolicy(Qt::PreventContextMenu);
     tlbMain->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
-    int index = 0;
-    for (const ToolButton &button : toolButtons) {
-        ++index;
+    for (std::size_t i = 0; i < toolButtons.size(); ++i) {
+        const ToolButton &button = toolButtons.at(i);
         QAction *action =
-            tlbMain->addAction(QIcon(QString::fromLatin1(button.icon)), QString::fromLatin1(button.caption));
+            tlbMain->addAction(QIcon(QString::fromLatin1(ImageList1.at(i))), QString::fromLatin1(button.caption));
         action->setToolTip(QString::fromLatin1(button.toolTip));
+        const int index = static_cast<int>(i) + 1;
         connect(action, &QAction::triggered, this, [this, index] { tlbMain_ButtonClick(index); });
     }
 }

@@ -9,15 +9,21 @@
 
 namespace orvel {
 
-/// Reads a WAV or MP3 file as interleaved signed 16-bit samples, whatever the file holds.
-class AudioFileReader {
+/// A sound file on disk.
+class AudioFile {
   public:
-    virtual ~AudioFileReader() = default;
+    virtual ~AudioFile() = default;
 
+    /// Negative after a failed open or create.
+    [[nodiscard]] virtual int errorState() const = 0;
+    virtual void close() = 0;
+};
+
+/// Reads a WAV or MP3 file as interleaved signed 16-bit samples, whatever the file holds.
+class AudioFileReader : public AudioFile {
+  public:
     /// Opens a file; errorState() tells how it went.
     virtual void open(const QString &path) = 0;
-    /// Negative after a failed open.
-    [[nodiscard]] virtual int errorState() const = 0;
     [[nodiscard]] virtual int sampleRate() const = 0;
     [[nodiscard]] virtual int channels() const = 0;
     /// Length in sample frames.
@@ -26,7 +32,6 @@ class AudioFileReader {
     [[nodiscard]] virtual int bytesPerFrame() const = 0;
     /// The next block; empty at the end. Throws DeviceError when the file cannot be read on.
     [[nodiscard]] virtual QByteArray readBlock() = 0;
-    virtual void close() = 0;
 };
 
 /// How an MP3 file is written.
@@ -38,21 +43,18 @@ struct Mp3Format {
 };
 
 /// Writes an MP3 file at a constant bit rate, with a LAME tag that tells players the exact length.
-class AudioFileWriter {
+class AudioFileWriter : public AudioFile {
   public:
-    virtual ~AudioFileWriter() = default;
-
     virtual void setFormat(const Mp3Format &format) = 0;
     [[nodiscard]] virtual Mp3Format format() const = 0;
     /// The samples that write() will get: interleaved signed 16-bit. Before create().
     virtual void setInput(int sampleRate, int channels) = 0;
     /// Creates the file; errorState() tells how it went (negative: no format set, or no such folder).
     virtual void create(const QString &path) = 0;
-    [[nodiscard]] virtual int errorState() const = 0;
     /// Throws DiskFull, DeviceError.
     virtual void write(const QByteArray &block) = 0;
     /// Ends the stream, writes the tag, syncs. Throws DiskFull, DeviceError; the file is closed all the same.
-    virtual void close() = 0;
+    void close() override = 0;
 };
 
 /// Writes a WAV file of signed 16-bit mono samples.

@@ -77,8 +77,8 @@ void frmImport::cmdImport_Click() {
 
 void frmImport::copyPlaylists(const QString &source) {
     const QStringList names = context_.platform.files.list(source, playlistPattern);
-    ShellCopyFile(context_.platform, this, inFolder(source, playlistPattern), context_.settings.NewPath, false,
-                  QStringLiteral("Copieert...."));
+    Global::ShellCopyFile(context_.platform, this, inFolder(source, playlistPattern), context_.settings.NewPath, false,
+                          QStringLiteral("Copieert...."));
     QStringList sentences = {unusable(names)};
     if (!context_.settings.Nodelete) {
         sentences << offerDeletion(source);

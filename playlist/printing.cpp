@@ -94,8 +94,8 @@ void Printing::Printen(QWidget *owner) const {
     }
     const QString path = joined(programFolder_, QStringLiteral("\\rep\\play0.rpt"));
     const QByteArray reportTemplate = platform_.files.read(path);
-    platform_.report.preview(owner, QStringLiteral("Playlist ") + playlist_.fileName(),
-                             fillTemplate(reportTemplate, values(), path));
+    rptPrint.preview(owner, QStringLiteral("Playlist ") + playlist_.fileName(),
+                     fillTemplate(reportTemplate, values(), path));
 }
 
 } // namespace orvel

@@ -14,7 +14,8 @@ namespace orvel {
 class Printing {
   public:
     Printing(Platform &platform, const QString &programFolder, const CurrentStep &step, const Playlist &playlist)
-        : platform_(platform), programFolder_(programFolder), step_(step), playlist_(playlist) {}
+        : platform_(platform), rptPrint(platform.report), programFolder_(programFolder), step_(step),
+          playlist_(playlist) {}
 
     /// Shows the running order in a print preview; nothing happens before a step was selected. Throws FileNotFound
     /// (the template), InvalidProperty (the template's line) and what the database throws.
@@ -27,6 +28,7 @@ class Printing {
 
   private:
     Platform &platform_;
+    ReportViewer &rptPrint;
     const QString &programFolder_;
     const CurrentStep &step_;
     const Playlist &playlist_;

@@ -60,12 +60,12 @@ void Conversions::run(const std::function<bool(int done, int percent)> &pump) {
 
 void Conversions::work() {
     for (std::size_t number = next_++; number < jobs_.size(); number = next_++) {
-        convertOne(*jobs_[number]);
+        ConvertFile(*jobs_[number]);
         ++done_;
     }
 }
 
-void Conversions::convertOne(Job &job) const {
+void Conversions::ConvertFile(Job &job) const {
     if (stopped_) {
         return;
     }

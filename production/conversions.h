@@ -34,7 +34,7 @@ class Conversions {
   private:
     struct Job;
     void work();
-    void convertOne(Job &job) const;
+    void ConvertFile(Job &job) const;
     [[nodiscard]] int percent() const;
 
     AudioFiles &files_;

@@ -21,9 +21,8 @@ QPushButton *button(QWidget *parent, const char *name, const QString &caption, c
 } // namespace
 
 frmConvert::frmConvert(ConvertContext context, QWidget *parent)
-    : QDialog(parent),
-      browser(new FolderBrowser(context.platform.files, {QStringLiteral("*.WAV"), QStringLiteral("*.MP3")},
-                                FolderBrowser::Files::Shown, this)),
+    : QDialog(parent), browser(new FolderBrowser(context.platform.files, QStringLiteral("*.WAV;*.MP3").split(u';'),
+                                                 FolderBrowser::Files::Shown, this)),
       cmdBatch(button(this, "cmdBatch", QStringLiteral("Batch Import"),
                       tr("Gebruik de bestanden in hun volgorde voor alle presentaties"), ":/icons/sound_import.svg")),
       cmdSingle(button(this, "cmdSingle", QStringLiteral("Importeer Bestand"),

@@ -52,16 +52,16 @@ class BusySign {
 } // namespace
 
 ProcessingChain::ProcessingChain(ProcessingContext context)
-    : context_(std::move(context)), AudioFile2_(context_.platform.audioFiles.reader()),
-      AudioFile3_(context_.platform.audioFiles.wavWriter()) {}
+    : context_(std::move(context)), AudioFile2(context_.platform.audioFiles.reader()),
+      AudioFile3(context_.platform.audioFiles.wavWriter()) {}
 
 void ProcessingChain::AudioProcessing(const QString &wavPath) {
     const BusySign busy(context_.showProcess);
     take_ = wavPath;
-    AudioFile2_->open(take_);
-    AudioTransform1_.setSampleRate(AudioFile2_->sampleRate());
-    AudioTransform1_.setChannels(1);
-    AudioFile2_->close();
+    AudioFile2->open(take_);
+    AudioTransform1.setSampleRate(AudioFile2->sampleRate());
+    AudioTransform1.setChannels(1);
+    AudioFile2->close();
     try {
         runStages();
     } catch (const FatalError &) {
@@ -80,17 +80,17 @@ void ProcessingChain::runStages() {
     if (panel.chkAmp->isChecked()) {
         stage([&] {
             const float factor = AudioTransform::decibelsToFactor(valueOf(panel.ledAmp));
-            AudioTransform1_.amplify(samples_, factor);
+            AudioTransform1.amplify(samples_, factor);
         });
     }
     if (panel.chkNorm->isChecked()) {
-        stage([&] { AudioTransform1_.normalise(samples_, valueOf(panel.ledNorm)); });
+        stage([&] { AudioTransform1.normalise(samples_, valueOf(panel.ledNorm)); });
     }
     if (panel.chkComp->isChecked()) {
         // The panel's RMS time is kept with the settings, but the compressor works on peaks.
         constexpr float rmsTime = 0;
         stage([&] {
-            AudioTransform1_.compress(samples_, valueOf(panel.ledCompTreshold), valueOf(panel.ledCompRate), rmsTime);
+            AudioTransform1.compress(samples_, valueOf(panel.ledCompTreshold), valueOf(panel.ledCompRate), rmsTime);
         });
     }
     if (panel.chkReverb->isChecked()) {
@@ -103,14 +103,14 @@ void ProcessingChain::runStages() {
 
 void ProcessingChain::reverb() {
     const ProcessorPanel &panel = context_.panel;
-    AudioTransform1_.reverb(samples_, {valueOf(panel.ledRevDelay), valueOf(panel.ledRevDepth),
-                                       valueOf(panel.ledRevDecay), valueOf(panel.ledRevRate)});
+    AudioTransform1.reverb(samples_, {valueOf(panel.ledRevDelay), valueOf(panel.ledRevDepth),
+                                      valueOf(panel.ledRevDecay), valueOf(panel.ledRevRate)});
 }
 
 void ProcessingChain::trim() {
     std::int32_t k = 0;
-    AudioTransform1_.trimStart(samples_, valueOf(context_.panel.ledTrim), k);
-    AudioTransform1_.trimEnd(samples_, valueOf(context_.panel.ledTrim), k);
+    AudioTransform1.trimStart(samples_, valueOf(context_.panel.ledTrim), k);
+    AudioTransform1.trimEnd(samples_, valueOf(context_.panel.ledTrim), k);
 }
 
 void ProcessingChain::stage(const std::function<void()> &operation) {
@@ -121,17 +121,17 @@ void ProcessingChain::stage(const std::function<void()> &operation) {
 
 void ProcessingChain::StartOperation() {
     openTake();
-    AudioTransform1_.setEnabled(false);
+    AudioTransform1.setEnabled(false);
     stageOutput_ = takeFile(context_.programFolder, QStringLiteral("\\temp2\\"), QFileInfo(take_).completeBaseName(),
                             QStringLiteral(".wav"));
     createOutput();
     readTake();
-    AudioTransform1_.setEnabled(true);
+    AudioTransform1.setEnabled(true);
 }
 
 void ProcessingChain::openTake() {
-    AudioFile2_->open(take_);
-    if (AudioFile2_->errorState() >= 0 && AudioFile2_->channels() == 1) {
+    AudioFile2->open(take_);
+    if (AudioFile2->errorState() >= 0 && AudioFile2->channels() == 1) {
         return;
     }
     if (!context_.platform.files.fileExists(take_)) {
@@ -147,7 +147,7 @@ void ProcessingChain::createOutput() {
     }
     outputIsPartial_ = true;
     try {
-        AudioFile3_->create(stageOutput_, AudioFile2_->sampleRate());
+        AudioFile3->create(stageOutput_, AudioFile2->sampleRate());
     } catch (const RuntimeError &error) {
         if (error.number() == ErrorNumber::DiskFull) {
             throw;
@@ -158,22 +158,22 @@ void ProcessingChain::createOutput() {
 
 void ProcessingChain::readTake() {
     samples_.clear();
-    samples_.reserve(static_cast<std::size_t>(AudioFile2_->frames()));
-    for (QByteArray block = AudioFile2_->readBlock(); !block.isEmpty(); block = AudioFile2_->readBlock()) {
+    samples_.reserve(static_cast<std::size_t>(AudioFile2->frames()));
+    for (QByteArray block = AudioFile2->readBlock(); !block.isEmpty(); block = AudioFile2->readBlock()) {
         const std::size_t before = samples_.size();
         samples_.resize(before + static_cast<std::size_t>(block.size()) / sizeof(std::int16_t));
         std::memcpy(samples_.data() + before, block.constData(), static_cast<std::size_t>(block.size()));
     }
-    if (static_cast<std::int64_t>(samples_.size()) < AudioFile2_->frames()) {
+    if (static_cast<std::int64_t>(samples_.size()) < AudioFile2->frames()) {
         throw RuntimeError(ErrorNumber::DeviceError, take_);
     }
 }
 
 void ProcessingChain::EndOperation() {
-    AudioTransform1_.setEnabled(false);
-    AudioFile3_->write(samples_);
-    AudioFile2_->close();
-    AudioFile3_->close();
+    AudioTransform1.setEnabled(false);
+    AudioFile3->write(samples_);
+    AudioFile2->close();
+    AudioFile3->close();
     outputIsPartial_ = false;
     // The stage's output is safe on the disk: it may take the take's place.
     fatally([&] {
@@ -184,9 +184,9 @@ void ProcessingChain::EndOperation() {
 }
 
 void ProcessingChain::abandonStage() {
-    AudioTransform1_.setEnabled(false);
-    AudioFile2_->close();
-    ignoringErrors([&] { AudioFile3_->close(); });
+    AudioTransform1.setEnabled(false);
+    AudioFile2->close();
+    ignoringErrors([&] { AudioFile3->close(); });
 }
 
 void ProcessingChain::dropOutput() {

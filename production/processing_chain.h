@@ -53,9 +53,9 @@ class ProcessingChain {
     void dropOutput();
 
     ProcessingContext context_;
-    std::unique_ptr<AudioFileReader> AudioFile2_;
-    std::unique_ptr<WavFileWriter> AudioFile3_;
-    AudioTransform AudioTransform1_;
+    std::unique_ptr<AudioFileReader> AudioFile2;
+    std::unique_ptr<WavFileWriter> AudioFile3;
+    AudioTransform AudioTransform1;
     std::vector<std::int16_t> samples_; ///< the whole take, reused by every stage
     QString take_;
     QString stageOutput_;

@@ -52,7 +52,7 @@ SavePanel::SavePanel(SaveContext context, QWidget *parent)
       cmdMultivoice(button(this, "cmdMultivoice", QStringLiteral("Multi - voice"),
                            tr("Spreek deze stap voor elk station apart in"), ":/icons/multivoice.svg")),
       ledMulti(new Lamp(this)), barProgress(new Gauge(this)), context_(std::move(context)),
-      FileR_(context_.platform.audioFiles.reader()), FileW_(context_.platform.audioFiles.mp3Writer()) {
+      FileR(context_.platform.audioFiles.reader()), FileW(context_.platform.audioFiles.mp3Writer()) {
     ledMulti->setObjectName(QStringLiteral("ledMulti"));
     ledMulti->setAccessibleName(tr("Multivoice staat aan"));
     ledMulti->setColour(QColor(0xFF, 0xD0, 0x20));
@@ -74,7 +74,7 @@ SavePanel::SavePanel(SaveContext context, QWidget *parent)
 }
 
 void SavePanel::setFormat(const Mp3Format &format) {
-    FileW_->setFormat(format);
+    FileW->setFormat(format);
 }
 
 void SavePanel::cmdMultivoice_Click() {
@@ -227,7 +227,8 @@ bool SavePanel::fileVoiceTrack(const Take &take) {
 }
 
 bool SavePanel::shellCopy(const QString &source, const QString &target) {
-    return ShellCopyFile(context_.platform, window(), source, target, false, QStringLiteral("Copying...")).copied > 0;
+    return Global::ShellCopyFile(context_.platform, window(), source, target, false, QStringLiteral("Copying..."))
+               .copied > 0;
 }
 
 bool SavePanel::TranscodeToMp3(const QString &wavPath, const QString &mp3Path) {
@@ -242,7 +243,7 @@ bool SavePanel::TranscodeToMp3(const QString &wavPath, const QString &mp3Path) {
     });
     QElapsedTimer sincePump;
     sincePump.start();
-    const bool converted = convert(*FileR_, *FileW_, wavPath, mp3Path, [&](int percent) {
+    const bool converted = convert(*FileR, *FileW, wavPath, mp3Path, [&](int percent) {
         barProgress->setValue(percent);
         if (sincePump.elapsed() >= pumpIntervalMs) {
             QCoreApplication::processEvents();

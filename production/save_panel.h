@@ -55,7 +55,7 @@ class SavePanel : public QWidget {
 
     /// The format of the files to write; without one nothing can be converted.
     void setFormat(const Mp3Format &format);
-    [[nodiscard]] AudioFileWriter &writer() { return *FileW_; }
+    [[nodiscard]] AudioFileWriter &writer() { return *FileW; }
 
     void cmdSave_Click();
     void cmdMultivoice_Click();
@@ -87,8 +87,8 @@ class SavePanel : public QWidget {
     void settle(const QString &kept, bool filed, const Take &take);
 
     SaveContext context_;
-    std::unique_ptr<AudioFileReader> FileR_;
-    std::unique_ptr<AudioFileWriter> FileW_;
+    std::unique_ptr<AudioFileReader> FileR;
+    std::unique_ptr<AudioFileWriter> FileW;
     bool saving_ = false;
     bool converted_ = false;
 };

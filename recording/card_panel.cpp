@@ -68,9 +68,9 @@ void CardPanel::listCards() {
     const QSignalBlocker quiet(cobKaart);
     cobKaart->clear();
     // One past the last card on purpose: it is reported as not valid.
-    for (int device = 0; device <= audioRecord.deviceCount(); ++device) {
-        if (audioRecord.canRecord(device)) {
-            cobKaart->addItem(audioRecord.deviceName(device), device);
+    for (int DeviceIndex = 0; DeviceIndex <= audioRecord.deviceCount(); ++DeviceIndex) {
+        if (audioRecord.canRecord(DeviceIndex)) {
+            cobKaart->addItem(audioRecord.deviceName(DeviceIndex), DeviceIndex);
         }
     }
     cobKaart->setCurrentIndex(-1);

@@ -52,10 +52,10 @@ frmPreview::frmPreview(PreviewContext context, QWidget *parent)
       stopButton(new QPushButton(QIcon(QStringLiteral(":/icons/stop.svg")), tr("Stop"), cmdPlay)),
       MMLevelX1(named(new LevelMeter(this), "MMLevelX1", tr("Niveau links"))),
       MMLevelX2(named(new LevelMeter(this), "MMLevelX2", tr("Niveau rechts"))), lblProblem(new QLabel(this)),
-      context_(context), CuePlayer_(context_.platform.sound.makePlayer()),
-      tmrCuePlayer_(context_.platform.timers.create(10, MissedTicks::Drop, [this] { tmrCuePlayer_Timer(); })),
+      context_(context), CuePlayer(context_.platform.sound.makePlayer()),
+      tmrCuePlayer(context_.platform.timers.create(10, MissedTicks::Drop, [this] { tmrCuePlayer_Timer(); })),
       tmrLevels_(context_.platform.timers.create(40, MissedTicks::Drop, [this] {
-          const StereoPeaks peaks = CuePlayer_->peaks();
+          const StereoPeaks peaks = CuePlayer->peaks();
           MMLevelX1->setLevel(peaks.left);
           MMLevelX2->setLevel(peaks.right);
       })) {
@@ -78,7 +78,7 @@ void frmPreview::Form_Load() {
     volCue->setValue(firstVolume);
     volCue_Change();
     if (context_.settings.Network) {
-        CuePlayer_->setOutput(playerSettings(context_.settings));
+        CuePlayer->setOutput(playerSettings(context_.settings));
     }
     tmrLevels_->setEnabled(true);
     LaadSpeler(context_.step.PreviewTrackId);
@@ -112,33 +112,33 @@ void frmPreview::LaadSpeler(std::int32_t Track) {
     showText(*ledArtist,
              textOrNothing(records->field(isMusic ? QStringLiteral("artiest") : QStringLiteral("Omschrijving"))));
     DrawTime();
-    sliPlay->setMaximum(CuePlayer_->length());
+    sliPlay->setMaximum(CuePlayer->length());
 }
 
 void frmPreview::loadFile(const QString &cataloguePath) {
-    CuePlayer_->stop();
+    CuePlayer->stop();
     lblProblem->clear();
     const QString path = context_.drives.resolve(cataloguePath);
     try {
-        CuePlayer_->setFileName(path);
+        CuePlayer->setFileName(path);
     } catch (const RuntimeError &error) {
         const bool missing = !context_.platform.files.fileExists(path);
         lblProblem->setText(
             (missing ? tr("Het bestand %1 werd niet gevonden.") : tr("Het bestand %1 is niet leesbaar."))
                 .arg(cataloguePath));
         lblProblem->setToolTip(error.report());
-        CuePlayer_->close();
+        CuePlayer->close();
     }
     playButton->setEnabled(lblProblem->text().isEmpty());
 }
 
 void frmPreview::DrawTime() {
-    const std::int32_t remaining = checkedInt32(std::int64_t{CuePlayer_->length()} - CuePlayer_->position());
-    const TimeParts parts = splitTime(remaining);
+    const std::int32_t remaining = checkedInt32(std::int64_t{CuePlayer->length()} - CuePlayer->position());
+    const TimeParts parts = helper::splitTime(remaining);
     if (Dragging) {
         return;
     }
-    sliPlay->setValue(CuePlayer_->position());
+    sliPlay->setValue(CuePlayer->position());
     // Written only when it changed: this runs a hundred times a second.
     if (parts.minutes != shown_.minutes) {
         lcdMin->setSeconds(parts.minutes);
@@ -159,12 +159,12 @@ void frmPreview::tmrCuePlayer_Timer() {
 void frmPreview::cmdPlay_ButtonClick(int code) {
     switch (code) {
     case PlayCode:
-        CuePlayer_->stop();
-        CuePlayer_->start();
-        tmrCuePlayer_->setEnabled(true);
+        CuePlayer->stop();
+        CuePlayer->start();
+        tmrCuePlayer->setEnabled(true);
         break;
     case StopCode:
-        CuePlayer_->stop();
+        CuePlayer->stop();
         break;
     default:
         break;
@@ -181,18 +181,18 @@ void frmPreview::sliPlay_MouseUp() {
 }
 
 void frmPreview::SeekTo(std::int32_t Position) {
-    CuePlayer_->pause();
-    CuePlayer_->setPosition(Position);
-    CuePlayer_->resume();
+    CuePlayer->pause();
+    CuePlayer->setPosition(Position);
+    CuePlayer->resume();
 }
 
 void frmPreview::volCue_Change() {
-    CuePlayer_->setVolume(volCue->value());
+    CuePlayer->setVolume(volCue->value());
 }
 
 void frmPreview::done(int result) {
-    CuePlayer_->stop();
-    tmrCuePlayer_->setEnabled(false);
+    CuePlayer->stop();
+    tmrCuePlayer->setEnabled(false);
     tmrLevels_->setEnabled(false);
     QDialog::done(result);
 }

@@ -85,8 +85,8 @@ class frmPreview : public QDialog {
     QWidget *timePanels();
 
     PreviewContext context_;
-    std::unique_ptr<WavePlayer> CuePlayer_;
-    std::unique_ptr<Timer> tmrCuePlayer_;
+    std::unique_ptr<WavePlayer> CuePlayer;
+    std::unique_ptr<Timer> tmrCuePlayer;
     std::unique_ptr<Timer> tmrLevels_;
     QString SearchCriterion;
     bool Dragging = false;

@@ -20,7 +20,7 @@ const QString stopCaption = QStringLiteral("Stop Weergave");
 PlaybackPanel::PlaybackPanel(PlaybackContext context, QWidget *parent)
     : QWidget(parent), cmdPlay(new QPushButton(QIcon(QStringLiteral(":/icons/listen.svg")), listenCaption, this)),
       context_(std::move(context)), player_(context_.platform.sound.makePlayer()),
-      tmrPlay_(context_.platform.timers.create(10, MissedTicks::Drop, [this] { tmrPlay_Timer(); })),
+      tmrPlay(context_.platform.timers.create(10, MissedTicks::Drop, [this] { tmrPlay_Timer(); })),
       tmrLevels_(context_.platform.timers.create(40, MissedTicks::Drop, [this] {
           const StereoPeaks peaks = player_->peaks();
           Q_EMIT levelsChanged(peaks.left, peaks.right);
@@ -64,7 +64,7 @@ QString PlaybackPanel::takeToPlay() const {
 void PlaybackPanel::play(const QString &path) {
     player_->setFileName(path);
     player_->start();
-    tmrPlay_->setEnabled(true);
+    tmrPlay->setEnabled(true);
     tmrLevels_->setEnabled(true);
     context_.enableOthers(false);
     cmdPlay->setText(stopCaption);
@@ -72,7 +72,7 @@ void PlaybackPanel::play(const QString &path) {
 }
 
 void PlaybackPanel::tmrPlay_Timer() {
-    const TimeParts time = splitTime(player_->position());
+    const TimeParts time = helper::splitTime(player_->position());
     context_.ledTijd.setTime(time.hours, time.minutes, time.seconds, time.millis);
 }
 

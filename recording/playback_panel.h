@@ -46,7 +46,7 @@ class PlaybackPanel : public QWidget {
     /// Ends listening, when something else begins that needs the take.
     void interrupt();
     /// The clock that shows the position stands still.
-    void stopClock() { tmrPlay_->setEnabled(false); }
+    void stopClock() { tmrPlay->setEnabled(false); }
 
   Q_SIGNALS:
     /// Highest samples since the last look, 0..1.
@@ -59,7 +59,7 @@ class PlaybackPanel : public QWidget {
 
     PlaybackContext context_;
     std::unique_ptr<WavePlayer> player_;
-    std::unique_ptr<Timer> tmrPlay_;
+    std::unique_ptr<Timer> tmrPlay;
     std::unique_ptr<Timer> tmrLevels_;
 };
 

@@ -58,8 +58,9 @@ RecorderPanel::RecorderPanel(RecorderContext context, QWidget *parent)
       ledTijd(display(this, "ledTijd", TimeDisplay::Fields::HoursMinutesSecondsMillis, tr("Opnametijd"))),
       lblOpname(notice(this, "lblOpname", QStringLiteral("OPNAME LOOPT"))),
       lblProcess(notice(this, "lblProcess", QStringLiteral("SOUNDPROCESSING..."))), context_(std::move(context)),
-      tmrCountDown_(context_.platform.timers.create(1000, MissedTicks::Drop, [this] { tmrCountDown_Timer(); })),
-      tmrRec_(context_.platform.timers.create(10, MissedTicks::CatchUp, [this] { tmrRec_Timer(); })),
+      AudioPlayer1(context_.platform.sound.audioPlayer()),
+      tmrCountDown(context_.platform.timers.create(1000, MissedTicks::Drop, [this] { tmrCountDown_Timer(); })),
+      tmrRec(context_.platform.timers.create(10, MissedTicks::CatchUp, [this] { tmrRec_Timer(); })),
       tmrWatch_(context_.platform.timers.create(40, MissedTicks::Drop, [this] { watchRecorder(); })) {
     cmdRec->setProperty("role", QStringLiteral("record"));
     cmdRec->setEnabled(false);
@@ -135,10 +136,10 @@ void RecorderPanel::beginCountDown() {
     CountdownLeft = checkedInt16(context_.settings.Countdown + 1);
     BarExhausted = false;
     context_.platform.sound.recorder().prepare();
-    tmrCountDown_->setEnabled(true);
+    tmrCountDown->setEnabled(true);
     Q_EMIT takeReady(false);
     if (context_.settings.Mute) {
-        context_.platform.sound.audioPlayer().setOutputMute(true);
+        AudioPlayer1.setOutputMute(true);
     }
     if (!RecorderOnly) {
         context_.step.PlaylistTakeRunning = true;
@@ -152,8 +153,8 @@ void RecorderPanel::tmrCountDown_Timer() {
         return;
     }
     lblOpname->show();
-    tmrCountDown_->setEnabled(false);
-    tmrRec_->setEnabled(true);
+    tmrCountDown->setEnabled(false);
+    tmrRec->setEnabled(true);
     try {
         StartRecorder();
     } catch (const RuntimeError &) {
@@ -180,7 +181,7 @@ void RecorderPanel::StartRecorder() {
 void RecorderPanel::StartOpname() {
     setCaption(true);
     ElapsedMs = 0;
-    tmrRec_->setEnabled(true);
+    tmrRec->setEnabled(true);
 }
 
 void RecorderPanel::stopRecorder() {
@@ -201,7 +202,7 @@ void RecorderPanel::tmrRec_Timer() {
 }
 
 void RecorderPanel::showElapsed() {
-    const auto [ElapsedHours, ElapsedMinutes, ElapsedSeconds, ElapsedMillis] = splitTime(ElapsedMs);
+    const auto [ElapsedHours, ElapsedMinutes, ElapsedSeconds, ElapsedMillis] = helper::splitTime(ElapsedMs);
     ledTijd->setTime(ElapsedHours, ElapsedMinutes, ElapsedSeconds, ElapsedMillis);
 }
 
@@ -239,8 +240,8 @@ void RecorderPanel::stop() {
 
 void RecorderPanel::backToIdle() {
     lblOpname->hide();
-    tmrRec_->setEnabled(false);
-    tmrCountDown_->setEnabled(false);
+    tmrRec->setEnabled(false);
+    tmrCountDown->setEnabled(false);
     tmrWatch_->setEnabled(false);
     setCaption(false);
     Q_EMIT levelChanged(0.0F);
@@ -250,7 +251,7 @@ void RecorderPanel::backToIdle() {
         context_.step.PlaylistTakeRunning = false;
     }
     if (context_.settings.Mute) {
-        context_.platform.sound.audioPlayer().setOutputMute(false);
+        AudioPlayer1.setOutputMute(false);
     }
 }
 

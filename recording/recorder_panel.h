@@ -15,6 +15,8 @@
 
 namespace orvel {
 
+class AudioPlayer;
+
 /// What the recording session needs of the rest of the program; all of it outlives the panel.
 struct RecorderContext {
     Platform &platform;
@@ -58,7 +60,7 @@ class RecorderPanel : public QWidget {
 
     /// A take may not be started while the one before is being encoded.
     void setBusy(bool busy);
-    [[nodiscard]] bool isCountingDown() const { return tmrCountDown_->isEnabled(); }
+    [[nodiscard]] bool isCountingDown() const { return tmrCountDown->isEnabled(); }
     /// The take's file in "\temp\". Throws BadFileName for a name that would leave the folder.
     [[nodiscard]] QString takePath() const;
 
@@ -80,8 +82,9 @@ class RecorderPanel : public QWidget {
     void layOut();
 
     RecorderContext context_;
-    std::unique_ptr<Timer> tmrCountDown_;
-    std::unique_ptr<Timer> tmrRec_;
+    AudioPlayer &AudioPlayer1;
+    std::unique_ptr<Timer> tmrCountDown;
+    std::unique_ptr<Timer> tmrRec;
     std::unique_ptr<Timer> tmrWatch_;
     bool BarExhausted = false;
     std::int32_t ElapsedMs = 0;

@@ -4,7 +4,7 @@
 
 namespace orvel {
 
-TimeParts splitTime(std::int32_t milliseconds) {
+TimeParts helper::splitTime(std::int32_t milliseconds) {
     constexpr std::int32_t second = 1000;
     constexpr std::int32_t minute = 60 * second;
     constexpr std::int32_t hour = 60 * minute;

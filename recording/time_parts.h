@@ -12,7 +12,11 @@ struct TimeParts {
     std::int16_t millis = 0;
 };
 
+namespace helper {
+
 /// Throws Overflow when the hours need more than 16 bits.
 TimeParts splitTime(std::int32_t milliseconds);
+
+} // namespace helper
 
 } // namespace orvel

@@ -61,10 +61,10 @@ constexpr std::array textColours = {
 class Reader {
   public:
     Reader(FileSystem &files, const QString &programFolder)
-        : file_(files, joined(programFolder, QStringLiteral("\\orvel.ini"))) {}
+        : iniCon(files, joined(programFolder, QStringLiteral("\\orvel.ini"))) {}
 
     void setSection(const char *section) { section_ = QString::fromLatin1(section); }
-    [[nodiscard]] QString text(const char *key) const { return file_.value(section_, QString::fromLatin1(key)); }
+    [[nodiscard]] QString text(const char *key) const { return iniCon.value(section_, QString::fromLatin1(key)); }
 
     [[nodiscard]] bool isOne(const char *key) const {
         bool isNumber = false;
@@ -83,7 +83,7 @@ class Reader {
     }
 
   private:
-    IniFile file_;
+    IniFile iniCon;
     QString section_;
 };
 
@@ -124,16 +124,16 @@ void loadColours(Reader &file, Settings &settings) {
 class Writer {
   public:
     Writer(FileSystem &files, const QString &programFolder)
-        : file_(files, joined(programFolder, QStringLiteral("\\orvel.ini"))) {}
+        : iniCon(files, joined(programFolder, QStringLiteral("\\orvel.ini"))) {}
 
     void setSection(const char *section) { section_ = QString::fromLatin1(section); }
-    void write(const char *key, const QString &value) { file_.setValue(section_, QString::fromLatin1(key), value); }
+    void write(const char *key, const QString &value) { iniCon.setValue(section_, QString::fromLatin1(key), value); }
     void write(const char *key, std::int32_t value) { write(key, QString::number(value)); }
     void writeTruth(const char *key, bool value) { write(key, value ? 1 : 0); }
-    void save() { file_.save(); }
+    void save() { iniCon.save(); }
 
   private:
-    IniFile file_;
+    IniFile iniCon;
     QString section_;
 };
 

@@ -158,8 +158,9 @@ void copyAll(const Request &request, const QStringList &sources, bool intoFolder
 
 } // namespace
 
-ShellCopyResult ShellCopyFile(Platform &platform, QWidget *Owner, const QString &Source, const QString &Destination,
-                              bool Silent, const QString &Title, const std::function<void()> &fileDone) {
+ShellCopyResult Global::ShellCopyFile(Platform &platform, QWidget *Owner, const QString &Source,
+                                      const QString &Destination, bool Silent, const QString &Title,
+                                      const std::function<void()> &fileDone) {
     ShellCopyResult result;
     const Request request{platform, Owner, Destination, Silent, Title, fileDone};
     try {

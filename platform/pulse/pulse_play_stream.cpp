@@ -56,21 +56,21 @@ PulsePlayStream::~PulsePlayStream() {
 }
 
 void PulsePlayStream::connect(const QByteArray &output, const PlayFormat &format) {
-    const pa_sample_spec spec{PA_SAMPLE_FLOAT32NE, static_cast<std::uint32_t>(rate_),
-                              static_cast<std::uint8_t>(std::min<std::int64_t>(channels_, UINT8_MAX))};
+    const pa_sample_spec sampling{PA_SAMPLE_FLOAT32NE, static_cast<std::uint32_t>(rate_),
+                                  static_cast<std::uint8_t>(std::min<std::int64_t>(channels_, UINT8_MAX))};
     pa_channel_map map{};
-    if (pa_sample_spec_valid(&spec) == 0 ||
-        pa_channel_map_init_extend(&map, spec.channels, PA_CHANNEL_MAP_WAVEEX) == nullptr) {
+    if (pa_sample_spec_valid(&sampling) == 0 ||
+        pa_channel_map_init_extend(&map, sampling.channels, PA_CHANNEL_MAP_WAVEEX) == nullptr) {
         throwDeviceError("dit geluid kan niet worden weergegeven");
     }
-    stream_ = server_.isReady() ? pa_stream_new(server_.context(), "Weergave", &spec, &map) : nullptr;
+    stream_ = server_.isReady() ? pa_stream_new(server_.context(), "Weergave", &sampling, &map) : nullptr;
     if (stream_ == nullptr) {
         throwDeviceError("de geluidsserver is weg");
     }
     pa_stream_set_state_callback(stream_, PulsePlayStreamCallbacks::state, this);
     pa_stream_set_write_callback(stream_, PulsePlayStreamCallbacks::write, this);
     const auto bytes = [&](std::int64_t frames) {
-        return static_cast<std::uint32_t>(frames) * static_cast<std::uint32_t>(pa_frame_size(&spec));
+        return static_cast<std::uint32_t>(frames) * static_cast<std::uint32_t>(pa_frame_size(&sampling));
     };
     constexpr auto kServersChoice = static_cast<std::uint32_t>(-1);
     const std::int64_t begin = std::min(format.framesAhead, rate_ * kBeginMs / 1000);

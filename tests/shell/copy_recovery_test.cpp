@@ -31,7 +31,7 @@ const QString title = QStringLiteral("Copying...");
 class CopyAndRecovery : public testing::Test {
   protected:
     ShellCopyResult copy(const char *source, const QString &target, bool silent = false) {
-        return ShellCopyFile(platform, nullptr, folder.path(source), target, silent, title);
+        return Global::ShellCopyFile(platform, nullptr, folder.path(source), target, silent, title);
     }
     void expectError(const char *text) {
         prompts.expectMessage(QString::fromUtf8(text), QStringLiteral("ShellCopyFile"), MessageIcon::Exclamation);

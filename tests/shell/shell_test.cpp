@@ -52,7 +52,7 @@ class Shell : public testing::Test {
     [[nodiscard]] QString path(const QString &relative) const { return folder.filePath(relative); }
     void put(const QString &relative, const QByteArray &content) { disk.write(path(relative), content); }
     ShellCopyResult copy(const QString &source, const QString &target, bool silent = false) {
-        return ShellCopyFile(platform, nullptr, path(source), path(target), silent, title);
+        return Global::ShellCopyFile(platform, nullptr, path(source), path(target), silent, title);
     }
 
     QTemporaryDir folder;
@@ -128,8 +128,8 @@ TEST_F(Shell, ASlowCopyShowsOneWindowUnderItsTitleThatStopsIt) {
         }
     });
     watch.start(10);
-    const ShellCopyResult result = ShellCopyFile(slowPlatform, nullptr, path(QStringLiteral("van/*.mdb")),
-                                                 path(QStringLiteral("naar")), false, title);
+    const ShellCopyResult result = Global::ShellCopyFile(slowPlatform, nullptr, path(QStringLiteral("van/*.mdb")),
+                                                         path(QStringLiteral("naar")), false, title);
     EXPECT_EQ(windows, 1);
     EXPECT_EQ(result.copied, 1);
     EXPECT_EQ(result.skipped, 2);
@@ -147,8 +147,8 @@ TEST_F(Shell, ASilentSlowCopyShowsNoWindow) {
     QTimer watch;
     QObject::connect(&watch, &QTimer::timeout, [&] { shown = shown || QApplication::activeModalWidget() != nullptr; });
     watch.start(10);
-    const ShellCopyResult result = ShellCopyFile(slowPlatform, nullptr, path(QStringLiteral("van/1.mdb")),
-                                                 path(QStringLiteral("naar")), true, title);
+    const ShellCopyResult result = Global::ShellCopyFile(slowPlatform, nullptr, path(QStringLiteral("van/1.mdb")),
+                                                         path(QStringLiteral("naar")), true, title);
     EXPECT_EQ(result.copied, 1);
     EXPECT_FALSE(shown);
 }
@@ -183,8 +183,9 @@ TEST_F(Shell, EveryFileIsCountedWhetherItWasCopiedOrPassedOver) {
     }
     prompts.expectAsk(QStringLiteral("Het bestand 2.mp3 bestaat al. Wilt U het overschrijven ?"), title, false);
     int done = 0;
-    const ShellCopyResult result = ShellCopyFile(platform, nullptr, path(QStringLiteral("van/*.mp3")),
-                                                 path(QStringLiteral("naar")), false, title, [&done] { ++done; });
+    const ShellCopyResult result =
+        Global::ShellCopyFile(platform, nullptr, path(QStringLiteral("van/*.mp3")), path(QStringLiteral("naar")), false,
+                              title, [&done] { ++done; });
     EXPECT_EQ(done, 3);
     EXPECT_EQ(result.copied, 2);
     EXPECT_EQ(result.skipped, 1);
