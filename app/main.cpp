@@ -41,7 +41,7 @@ int Main(OrvelApplication &application) {
     SystemAudioFiles audioFiles;
     PulseSoundCard sound;
     SdlJoystick joystick;
-    QtReportViewer report;
+    QtReportViewer report(prompts);
     Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
     application.setPrompts(prompts);
 

@@ -85,6 +85,7 @@ QLineEdit, QPlainTextEdit, QTextEdit {
     padding: 0.25em 0.35em; selection-background-color: @accent; selection-color: @accentText;
 }
 QLineEdit:focus, QPlainTextEdit:focus, QTextEdit:focus { border: 2px solid @accent; margin: 0px; }
+QComboBox QLineEdit, QComboBox QLineEdit:focus { border: none; margin: 0px; padding: 0px; background: transparent; }
 QLineEdit[problem="true"] { border: 2px solid @attention; margin: 0px; color: @attention; }
 QLineEdit:disabled, QPlainTextEdit:disabled, QTextEdit:disabled {
     background: @panel; color: @disabled; border-color: @line;

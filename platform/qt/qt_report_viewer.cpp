@@ -1,10 +1,19 @@
 #include "platform/qt/qt_report_viewer.h"
 
 #include <QAbstractTextDocumentLayout>
+#include <QAction>
+#include <QBuffer>
+#include <QFileDialog>
+#include <QFileInfo>
 #include <QPainter>
+#include <QPdfWriter>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
+#include <QSaveFile>
+#include <QStandardPaths>
 #include <QTextDocument>
+#include <QToolBar>
+#include <QToolButton>
 
 namespace orvel {
 
@@ -13,9 +22,9 @@ namespace {
 constexpr double marginMm = 15;
 constexpr int fontPoints = 9;
 
-void makeA4(QPrinter &printer) {
-    printer.setPageSize(QPageSize(QPageSize::A4));
-    printer.setPageMargins(QMarginsF(marginMm, marginMm, marginMm, marginMm), QPageLayout::Millimeter);
+void makeA4(QPagedPaintDevice &pages) {
+    pages.setPageSize(QPageSize(QPageSize::A4));
+    pages.setPageMargins(QMarginsF(marginMm, marginMm, marginMm, marginMm), QPageLayout::Millimeter);
 }
 
 QFont reportFont() {
@@ -38,26 +47,46 @@ void paintBody(QPainter &painter, const QTextDocument &document, int page, const
     painter.restore();
 }
 
+/// In front of Qt's own buttons, where it is seen at every width.
+template <class Handler>
+void addPdfButton(QPrintPreviewDialog &dialog, Handler clicked) {
+    auto *tools = dialog.findChild<QToolBar *>();
+    if (tools == nullptr) {
+        return;
+    }
+    const int icon = dialog.fontMetrics().height() * 3 / 2;
+    tools->setIconSize(QSize(icon, icon));
+    tools->setMovable(false);
+    auto *save = new QAction(QIcon(QStringLiteral(":/icons/save.svg")), QObject::tr("PDF bewaren"), &dialog);
+    save->setObjectName(QStringLiteral("cmdPdf"));
+    save->setToolTip(QObject::tr("Draaiorde als PDF-bestand bewaren"));
+    tools->insertAction(tools->actions().value(0), save);
+    if (auto *button = qobject_cast<QToolButton *>(tools->widgetForAction(save))) {
+        button->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    }
+    QObject::connect(save, &QAction::triggered, &dialog, clicked);
+}
+
 } // namespace
 
-void paintReport(QPrinter &printer, const QString &title, const QString &html) {
-    QPainter painter(&printer);
+void paintReport(QPagedPaintDevice &pages, const QString &title, const QString &html) {
+    QPainter painter(&pages);
     if (!painter.isActive()) {
         return;
     }
     QTextDocument document;
-    document.documentLayout()->setPaintDevice(&printer);
+    document.documentLayout()->setPaintDevice(&pages);
     document.setDefaultFont(reportFont());
     document.setDocumentMargin(0);
     document.setHtml(html);
-    const QRectF page(QPointF(0, 0), printer.pageRect(QPrinter::DevicePixel).size());
-    const double footHeight = QFontMetricsF(reportFont(), &printer).height() * 2;
+    const QRectF page(QPointF(0, 0), pages.pageLayout().paintRectPixels(pages.logicalDpiX()).size());
+    const double footHeight = QFontMetricsF(reportFont(), &pages).height() * 2;
     const QSizeF body(page.width(), page.height() - footHeight);
     document.setPageSize(body);
-    const int pages = document.pageCount();
-    for (int number = 0; number < pages; ++number) {
+    const int count = document.pageCount();
+    for (int number = 0; number < count; ++number) {
         if (number > 0) {
-            printer.newPage();
+            pages.newPage();
         }
         paintBody(painter, document, number, body);
         const QRectF foot(0, body.height(), page.width(), footHeight);
@@ -65,7 +94,7 @@ void paintReport(QPrinter &printer, const QString &title, const QString &html) {
         painter.setPen(Qt::darkGray);
         painter.drawText(foot, Qt::AlignLeft | Qt::AlignBottom, title);
         painter.drawText(foot, Qt::AlignRight | Qt::AlignBottom,
-                         QStringLiteral("pagina %1 van %2").arg(number + 1).arg(pages));
+                         QStringLiteral("pagina %1 van %2").arg(number + 1).arg(count));
     }
 }
 
@@ -82,17 +111,39 @@ void QtReportViewer::preview(QWidget *owner, const QString &title, const QString
     }
     QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
                      [&](QPrinter *target) { paintReport(*target, title, html); });
+    addPdfButton(dialog, [&] { savePdf(&dialog, title, html); });
     dialog.exec();
 }
 
+void QtReportViewer::savePdf(QWidget *owner, const QString &title, const QString &html) {
+    QFileDialog dialog(owner, QObject::tr("PDF bewaren"),
+                       QStandardPaths::writableLocation(QStandardPaths::DocumentsLocation));
+    dialog.setAcceptMode(QFileDialog::AcceptSave);
+    dialog.setNameFilter(QObject::tr("PDF-bestanden (*.pdf)"));
+    dialog.setDefaultSuffix(QStringLiteral("pdf"));
+    dialog.selectFile(QFileInfo(title).completeBaseName() + QStringLiteral(".pdf"));
+    if (dialog.exec() != QDialog::Accepted || dialog.selectedFiles().isEmpty()) {
+        return;
+    }
+    const QString path = dialog.selectedFiles().constFirst();
+    if (!renderPdf(title, html, path)) {
+        prompts_.message(QObject::tr("%1 kon niet worden geschreven.").arg(path), QObject::tr("PDF bewaren"),
+                         MessageIcon::Exclamation);
+    }
+}
+
 bool renderPdf(const QString &title, const QString &html, const QString &path) {
-    QPrinter printer(QPrinter::HighResolution);
-    printer.setOutputFormat(QPrinter::PdfFormat);
-    printer.setOutputFileName(path);
-    printer.setDocName(title);
-    makeA4(printer);
-    paintReport(printer, title, html);
-    return printer.printerState() != QPrinter::Error;
+    QBuffer pdf;
+    pdf.open(QIODevice::WriteOnly);
+    {
+        QPdfWriter writer(&pdf);
+        writer.setTitle(title);
+        writer.setCreator(QStringLiteral("ORVEL"));
+        makeA4(writer);
+        paintReport(writer, title, html);
+    }
+    QSaveFile file(path);
+    return file.open(QIODevice::WriteOnly) && file.write(pdf.data()) == pdf.size() && file.commit();
 }
 
 } // namespace orvel

@@ -158,14 +158,6 @@ class Desk:
                 continue
         return None
 
-    def press_in(self, window, name, role="push button"):
-        """Presses a button of one window, when others have a button of that name as well."""
-        for node in self._walk(self.find(window), cells=False):
-            if node.get_name() == name and node.get_role_name() == role:
-                self.click(node)
-                return
-        raise AssertionError(f"no {name!r} in {window!r}")
-
     def find(self, name, role=None, seconds=15.0):
         return wait_for(f"{role or 'control'} {name!r}", lambda: self.look(name, role), seconds)
 

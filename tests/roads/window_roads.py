@@ -45,9 +45,8 @@ def printed_running_order(road):
     time.sleep(1)
     road.picture("preview")
     target = os.path.join(road.desk.folder, "draaiorde.pdf")
-    # Without a printer the preview saves a PDF file.
-    road.desk.press_in("Playlist ochtend-0700.mdb", "Afdrukken")
-    time.sleep(1.5)
+    road.desk.press("PDF bewaren")
+    road.desk.find("PDF bewaren", "dialog")
     road.picture("saving")
     road.desk.key("ctrl+a")
     road.desk.type(target)

@@ -1,6 +1,7 @@
 // The real boxes, answered by their own buttons.
 #include "platform/qt/qt_prompts.h"
 #include "tests/platform/audio/temp_folder.h"
+#include "tests/platform/qt/when_open.h"
 
 #include <QApplication>
 #include <QColorDialog>
@@ -19,22 +20,6 @@
 namespace orvel {
 
 namespace {
-
-/// Runs when the next box is open.
-template <class Box>
-void whenOpen(const std::function<void(Box &)> &action) {
-    QTimer::singleShot(0, [action] {
-        auto *box = qobject_cast<Box *>(QApplication::activeModalWidget());
-        if (box == nullptr) {
-            ADD_FAILURE() << "another box, or none";
-            if (QApplication::activeModalWidget() != nullptr) {
-                QApplication::activeModalWidget()->close();
-            }
-            return;
-        }
-        action(*box);
-    });
-}
 
 void press(QMessageBox &box, const QString &text) {
     const QList<QAbstractButton *> buttons = box.buttons();
