@@ -173,7 +173,7 @@ class Desk:
 
     def click(self, node, double=False):
         area = node.get_extents(Atspi.CoordType.SCREEN)
-        self.run("xdotool", "mousemove", "--sync", str(area.x + min(area.width // 2, 300)),
+        self.run("xdotool", "mousemove", str(area.x + min(area.width // 2, 300)),
                  str(area.y + area.height // 2), "click", "--repeat", "2" if double else "1", "1")
 
     def press(self, name, role="push button", seconds=15.0):
