@@ -1,6 +1,7 @@
 #include "dsp/compress.h"
 
 #include "dsp/denormals.h"
+#include "dsp/wide_vectors.h"
 
 #include <algorithm>
 #include <array>
@@ -90,7 +91,7 @@ void Compressor::smooth(std::span<float> reductions) {
     reduction_ = reduction;
 }
 
-void Compressor::process(std::span<float> samples) {
+ORVEL_WIDE_VECTORS void Compressor::process(std::span<float> samples) {
     constexpr float silence = 1e-12F;
     std::array<float, Dither::blockSize> buffer{};
     const std::span<float> work = std::span(buffer).first(samples.size());

@@ -1,5 +1,7 @@
 #include "dsp/dither.h"
 
+#include "dsp/wide_vectors.h"
+
 namespace orvel {
 
 namespace {
@@ -40,7 +42,7 @@ void Dither::add(std::span<float, blockSize> values) {
     }
 }
 
-void Dither::quantise(std::span<const float> values, std::span<std::int16_t> samples) {
+ORVEL_WIDE_VECTORS void Dither::quantise(std::span<const float> values, std::span<std::int16_t> samples) {
     while (!samples.empty()) {
         const std::size_t count = std::min(samples.size(), blockSize);
         if (!std::equal(samples.begin(), samples.begin() + static_cast<std::ptrdiff_t>(count), values.begin())) {

@@ -1,5 +1,7 @@
 #include "dsp/room.h"
 
+#include "dsp/wide_vectors.h"
+
 #include <algorithm>
 #include <bit>
 #include <cmath>
@@ -136,7 +138,7 @@ void Room::balance() {
     lateGain_ = static_cast<float>(std::sqrt((1 - static_cast<double>(firstShare)) / late));
 }
 
-void Room::enter(RoomBlock &block) {
+ORVEL_WIDE_VECTORS void Room::enter(RoomBlock &block) {
     // What has no rumble, behind its last two samples of the block before.
     std::array<float, roomBlock + 2> high{last_[0], last_[1]};
     float low = low_;
@@ -172,7 +174,7 @@ void Room::read(Line &line, RoomBlock &to) {
     }
 }
 
-void Room::circulate(RoomBlock &block) {
+ORVEL_WIDE_VECTORS void Room::circulate(RoomBlock &block) {
     // What joins one line before the matrix goes to all lines, with that column's signs; and one row of the matrix is
     // the sum of all lines, with that row's signs: no further work for input and output.
     constexpr std::size_t entry = 0;

@@ -175,12 +175,8 @@ void ProcessingChain::EndOperation() {
     AudioFile2->close();
     AudioFile3->close();
     outputIsPartial_ = false;
-    // The stage's output is safe on the disk: it may take the take's place.
-    fatally([&] {
-        context_.platform.files.remove(take_);
-        context_.platform.files.copy(stageOutput_, take_);
-        context_.platform.files.remove(stageOutput_);
-    });
+    // The stage's output is safe on the disk: it takes the take's place, in one step.
+    fatally([&] { context_.platform.files.move(stageOutput_, take_); });
 }
 
 void ProcessingChain::abandonStage() {

@@ -33,8 +33,8 @@ class ProcessingChain {
     explicit ProcessingChain(ProcessingContext context);
 
     /// Runs the stages that are on, always in the order gain, normalisation, compressor, reverb, trim. The window is
-    /// blocked until it returns. Throws FatalError where a folder or a file is missing or a file cannot be deleted or
-    /// copied. When the take's sound cannot be read, or a stage's cannot be written, the take stays as it was before
+    /// blocked until it returns. Throws FatalError where a folder or a file is missing or a file cannot be
+    /// replaced. When the take's sound cannot be read, or a stage's cannot be written, the take stays as it was before
     /// that stage and the status line tells it. In every case the take is complete in "\temp\" or in "\temp2\"; what
     /// is left in the latter goes to recovery before the name is used again.
     void AudioProcessing(const QString &wavPath);
