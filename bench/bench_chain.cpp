@@ -5,6 +5,7 @@
 // Ours goes through the disk after every stage and syncs, which the others do not: run it in a memory disk (TMPDIR) to
 // compare the work, on a real disk to see what it waits for.
 
+#include "bench/measure.h"
 #include "platform/fake/fake_joystick.h"
 #include "platform/fake/fake_prompts.h"
 #include "platform/fake/fake_report_viewer.h"
@@ -24,61 +25,15 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <numbers>
-#include <sys/resource.h>
 #include <utility>
 #include <vector>
 
 namespace {
 
 using namespace orvel;
-using Clock = std::chrono::steady_clock;
 
 constexpr int kRate = 44100;
 constexpr int kRounds = 5;
-
-/// Syllables of a buzzing tone with breath between them, noise under it, half a second of silence around.
-std::vector<std::int16_t> makeTake(int seconds) {
-    std::vector<std::int16_t> samples(static_cast<std::size_t>(seconds) * kRate);
-    std::uint32_t random = 7;
-    double phase = 0;
-    for (std::size_t i = kRate / 2; i < samples.size() - kRate / 2; ++i) {
-        const double t = static_cast<double>(i) / kRate;
-        random = random * 1664525 + 1013904223;
-        const double noise = static_cast<double>(random >> 16U) / 32768 - 1;
-        const double syllable = std::max(0.0, std::sin(2 * std::numbers::pi * 4.1 * t));
-        phase += (110 + 30 * std::sin(2 * std::numbers::pi * 0.7 * t)) / kRate;
-        const double buzz = 2 * (phase - std::floor(phase)) - 1;
-        samples[i] =
-            static_cast<std::int16_t>(std::lrint(9000 * syllable * buzz + 1500 * noise * (1 - syllable) + 40 * noise));
-    }
-    return samples;
-}
-
-/// Seconds.
-struct Cost {
-    double wall = 1e9;
-    double processor = 1e9;
-};
-
-double processorTime(int who) {
-    rusage usage{};
-    getrusage(who, &usage);
-    const auto seconds = [](const timeval &t) {
-        return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6;
-    };
-    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
-
-/// Keeps the best of all rounds.
-template <typename Action>
-void measure(Cost &best, int who, Action action) {
-    const double processor = processorTime(who);
-    const Clock::time_point before = Clock::now();
-    action();
-    best.wall = std::min(best.wall, std::chrono::duration<double>(Clock::now() - before).count());
-    best.processor = std::min(best.processor, processorTime(who) - processor);
-}
 
 void run(const QString &command) {
     if (std::system(command.toLocal8Bit().constData()) != 0) {
@@ -141,7 +96,7 @@ void printLine(const char *name, const Cost &cost, const Cost &ours) {
 
 void compare(const QString &folder) {
     Station station(folder);
-    const std::vector<std::int16_t> take = makeTake(600);
+    const std::vector<std::int16_t> take = makeTake(600, kRate);
     const QString raw = folder + QStringLiteral("/raw.wav");
     station.write(take);
     QFile::copy(station.take(), raw);
@@ -170,7 +125,7 @@ void compare(const QString &folder) {
 
 void stopAMinute(const QString &folder) {
     Station station(folder);
-    const std::vector<std::int16_t> take = makeTake(60);
+    const std::vector<std::int16_t> take = makeTake(60, kRate);
     Cost cost;
     for (int round = 0; round < 2 * kRounds; ++round) {
         station.write(take);

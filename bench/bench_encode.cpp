@@ -4,6 +4,7 @@
 // lame makes a one-channel file of a one-channel take, half the work; so it gets the same samples twice as well, which
 // is what the station's files hold. The files are checked to be the same sound.
 
+#include "bench/measure.h"
 #include "platform/lame/system_audio_files.h"
 #include "platform/sndfile/take_writer.h"
 
@@ -12,11 +13,8 @@
 
 #include <algorithm>
 #include <chrono>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <numbers>
-#include <sys/resource.h>
 #include <vector>
 
 namespace {
@@ -26,24 +24,6 @@ using Clock = std::chrono::steady_clock;
 
 constexpr int kSeconds = 600;
 constexpr int kRounds = 5;
-
-/// Something like speech: syllables of a buzzing tone with breath between them, noise under it.
-std::vector<std::int16_t> makeTake() {
-    std::vector<std::int16_t> samples(std::size_t{kSeconds} * kTakeRate);
-    std::uint32_t random = 7;
-    double phase = 0;
-    for (std::size_t i = 0; i < samples.size(); ++i) {
-        const double t = static_cast<double>(i) / kTakeRate;
-        random = random * 1664525 + 1013904223;
-        const double noise = static_cast<double>(random >> 16) / 32768 - 1;
-        const double syllable = std::max(0.0, std::sin(2 * std::numbers::pi * 4.1 * t));
-        phase += (110 + 30 * std::sin(2 * std::numbers::pi * 0.7 * t)) / kTakeRate;
-        const double buzz = 2 * (phase - std::floor(phase)) - 1;
-        samples[i] =
-            static_cast<std::int16_t>(std::lrint(9000 * syllable * buzz + 1500 * noise * (1 - syllable) + 40 * noise));
-    }
-    return samples;
-}
 
 void writeTake(const QString &path, const std::vector<std::int16_t> &samples) {
     TakeWriter writer(path);
@@ -83,31 +63,6 @@ void runLame(const QString &wav, const QString &mp3, int kbit) {
     }
 }
 
-/// Seconds.
-struct Cost {
-    double wall = 1e9;
-    double processor = 1e9;
-};
-
-double processorTime(int who) {
-    rusage usage{};
-    getrusage(who, &usage);
-    const auto seconds = [](const timeval &t) {
-        return static_cast<double>(t.tv_sec) + static_cast<double>(t.tv_usec) / 1e6;
-    };
-    return seconds(usage.ru_utime) + seconds(usage.ru_stime);
-}
-
-/// Keeps the best of all rounds.
-template <typename Action>
-void measure(Cost &best, int who, Action action) {
-    const double processor = processorTime(who);
-    const Clock::time_point before = Clock::now();
-    action();
-    best.wall = std::min(best.wall, std::chrono::duration<double>(Clock::now() - before).count());
-    best.processor = std::min(best.processor, processorTime(who) - processor);
-}
-
 void printLine(const char *name, const Cost &cost) {
     std::printf("  %-34s %6.2f s  processor %6.2f s\n", name, cost.wall, cost.processor);
 }
@@ -139,7 +94,7 @@ void compare(const QTemporaryDir &folder, int kbit) {
 
 int main() {
     const QTemporaryDir folder;
-    const std::vector<std::int16_t> take = makeTake();
+    const std::vector<std::int16_t> take = makeTake(kSeconds, kTakeRate);
     writeTake(folder.filePath("take.wav"), take);
     const QString twice =
         QStringLiteral("sox '%1' -c 2 '%2'").arg(folder.filePath("take.wav"), folder.filePath("twice.wav"));

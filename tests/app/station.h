@@ -2,16 +2,8 @@
 
 #include "app/frm_main.h"
 #include "app/orvel_application.h"
-#include "platform/fake/fake_audio_files.h"
-#include "platform/fake/fake_joystick.h"
-#include "platform/fake/fake_prompts.h"
-#include "platform/fake/fake_report_viewer.h"
-#include "platform/fake/fake_sound_card.h"
-#include "platform/fake/faulty_file_system.h"
-#include "platform/fake/manual_timers.h"
 #include "platform/jet/jet_engine.h"
-#include "platform/lame/system_audio_files.h"
-#include "platform/qt/disk_file_system.h"
+#include "tests/test_platform.h"
 
 #include <QDir>
 #include <QProcess>
@@ -24,7 +16,7 @@ namespace orvel {
 
 /// A whole station in a temporary folder with the real disk, database and encoder, and a sound card, a clock and
 /// questions worked by hand.
-class Station : public testing::Test {
+class Station : public testing::Test, protected TestPlatform<JetEngine> {
   protected:
     Station();
     ~Station() override;
@@ -56,17 +48,6 @@ class Station : public testing::Test {
     [[nodiscard]] bool imported(int row) const { return window->datList.value(row, ImportedColumn).toBool(); }
 
     QTemporaryDir folder;
-    DiskFileSystem disk;
-    FaultyFileSystem files{disk};
-    FakePrompts prompts;
-    ManualTimers timers;
-    FakeSoundCard sound;
-    FakeJoystick joystick;
-    FakeReportViewer report;
-    JetEngine databases;
-    SystemAudioFiles realAudioFiles;
-    FakeAudioFiles audioFiles{realAudioFiles};
-    Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
     std::unique_ptr<frmMain> window;
 };
 

@@ -1,16 +1,8 @@
 // The import and export windows by themselves: what is deleted, what is told, what goes where.
-#include "platform/fake/fake_audio_files.h"
-#include "platform/fake/fake_joystick.h"
-#include "platform/fake/fake_prompts.h"
-#include "platform/fake/fake_report_viewer.h"
-#include "platform/fake/fake_sound_card.h"
-#include "platform/fake/faulty_file_system.h"
-#include "platform/fake/manual_timers.h"
 #include "platform/jet/jet_engine.h"
-#include "platform/lame/system_audio_files.h"
-#include "platform/qt/disk_file_system.h"
 #include "playlist/frm_export.h"
 #include "playlist/frm_import.h"
+#include "tests/test_platform.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -42,7 +34,7 @@ class WatchedFileSystem : public FaultyFileSystem {
     std::function<void()> beforeCopy;
 };
 
-class Moving : public testing::Test {
+class Moving : public testing::Test, protected TestPlatform<JetEngine, WatchedFileSystem> {
   protected:
     Moving() {
         for (const char *name : {"new", "ok", "stick", "doel", "server"}) {
@@ -85,16 +77,6 @@ class Moving : public testing::Test {
     }
 
     QTemporaryDir folder;
-    DiskFileSystem disk;
-    WatchedFileSystem files{disk};
-    FakePrompts prompts;
-    ManualTimers timers;
-    FakeSoundCard sound;
-    JetEngine databases;
-    SystemAudioFiles audioFiles;
-    FakeJoystick joystick;
-    FakeReportViewer report;
-    Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
     Settings settings;
     DriveMap drives{folder.path()};
     QStringList told;

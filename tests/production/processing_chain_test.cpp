@@ -3,18 +3,10 @@
 #include "dsp/normalise.h"
 #include "dsp/reverb.h"
 #include "dsp/trim.h"
-#include "platform/fake/fake_audio_files.h"
-#include "platform/fake/fake_joystick.h"
-#include "platform/fake/fake_prompts.h"
-#include "platform/fake/fake_report_viewer.h"
-#include "platform/fake/fake_sound_card.h"
-#include "platform/fake/faulty_file_system.h"
-#include "platform/fake/manual_timers.h"
 #include "platform/jet/jet_engine.h"
-#include "platform/lame/system_audio_files.h"
-#include "platform/qt/disk_file_system.h"
 #include "platform/runtime_error.h"
 #include "production/processing_chain.h"
+#include "tests/test_platform.h"
 
 #include <QDir>
 #include <QTemporaryDir>
@@ -62,7 +54,7 @@ class LoggedFileSystem : public FaultyFileSystem {
     static QString last(const QString &path) { return path.section(u'/', -2); }
 };
 
-class Processing : public testing::Test {
+class Processing : public testing::Test, protected TestPlatform<JetEngine, LoggedFileSystem> {
   protected:
     Processing() {
         for (const char *name : {"temp", "temp2"}) {
@@ -134,17 +126,6 @@ class Processing : public testing::Test {
     QTemporaryDir folder;
     QString programFolder = folder.path();
     QString takePath = folder.filePath(QStringLiteral("temp/voice.wav"));
-    DiskFileSystem disk;
-    LoggedFileSystem files{disk};
-    FakePrompts prompts;
-    ManualTimers timers;
-    FakeSoundCard sound;
-    FakeJoystick joystick;
-    FakeReportViewer report;
-    JetEngine databases;
-    SystemAudioFiles realAudioFiles;
-    FakeAudioFiles audioFiles{realAudioFiles};
-    Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
     Recovery recovery{files, programFolder};
     ProcessorPanel panel;
     QList<bool> shown;

@@ -1,19 +1,11 @@
 // Copies that are cut short, and what the recovery folder does with names, kinds and failing disks.
-#include "platform/fake/fake_audio_files.h"
 #include "platform/fake/fake_database.h"
-#include "platform/fake/fake_joystick.h"
-#include "platform/fake/fake_prompts.h"
-#include "platform/fake/fake_report_viewer.h"
-#include "platform/fake/fake_sound_card.h"
-#include "platform/fake/faulty_file_system.h"
-#include "platform/fake/manual_timers.h"
-#include "platform/lame/system_audio_files.h"
-#include "platform/qt/disk_file_system.h"
 #include "shell/paths.h"
 #include "shell/recovery.h"
 #include "shell/shell_copy.h"
 #include "tests/platform/audio/full_disk.h"
 #include "tests/platform/audio/temp_folder.h"
+#include "tests/test_platform.h"
 
 #include <gtest/gtest.h>
 
@@ -28,7 +20,7 @@ namespace {
 
 const QString title = QStringLiteral("Copying...");
 
-class CopyAndRecovery : public testing::Test {
+class CopyAndRecovery : public testing::Test, protected TestPlatform<FakeDatabaseEngine> {
   protected:
     ShellCopyResult copy(const char *source, const QString &target, bool silent = false) {
         return Global::ShellCopyFile(platform, nullptr, folder.path(source), target, silent, title);
@@ -48,16 +40,6 @@ class CopyAndRecovery : public testing::Test {
     }
 
     test::TempFolder folder;
-    DiskFileSystem disk;
-    FaultyFileSystem files{disk};
-    FakePrompts prompts;
-    ManualTimers timers;
-    FakeSoundCard sound;
-    FakeDatabaseEngine databases;
-    SystemAudioFiles audioFiles;
-    FakeJoystick joystick;
-    FakeReportViewer report;
-    Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
     Recovery recovery{files, folder.path()};
 };
 

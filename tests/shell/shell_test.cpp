@@ -1,18 +1,10 @@
-#include "platform/fake/fake_audio_files.h"
 #include "platform/fake/fake_database.h"
-#include "platform/fake/fake_joystick.h"
-#include "platform/fake/fake_prompts.h"
-#include "platform/fake/fake_report_viewer.h"
-#include "platform/fake/fake_sound_card.h"
-#include "platform/fake/faulty_file_system.h"
-#include "platform/fake/manual_timers.h"
-#include "platform/lame/system_audio_files.h"
-#include "platform/qt/disk_file_system.h"
 #include "shell/checked.h"
 #include "shell/drive_map.h"
 #include "shell/paths.h"
 #include "shell/recovery.h"
 #include "shell/shell_copy.h"
+#include "tests/test_platform.h"
 
 #include <QApplication>
 #include <QDir>
@@ -47,7 +39,7 @@ class SlowFileSystem : public FaultyFileSystem {
     }
 };
 
-class Shell : public testing::Test {
+class Shell : public testing::Test, protected TestPlatform<FakeDatabaseEngine> {
   protected:
     [[nodiscard]] QString path(const QString &relative) const { return folder.filePath(relative); }
     void put(const QString &relative, const QByteArray &content) { disk.write(path(relative), content); }
@@ -56,16 +48,6 @@ class Shell : public testing::Test {
     }
 
     QTemporaryDir folder;
-    DiskFileSystem disk;
-    FaultyFileSystem files{disk};
-    FakePrompts prompts;
-    ManualTimers timers;
-    FakeSoundCard sound;
-    FakeDatabaseEngine databases;
-    SystemAudioFiles audioFiles;
-    FakeJoystick joystick;
-    FakeReportViewer report;
-    Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
 };
 
 } // namespace
