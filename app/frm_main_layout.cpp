@@ -35,6 +35,9 @@ QScrollArea *scrollable(QWidget *panel) {
     area->setFrameShape(QFrame::NoFrame);
     area->setWidget(panel);
     area->setWidgetResizable(true);
+    // The tab's own background shows through.
+    area->viewport()->setAutoFillBackground(false);
+    panel->setAutoFillBackground(false);
     area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
     area->setMinimumHeight(panel->sizeHint().height() + area->fontMetrics().height());
     return area;

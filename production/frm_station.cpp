@@ -29,8 +29,7 @@ QString text(const RecordSet &stations, const char *field) {
 frmStation::frmStation(Platform &platform, const QString &programFolder, std::function<bool(const QString &code)> save,
                        QWidget *parent)
     : QDialog(parent), cobStation(new QComboBox(this)),
-      cmdSave(new QPushButton(QIcon(QStringLiteral(":/icons/save.svg")),
-                              QStringLiteral("Presentatie bewaren voor het gekozen station"), this)),
+      cmdSave(new QPushButton(QStringLiteral("Presentatie bewaren voor het gekozen station"), this)),
       platform_(platform), save_(std::move(save)) {
     setObjectName(QStringLiteral("frmStation"));
     setWindowTitle(QStringLiteral("Selecteer een station"));
