@@ -148,14 +148,20 @@ void frmMain::openCatalogues() {
         return;
     }
     try {
-        datTracks = platform_.databases.open(tracks)->query(QStringLiteral("SELECT * From Audio ORDER BY TrackNr"));
-        datJingles = platform_.databases.open(joined(settings.Databasepath, QStringLiteral("\\jingles.mdb")))
-                         ->query(QStringLiteral("SELECT * From jingles ORDER BY TrackNr"));
+        reopenCatalogues();
     } catch (const RuntimeError &error) {
         // Recording works without catalogues: the start goes on.
         settings.Network = {};
         platform_.prompts.message(error.report(), errorTitle, MessageIcon::Exclamation);
     }
+}
+
+void frmMain::reopenCatalogues() {
+    const auto records = [this](const char *file, const QString &query) {
+        return platform_.databases.open(joined(settings.Databasepath, QString::fromLatin1(file)))->query(query);
+    };
+    datTracks = records("\\digital.mdb", QStringLiteral("SELECT * From Audio ORDER BY TrackNr"));
+    datJingles = records("\\jingles.mdb", QStringLiteral("SELECT * From jingles ORDER BY TrackNr"));
 }
 
 void frmMain::checkVoiceTrackFolder() {
@@ -240,6 +246,10 @@ void frmMain::Joystick1_ButtonDown(int button) const {
     constexpr int recordButton = 1;
     constexpr int playButton = 2;
     constexpr int saveButton = 4;
+    // A question or a modal window comes first, as it does for the mouse.
+    if (QApplication::activeModalWidget() != nullptr) {
+        return;
+    }
     if (button == recordButton && recorderPanel->cmdRec->isEnabled()) {
         recorderPanel->cmdRec_Click();
     } else if (button == playButton && playbackPanel->cmdPlay->isEnabled()) {
@@ -261,6 +271,9 @@ void frmMain::tell(const QString &sentence) const {
 
 void frmMain::setBusy(bool busy) const {
     recorderPanel->setBusy(busy);
+    // Listening enables the record button when it ends.
+    playbackPanel->setEnabled(!busy);
+    savePanel->cmdImport->setEnabled(!busy && step.StepSelected && !RecorderOnly);
     filePanel->setEnabled(!busy);
     gridPanel->dbgLijst->setEnabled(!busy && !RecorderOnly);
 }

@@ -104,6 +104,9 @@ class frmMain : public QMainWindow {
     /// The setup dialog, with its controls filled.
     frmSetup &setup();
     [[nodiscard]] TransferContext transferContext();
+    /// The open playlist may have been replaced by an import.
+    void reopenPlaylist();
+    void reopenCatalogues();
     void showPreview();
     void showAdvanced();
     void showConvert();

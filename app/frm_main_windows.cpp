@@ -15,12 +15,25 @@ void bringUp(QWidget &window) {
 } // namespace
 
 TransferContext frmMain::transferContext() {
-    return {platform_, settings, drives_,
+    return {platform_,
+            settings,
+            drives_,
             [this] {
                 filePanel->refreshNew();
                 filePanel->refreshOk();
+                reopenPlaylist();
             },
-            [this](const QString &sentence) { tell(sentence); }};
+            [this](const QString &sentence) { tell(sentence); },
+            [this] { return step.PlaylistTakeRunning; }};
+}
+
+void frmMain::reopenPlaylist() {
+    if (!datList.isOpen()) {
+        return;
+    }
+    const int row = gridPanel->currentRow();
+    gridPanel->openPlaylist(settings.NewPath, datList.fileName());
+    gridPanel->selectRow(row);
 }
 
 void frmMain::showImport() {
@@ -77,7 +90,8 @@ void frmMain::showSplash() {
 void frmMain::showPreview() {
     if (!preview_) {
         preview_ = std::make_unique<frmPreview>(
-            PreviewContext{platform_, settings, step, datTracks, datJingles, drives_}, this);
+            PreviewContext{platform_, settings, step, datTracks, datJingles, drives_, [this] { reopenCatalogues(); }},
+            this);
     }
     preview_->Form_Load();
     preview_->open();

@@ -58,6 +58,8 @@ class WavePlayer {
     /// Called on the window thread when the end of the file has been heard, or when playing failed on the way (the card
     /// vanished, the file broke off). Not after stop().
     virtual void setEndHandler(std::function<void()> handler) = 0;
+    /// Whether the last playing that ended by itself failed on the way.
+    [[nodiscard]] virtual bool brokeOff() const = 0;
 };
 
 } // namespace orvel

@@ -113,21 +113,21 @@ void FilePanel::filNew_Click() {
     grid_.openPlaylist(settings_.NewPath, name);
 }
 
-bool FilePanel::wantsDeletion(const QListWidget &list, const QString &questionForAll) {
-    // A take belongs to its playlist until it is stopped.
+std::optional<QStringList> FilePanel::wantedGone(const QListWidget &list, const QString &folder,
+                                                 const QString &questionForAll) {
+    // A take belongs to its playlist until it is stopped; one may have been started while the question stood open.
     if (list.count() == 0 || step_.PlaylistTakeRunning) {
-        return false;
+        return {};
     }
+    // Chosen before the question: what goes is what was asked about, whatever the lists show afterwards.
     const QString name = selectedName(list);
+    const QStringList names = name.isEmpty() ? files_.list(folder, playlistPattern) : QStringList{name};
     const QString question = name.isEmpty()
                                  ? questionForAll
                                  : QStringLiteral("Wenst U het bestand ") + name + QStringLiteral(" te verwijderen ?");
-    return prompts_.ask(question, QStringLiteral("Playlists verwijderen"));
-}
-
-QStringList FilePanel::chosenFiles(const QListWidget &list, const QString &folder) const {
-    const QString name = selectedName(list);
-    const QStringList names = name.isEmpty() ? files_.list(folder, playlistPattern) : QStringList{name};
+    if (!prompts_.ask(question, QStringLiteral("Playlists verwijderen")) || step_.PlaylistTakeRunning) {
+        return {};
+    }
     QStringList paths;
     for (const QString &file : names) {
         paths.append(joined(folder, QStringLiteral("\\") + file));
@@ -136,12 +136,13 @@ QStringList FilePanel::chosenFiles(const QListWidget &list, const QString &folde
 }
 
 void FilePanel::cmdWisNew_Click() {
-    if (!wantsDeletion(*filNew, QStringLiteral("Wenst U ALLE nog te bewerken playlists te verwijderen ?"))) {
+    const auto paths = wantedGone(*filNew, settings_.NewPath,
+                                  QStringLiteral("Wenst U ALLE nog te bewerken playlists te verwijderen ?"));
+    if (!paths) {
         return;
     }
     ignoringErrors([&] { grid_.closePlaylist(); });
-    const QStringList paths = chosenFiles(*filNew, settings_.NewPath);
-    for (const QString &path : paths) {
+    for (const QString &path : *paths) {
         ignoringErrors([&] { files_.remove(path); });
     }
     ignoringErrors([&] { refreshNew(); });
@@ -149,11 +150,12 @@ void FilePanel::cmdWisNew_Click() {
 }
 
 void FilePanel::cdmWisKlaar_Click() {
-    if (!wantsDeletion(*filOK, QStringLiteral("Wenst U ALLE afgewerkte playlists te verwijderen ?"))) {
+    const auto paths =
+        wantedGone(*filOK, settings_.OkPath, QStringLiteral("Wenst U ALLE afgewerkte playlists te verwijderen ?"));
+    if (!paths) {
         return;
     }
-    const QStringList paths = chosenFiles(*filOK, settings_.OkPath);
-    for (const QString &path : paths) {
+    for (const QString &path : *paths) {
         files_.remove(path);
     }
     refreshOk();

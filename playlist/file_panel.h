@@ -11,6 +11,8 @@
 #include <QPushButton>
 #include <QTabWidget>
 
+#include <optional>
+
 namespace orvel {
 
 /// The list of playlists to do and the list of finished ones, each with its delete button.
@@ -38,9 +40,9 @@ class FilePanel : public QGroupBox {
     void cdmWisKlaar_Click();
 
   private:
-    /// Asks and deletes one or all playlists of a list: question for all, folder, list, and how a file is deleted.
-    bool wantsDeletion(const QListWidget &list, const QString &questionForAll);
-    [[nodiscard]] QStringList chosenFiles(const QListWidget &list, const QString &folder) const;
+    /// Asks whether the selected playlist of a list, or all of its folder, may be deleted: their paths, or nothing.
+    [[nodiscard]] std::optional<QStringList> wantedGone(const QListWidget &list, const QString &folder,
+                                                        const QString &questionForAll);
     void refill(QListWidget &list, const QString &folder);
     void greyUnusable();
 

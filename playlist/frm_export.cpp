@@ -4,6 +4,7 @@
 #include "shell/paths.h"
 #include "shell/shell_copy.h"
 
+#include <QDir>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -69,7 +70,10 @@ void frmExport::cmdExport_Click() {
     const QString target = withoutRootSeparator(browser->folder());
     const std::vector<Source> all = sources();
     barProgres->setValue(0);
-    if (all.empty()) {
+    if (QDir::isRelativePath(target)) {
+        // A drive letter that the station does not have.
+        lblResult->setText(tr("De schijf van deze map werd niet gevonden."));
+    } else if (all.empty()) {
         lblResult->setText(tr("Er is nog niets afgewerkt om te exporteren."));
     } else if (std::any_of(all.begin(), all.end(),
                            [&](const Source &source) { return isSameFolder(source.folder, target); })) {

@@ -2,6 +2,7 @@
 
 #include "platform/file_system.h"
 #include "platform/prompts.h"
+#include "platform/runtime_error.h"
 #include "playlist/playlist_check.h"
 #include "shell/ignore_errors.h"
 #include "shell/paths.h"
@@ -65,6 +66,11 @@ void frmImport::cmdImport_Click() {
         lblResult->setText(tr("Deze map is zelf de map met te bewerken playlists."));
         return;
     }
+    // The playlist of the take could be replaced under it.
+    if (context_.takeRuns()) {
+        lblResult->setText(tr("Er loopt een opname. Importeer als die gestopt is."));
+        return;
+    }
     try {
         copyPlaylists(source);
     } catch (...) {
@@ -80,9 +86,14 @@ void frmImport::copyPlaylists(const QString &source) {
     Global::ShellCopyFile(context_.platform, this, inFolder(source, playlistPattern), context_.settings.NewPath, false,
                           QStringLiteral("Copieert...."));
     QStringList sentences = {unusable(names)};
+    tell(sentences);
     if (!context_.settings.Nodelete) {
         sentences << offerDeletion(source);
+        tell(sentences);
     }
+}
+
+void frmImport::tell(QStringList sentences) const {
     sentences.removeAll(QString());
     if (!sentences.isEmpty()) {
         context_.tell(sentences.join(u' '));
@@ -110,14 +121,31 @@ QString frmImport::offerDeletion(const QString &source) {
     const QStringList names = context_.platform.files.list(source, playlistPattern);
     for (const QString &name : names) {
         // A file whose copy failed, was stopped or was not wanted is the only one of its kind.
-        if (isSafe(source, name)) {
-            context_.platform.files.remove(inFolder(source, name));
-        } else {
+        if (!isSafe(source, name) || !removeSource(source, name)) {
             kept << name;
         }
     }
     return kept.isEmpty() ? QString()
                           : tr("Niet gewist, want niet gekopieerd: %1.").arg(kept.join(QStringLiteral(", ")));
+}
+
+bool frmImport::removeSource(const QString &source, const QString &name) const {
+    FileSystem &files = context_.platform.files;
+    const QString path = inFolder(source, name);
+    const QString aside = path + QStringLiteral(".gewist");
+    try {
+        files.move(path, aside);
+        // Both folders may be one by a way that no path shows (a disk that is mounted twice): then the copy went along.
+        if (!files.fileExists(inFolder(context_.settings.NewPath, name))) {
+            files.move(aside, path);
+            return false;
+        }
+        files.remove(aside);
+    } catch (const RuntimeError &error) {
+        ignoringErrors([&] { files.move(aside, path); });
+        throw RuntimeError(error.number(), path);
+    }
+    return true;
 }
 
 bool frmImport::isSafe(const QString &source, const QString &name) const {

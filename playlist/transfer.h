@@ -17,10 +17,12 @@ struct TransferContext {
     Platform &platform;
     const Settings &settings;
     const DriveMap &drives;
-    /// Both playlist lists show what is in their folders now.
+    /// Both playlist lists, and the open playlist, show what is on the disk now.
     std::function<void()> refreshLists;
     /// One sentence for the status line.
     std::function<void(const QString &sentence)> tell;
+    /// Whether a take of a playlist runs.
+    std::function<bool()> takeRuns;
 };
 
 /// Shows the folder that the settings force, or lets the presenter choose: a path of less than three characters forces

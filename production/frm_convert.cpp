@@ -13,6 +13,7 @@
 
 #include <QCoreApplication>
 #include <QGuiApplication>
+#include <QScopeGuard>
 
 namespace orvel {
 
@@ -100,6 +101,11 @@ std::vector<frmConvert::Import> frmConvert::batch() const {
 }
 
 bool frmConvert::import(const std::vector<Import> &imports) {
+    // The names and marks of the steps belong to the take until it is stopped.
+    if (context_.step.PlaylistTakeRunning) {
+        lstFailed->addItem(tr("Er loopt een opname. Importeer als die gestopt is."));
+        return false;
+    }
     // A name that cannot be a file's stops everything before anything is done.
     for (const Import &one : imports) {
         static_cast<void>(targetPath(one.name));
@@ -126,11 +132,19 @@ bool frmConvert::import(const std::vector<Import> &imports) {
     const Running running(*this);
     std::vector<bool> converted(imports.size(), true);
     const bool isWhole = ConvertFiles(imports, converted);
-    for (std::size_t i = 0; i < imports.size(); ++i) {
-        if (isWhole) {
+    // However this ends, no part of a voice track stays behind.
+    const auto cleared = qScopeGuard([&] {
+        for (const Import &one : imports) {
+            ignoringErrors([&] { context_.platform.files.remove(partPath(one)); });
+        }
+    });
+    for (std::size_t i = 0; isWhole && i < imports.size(); ++i) {
+        try {
             fileOne(imports[i], converted[i]);
-        } else {
-            ignoringErrors([&] { context_.platform.files.remove(partPath(imports[i])); });
+        } catch (const RuntimeError &) {
+            // What is recorded next belongs to what is selected.
+            ignoringErrors([&] { context_.grid.selectRow(imports[i].row); });
+            throw;
         }
     }
     return isWhole;
@@ -172,7 +186,6 @@ void frmConvert::fileOne(const Import &import, bool converted) {
         files.move(partPath(import), targetPath(import.name));
     } else {
         // A voice track that stands there already is better than none.
-        ignoringErrors([&] { files.remove(partPath(import)); });
         noteFailure(import);
     }
     if (import.row >= 0) {

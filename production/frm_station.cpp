@@ -7,6 +7,7 @@
 #include <QHBoxLayout>
 #include <QHeaderView>
 #include <QLabel>
+#include <QScopeGuard>
 #include <QTableView>
 #include <QVBoxLayout>
 
@@ -97,8 +98,22 @@ void frmStation::cmdSave_Click() {
         cobStation->setFocus();
         return;
     }
+    // The window's events run meanwhile.
+    saving_ = true;
+    setEnabled(false);
+    const auto idle = qScopeGuard([this] {
+        saving_ = false;
+        setEnabled(true);
+    });
     if (save_(stations_.item(cobStation->currentIndex(), CodeColumn)->text())) {
+        saving_ = false;
         close();
+    }
+}
+
+void frmStation::reject() {
+    if (!saving_) {
+        QDialog::reject();
     }
 }
 

@@ -30,6 +30,9 @@ class frmStation : public QDialog {
 
     void cmdSave_Click();
 
+    /// Stays open while its version is being saved.
+    void reject() override;
+
   private:
     void fillStations(const QString &programFolder);
     void addStation(const QString &name, const QString &code);
@@ -38,6 +41,7 @@ class frmStation : public QDialog {
     Platform &platform_;
     std::function<bool(const QString &code)> save_;
     QStandardItemModel stations_;
+    bool saving_ = false;
     std::unique_ptr<RecordSet> datSync;
 };
 

@@ -9,6 +9,7 @@
 #include <QGuiApplication>
 
 #include <cstring>
+#include <new>
 #include <utility>
 
 namespace orvel {
@@ -68,11 +69,17 @@ void ProcessingChain::AudioProcessing(const QString &wavPath) {
         abandonStage();
         throw;
     } catch (const RuntimeError &) {
-        abandonStage();
-        dropOutput();
-        context_.tell(QCoreApplication::translate("ProcessingChain",
-                                                  "De geluidsbewerking is niet voltooid; de opname zelf is bewaard."));
+        giveUp();
+    } catch (const std::bad_alloc &) {
+        giveUp(); // a take of many hours
     }
+}
+
+void ProcessingChain::giveUp() {
+    abandonStage();
+    dropOutput();
+    context_.tell(QCoreApplication::translate("ProcessingChain",
+                                              "De geluidsbewerking is niet voltooid; de opname zelf is bewaard."));
 }
 
 void ProcessingChain::runStages() {

@@ -49,6 +49,7 @@ class ProcessingChain {
     void openTake();
     void createOutput();
     void readTake();
+    void giveUp();
     void abandonStage();
     void dropOutput();
 

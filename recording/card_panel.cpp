@@ -160,16 +160,16 @@ void CardPanel::cmdAdvanced_Click(int index) {
 
 void CardPanel::lookForChanges() {
     AudioRecord &audioRecord = platform_.sound.audioRecord();
+    const int remembered = audioRecord.currentLine(); // an open window of its properties goes on with that line
     if (audioRecord.refresh()) {
         followCards();
     }
     const bool held = std::any_of(strips_.begin(), strips_.end(), [](const MixerStrip *s) { return s->isHeld(); });
     if (!held) {
-        const int remembered = audioRecord.currentLine();
         LineCount = static_cast<std::int16_t>(lineCount());
         BuildMixerStrips(LineCount);
-        audioRecord.setCurrentLine(remembered);
     }
+    audioRecord.setCurrentLine(remembered);
 }
 
 void CardPanel::followCards() {

@@ -9,6 +9,8 @@
 #include "recording/time_parts.h"
 #include "shell/checked.h"
 
+#include <utility>
+
 namespace orvel {
 
 namespace {
@@ -52,7 +54,7 @@ frmPreview::frmPreview(PreviewContext context, QWidget *parent)
       stopButton(new QPushButton(QIcon(QStringLiteral(":/icons/stop.svg")), tr("Stop"), cmdPlay)),
       MMLevelX1(named(new LevelMeter(this), "MMLevelX1", tr("Niveau links"))),
       MMLevelX2(named(new LevelMeter(this), "MMLevelX2", tr("Niveau rechts"))), lblProblem(new QLabel(this)),
-      context_(context), CuePlayer(context_.platform.sound.makePlayer()),
+      context_(std::move(context)), CuePlayer(context_.platform.sound.makePlayer()),
       tmrCuePlayer(context_.platform.timers.create(10, MissedTicks::Drop, [this] { tmrCuePlayer_Timer(); })),
       tmrLevels_(context_.platform.timers.create(40, MissedTicks::Drop, [this] {
           const StereoPeaks peaks = CuePlayer->peaks();
@@ -67,11 +69,13 @@ frmPreview::frmPreview(PreviewContext context, QWidget *parent)
     connect(sliPlay, &QSlider::sliderPressed, this, &frmPreview::sliPlay_MouseDown);
     connect(sliPlay, &QSlider::sliderReleased, this, &frmPreview::sliPlay_MouseUp);
     connect(sliPlay, &QSlider::actionTriggered, this, [this](int action) {
-        if (action != QAbstractSlider::SliderMove) {
+        // Keys and the wheel; a drag seeks when it ends.
+        if (action != QAbstractSlider::SliderMove || !sliPlay->isSliderDown()) {
             SeekTo(sliPlay->sliderPosition());
         }
     });
     connect(volCue, &Knob::valueChanged, this, &frmPreview::volCue_Change);
+    CuePlayer->setEndHandler([this] { CuePlayer_End(); });
 }
 
 void frmPreview::Form_Load() {
@@ -80,8 +84,8 @@ void frmPreview::Form_Load() {
     if (context_.settings.Network) {
         CuePlayer->setOutput(playerSettings(context_.settings));
     }
-    tmrLevels_->setEnabled(true);
     LaadSpeler(context_.step.PreviewTrackId);
+    tmrLevels_->setEnabled(true);
     playButton->setFocus();
 }
 
@@ -97,11 +101,15 @@ RecordSet *frmPreview::catalogue() const {
 }
 
 void frmPreview::LaadSpeler(std::int32_t Track) {
-    RecordSet *records = catalogue();
-    if (!context_.settings.Network || records == nullptr) {
+    if (!context_.settings.Network || catalogue() == nullptr) {
         return;
     }
-    records->refresh();
+    try {
+        catalogue()->refresh();
+    } catch (const RuntimeError &) {
+        context_.reopenCatalogues(); // a station replaces its catalogues while the program runs
+    }
+    RecordSet *records = catalogue();
     SearchCriterion = QStringLiteral("tracknr=") + QString::number(Track);
     if (records->recordCount() == 0 || !records->findFirst(SearchCriterion)) {
         return;
@@ -132,6 +140,12 @@ void frmPreview::loadFile(const QString &cataloguePath) {
     playButton->setEnabled(lblProblem->text().isEmpty());
 }
 
+void frmPreview::CuePlayer_End() {
+    if (CuePlayer->brokeOff()) {
+        lblProblem->setText(tr("De weergave werd afgebroken: het bestand of de geluidskaart is niet meer leesbaar."));
+    }
+}
+
 void frmPreview::DrawTime() {
     const std::int32_t remaining = checkedInt32(std::int64_t{CuePlayer->length()} - CuePlayer->position());
     const TimeParts parts = helper::splitTime(remaining);
@@ -159,6 +173,7 @@ void frmPreview::tmrCuePlayer_Timer() {
 void frmPreview::cmdPlay_ButtonClick(int code) {
     switch (code) {
     case PlayCode:
+        lblProblem->clear();
         CuePlayer->stop();
         CuePlayer->start();
         tmrCuePlayer->setEnabled(true);
@@ -176,8 +191,8 @@ void frmPreview::sliPlay_MouseDown() {
 }
 
 void frmPreview::sliPlay_MouseUp() {
-    SeekTo(sliPlay->sliderPosition());
     Dragging = false;
+    SeekTo(sliPlay->sliderPosition());
 }
 
 void frmPreview::SeekTo(std::int32_t Position) {
@@ -191,6 +206,7 @@ void frmPreview::volCue_Change() {
 }
 
 void frmPreview::done(int result) {
+    sliPlay->setSliderDown(false); // nobody tells a hidden slider that the mouse let it go
     CuePlayer->stop();
     tmrCuePlayer->setEnabled(false);
     tmrLevels_->setEnabled(false);

@@ -18,6 +18,7 @@
 #include <QSlider>
 
 #include <array>
+#include <functional>
 #include <memory>
 
 namespace orvel {
@@ -31,6 +32,8 @@ struct PreviewContext {
     const std::unique_ptr<RecordSet> &datTracks;
     const std::unique_ptr<RecordSet> &datJingles;
     const DriveMap &drives;
+    /// Opens the catalogues anew when their files were replaced.
+    std::function<void()> reopenCatalogues;
 };
 
 /// The cue player: a music track or jingle of the catalogues, to listen to before talking over it.
@@ -66,6 +69,7 @@ class frmPreview : public QDialog {
 
     void cmdPlay_ButtonClick(int code);
     void tmrCuePlayer_Timer();
+    void CuePlayer_End();
     void sliPlay_MouseDown();
     void sliPlay_MouseUp();
     void volCue_Change();

@@ -20,6 +20,8 @@ void frmPreview::layOut() {
     lblProblem->setWordWrap(true);
     lblProblem->setMinimumHeight(line);
     sliPlay->setRange(0, 0);
+    sliPlay->setSingleStep(1000);
+    sliPlay->setPageStep(10000);
     volCue->setFixedSize(line * 5, line * 5);
     playButton->setProperty("role", QStringLiteral("primary"));
     playButton->setDefault(true);

@@ -12,6 +12,8 @@
 
 #include <QGridLayout>
 
+#include <exception>
+
 namespace orvel {
 
 namespace {
@@ -112,10 +114,14 @@ void RecorderPanel::cmdRec_Click() {
 
 bool RecorderPanel::chooseTake() {
     if (RecorderOnly) {
+        // The count-down waits for the answer: nothing records behind a question.
+        const bool countsDown = isCountingDown();
+        tmrCountDown->setEnabled(false);
         const QString name = context_.platform.prompts
                                  .input(QStringLiteral("Geef een naam voor dit bestand (ZONDER EXTENSIE)"),
                                         QStringLiteral("Bestandsnaam"))
                                  .trimmed();
+        tmrCountDown->setEnabled(countsDown);
         if (name.isEmpty()) {
             return false;
         }
@@ -126,7 +132,11 @@ bool RecorderPanel::chooseTake() {
     if (!context_.step.StepSelected) {
         return false;
     }
+    if (isCountingDown()) {
+        context_.grid.selectRow(takeRow_); // the count-down belongs to its step, wherever the grid was moved
+    }
     static_cast<void>(takePath());
+    takeRow_ = context_.grid.currentRow();
     context_.grid.setCurrentImported(false);
     context_.grid.dbgLijst_RowColChange();
     return true;
@@ -165,13 +175,20 @@ void RecorderPanel::tmrCountDown_Timer() {
 }
 
 void RecorderPanel::StartRecorder() {
-    const QString path = takePath();
-    if (context_.platform.files.fileExists(path)) {
-        context_.recovery.keep(path);
-    }
+    take_ = takePath();
+    FileSystem &files = context_.platform.files;
+    const QString kept = files.fileExists(take_) ? context_.recovery.keep(take_) : QString();
     WaveRecorder &wavRec = context_.platform.sound.recorder();
-    wavRec.setFileName(path);
-    wavRec.start();
+    try {
+        wavRec.setFileName(take_);
+        wavRec.start();
+    } catch (const RuntimeError &) {
+        // The take before is not replaced by nothing.
+        if (!kept.isEmpty() && !files.fileExists(take_)) {
+            ignoringErrors([&] { files.move(kept, take_); });
+        }
+        throw;
+    }
     setCaption(true);
     ElapsedMs = 0;
     toldOverruns_ = 0;
@@ -227,9 +244,9 @@ void RecorderPanel::stop() {
     try {
         context_.platform.sound.recorder().stop();
         if (context_.settings.UseProcessor) {
-            context_.AudioProcessing(takePath());
+            context_.AudioProcessing(take_);
         }
-    } catch (const RuntimeError &) {
+    } catch (...) {
         failure = std::current_exception();
     }
     backToIdle();
@@ -249,6 +266,8 @@ void RecorderPanel::backToIdle() {
     PlayFlag = false;
     if (!RecorderOnly) {
         context_.step.PlaylistTakeRunning = false;
+        // Saving acts on the current row: it must be the take's, wherever the grid was moved meanwhile.
+        context_.grid.selectRow(takeRow_);
     }
     if (context_.settings.Mute) {
         AudioPlayer1.setOutputMute(false);
@@ -267,10 +286,19 @@ void RecorderPanel::watchRecorder() {
     }
     const QString what = status.deviceLost ? tr("De geluidskaart is verdwenen tijdens de opname.")
                                            : tr("De schijf is vol: de opname kon niet verder worden weggeschreven.");
-    // What the stop would report is what is told here.
-    ignoringErrors([&] { stop(); });
+    // What the stop would report is what is told here, except what ends the program.
+    std::exception_ptr fatal;
+    try {
+        stop();
+    } catch (const FatalError &) {
+        fatal = std::current_exception();
+    } catch (const RuntimeError &) { // NOLINT(bugprone-empty-catch): told below
+    }
     context_.platform.prompts.message(what + u'\n' + tr("Wat al was opgenomen, is bewaard."),
                                       QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
+    if (fatal) {
+        std::rethrow_exception(fatal);
+    }
 }
 
 void RecorderPanel::setBusy(bool busy) {

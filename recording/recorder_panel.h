@@ -90,6 +90,8 @@ class RecorderPanel : public QWidget {
     std::int32_t ElapsedMs = 0;
     bool PlayFlag = false;
     int toldOverruns_ = 0;
+    QString take_;     ///< the file of the take that was started last
+    int takeRow_ = -1; ///< and the row of its step
 };
 
 } // namespace orvel

@@ -40,6 +40,7 @@ void FakeWavePlayer::start() {
         return;
     }
     ++starts_;
+    brokeOff_ = false;
     state_ = playing;
     position_ = position_ >= length_ ? 0 : position_;
 }
@@ -77,6 +78,14 @@ void FakeWavePlayer::play(std::int32_t milliseconds) {
         if (ended_) {
             ended_();
         }
+    }
+}
+
+void FakeWavePlayer::breakOff() {
+    brokeOff_ = true;
+    state_ = stoppedState;
+    if (ended_) {
+        ended_();
     }
 }
 

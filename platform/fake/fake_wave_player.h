@@ -23,6 +23,7 @@ class FakeWavePlayer : public WavePlayer {
     void setVolume(int volume) override { volume_ = volume; }
     [[nodiscard]] StereoPeaks peaks() override { return peaks_; }
     void setEndHandler(std::function<void()> handler) override { ended_ = std::move(handler); }
+    [[nodiscard]] bool brokeOff() const override { return brokeOff_; }
 
     // What a test does.
 
@@ -30,6 +31,8 @@ class FakeWavePlayer : public WavePlayer {
     void play(std::int32_t milliseconds);
     /// The end was reached, but nobody has been told yet.
     void reachEndSilently();
+    /// Playing fails on the way.
+    void breakOff();
     void setPeaks(StereoPeaks peaks) { peaks_ = peaks; }
     /// The next start() throws DeviceError.
     void failNextStart() { failsNextStart_ = true; }
@@ -52,6 +55,7 @@ class FakeWavePlayer : public WavePlayer {
     int volume_ = 65535;
     int starts_ = 0;
     bool failsNextStart_ = false;
+    bool brokeOff_ = false;
 };
 
 } // namespace orvel

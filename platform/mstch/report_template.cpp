@@ -24,11 +24,15 @@ void check(const QString &text, const QString &path) {
         const qsizetype line = text.left(at).count(u'\n') + 1;
         const bool isRaw = text.mid(at, 3) == QStringLiteral("{{{");
         const qsizetype end = text.indexOf(isRaw ? QStringLiteral("}}}") : QStringLiteral("}}"), at);
-        if (end < 0 || text.mid(at, end - at).contains(u'\n')) {
+        const bool isComment = text.mid(at + 2).trimmed().startsWith(u'!');
+        if (end < 0 || (!isComment && text.mid(at, end - at).contains(u'\n'))) {
             complain(path, line, QObject::tr("een veld is niet afgesloten met }}"));
         }
         const QString tag = text.mid(at + 2, end - at - 2).trimmed();
         const QString name = tag.mid(1).trimmed();
+        if (tag.startsWith(u'=')) {
+            complain(path, line, QObject::tr("andere tekens dan {{ en }} worden niet ondersteund"));
+        }
         if (tag.startsWith(u'#') || tag.startsWith(u'^')) {
             open.emplace_back(name, line);
         } else if (tag.startsWith(u'/')) {

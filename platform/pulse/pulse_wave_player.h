@@ -40,6 +40,7 @@ class PulseWavePlayer : public WavePlayer {
     void setVolume(int volume) override;
     [[nodiscard]] StereoPeaks peaks() override;
     void setEndHandler(std::function<void()> handler) override { ended_ = std::move(handler); }
+    [[nodiscard]] bool brokeOff() const override { return state_.load(std::memory_order_relaxed) == Run::Broken; }
 
   private:
     enum class Mode { Stopped, Playing, Paused };

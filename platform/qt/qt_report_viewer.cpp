@@ -69,10 +69,10 @@ void addPdfButton(QPrintPreviewDialog &dialog, Handler clicked) {
 
 } // namespace
 
-void paintReport(QPagedPaintDevice &pages, const QString &title, const QString &html) {
+bool paintReport(QPagedPaintDevice &pages, const QString &title, const QString &html) {
     QPainter painter(&pages);
     if (!painter.isActive()) {
-        return;
+        return false;
     }
     QTextDocument document;
     document.documentLayout()->setPaintDevice(&pages);
@@ -96,6 +96,7 @@ void paintReport(QPagedPaintDevice &pages, const QString &title, const QString &
         painter.drawText(foot, Qt::AlignRight | Qt::AlignBottom,
                          QStringLiteral("pagina %1 van %2").arg(number + 1).arg(count));
     }
+    return painter.end();
 }
 
 void QtReportViewer::preview(QWidget *owner, const QString &title, const QString &html) {
@@ -109,8 +110,11 @@ void QtReportViewer::preview(QWidget *owner, const QString &title, const QString
     if (owner != nullptr) {
         dialog.resize(owner->window()->size() * 9 / 10);
     }
-    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog,
-                     [&](QPrinter *target) { paintReport(*target, title, html); });
+    QObject::connect(&dialog, &QPrintPreviewDialog::paintRequested, &dialog, [&](QPrinter *target) {
+        if (!paintReport(*target, title, html)) {
+            prompts_.message(QObject::tr("Het afdrukken is niet gelukt."), title, MessageIcon::Exclamation);
+        }
+    });
     addPdfButton(dialog, [&] { savePdf(&dialog, title, html); });
     dialog.exec();
 }
@@ -135,12 +139,12 @@ void QtReportViewer::savePdf(QWidget *owner, const QString &title, const QString
 bool renderPdf(const QString &title, const QString &html, const QString &path) {
     QBuffer pdf;
     pdf.open(QIODevice::WriteOnly);
-    {
-        QPdfWriter writer(&pdf);
-        writer.setTitle(title);
-        writer.setCreator(QStringLiteral("ORVEL"));
-        makeA4(writer);
-        paintReport(writer, title, html);
+    QPdfWriter writer(&pdf);
+    writer.setTitle(title);
+    writer.setCreator(QStringLiteral("ORVEL"));
+    makeA4(writer);
+    if (!paintReport(writer, title, html)) {
+        return false;
     }
     QSaveFile file(path);
     return file.open(QIODevice::WriteOnly) && file.write(pdf.data()) == pdf.size() && file.commit();

@@ -22,7 +22,8 @@ class QtReportViewer : public ReportViewer {
 };
 
 /// Paints a report on pages: title and "pagina n van m" at the foot of every page, table heads (<thead>) repeated.
-void paintReport(QPagedPaintDevice &pages, const QString &title, const QString &html);
+/// False when the device takes nothing.
+bool paintReport(QPagedPaintDevice &pages, const QString &title, const QString &html);
 
 /// Writes a report as an A4 PDF file with margins of 15 mm. False when the file cannot be written; one that stood there
 /// is kept then.

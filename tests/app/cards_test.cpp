@@ -158,4 +158,12 @@ TEST_F(Cards, TheMetersShowTheRecordingOnBothChannels) {
     EXPECT_NEAR(window->meterPanel->levRight->levelDb(), -12.0, 0.2);
 }
 
+TEST_F(Cards, TheLineInHandStaysInHandWhenACardComes) {
+    startWith({twoCards().back()});
+    sound.audioRecord().setCurrentLine(2);
+    replug(twoCards());
+    EXPECT_EQ(sound.audioRecord().currentLine(), 2);
+    EXPECT_EQ(sound.audioRecord().lineName(), QStringLiteral("Micro"));
+}
+
 } // namespace orvel

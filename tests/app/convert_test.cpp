@@ -301,4 +301,42 @@ TEST_F(Convert, TheChosenFileCanBeListenedTo) {
     EXPECT_EQ(convert->cmdPlay->text(), QStringLiteral("Beluister"));
 }
 
+TEST_F(Convert, WhileATakeRunsNothingIsImported) {
+    makeSound(QStringLiteral("stem.wav"), 1000, 0.5);
+    openConvert();
+    convert->close();
+    window->recorderPanel->cmdRec_Click();
+    const QString name = window->step.VoiceTrackName;
+    openWindow();
+    choose(QStringLiteral("stem.wav"));
+    click(convert->cmdSingle);
+    EXPECT_EQ(convert->lstFailed->count(), 1);
+    EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
+    EXPECT_FALSE(imported(slots_.first()));
+    EXPECT_EQ(window->step.VoiceTrackName, name);
+}
+
+TEST_F(Convert, ACopyThatFailsInABatchLeavesNoPartsAndTheStepSelected) {
+    openConvert();
+    ASSERT_GE(slots_.size(), 3);
+    for (int slot = 0; slot < slots_.size(); ++slot) {
+        const QString number = QString::number(slot);
+        if (slot == 1) {
+            disk.write(path(QStringLiteral("geluid/1.mp3")), "geluid");
+        } else {
+            makeSound(number + QStringLiteral(".wav"), 500, 0.5);
+        }
+    }
+    convert->browser->refresh();
+    files.fail(FaultyFileSystem::Operation::Copy, names.at(1), ErrorNumber::DiskFull);
+    prompts.expectReport(QStringLiteral("Fout 61"));
+    click(convert->cmdBatch);
+    EXPECT_EQ(filesIn(QStringLiteral("ok")), QStringList{names.at(0) + QStringLiteral(".mp3")});
+    EXPECT_TRUE(imported(slots_.at(0)));
+    EXPECT_FALSE(imported(slots_.at(1)));
+    EXPECT_EQ(window->gridPanel->currentRow(), slots_.at(1));
+    EXPECT_EQ(window->step.VoiceTrackName, names.at(1));
+    EXPECT_TRUE(convert->cmdBatch->isEnabled());
+}
+
 } // namespace orvel

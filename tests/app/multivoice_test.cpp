@@ -2,6 +2,8 @@
 #include "platform/runtime_error.h"
 #include "station.h"
 
+#include <QTimer>
+
 namespace orvel {
 
 namespace {
@@ -271,6 +273,28 @@ TEST_F(Multivoice, AConversionThatFailsKeepsTheTake) {
     saveFor(QStringLiteral("999"), false);
     EXPECT_EQ(filesIn(QStringLiteral("herstel")).filter(QStringLiteral(".wav")).size(), 1);
     EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("herstel")));
+}
+
+TEST_F(Multivoice, TheChooserStaysWhileItsVersionIsConverted) {
+    openDemo();
+    record(60000);
+    save();
+    chooseCode(QStringLiteral("999"));
+    int tries = 0;
+    QTimer impatience;
+    QObject::connect(&impatience, &QTimer::timeout, [&] {
+        if (chooser() != nullptr && window->savePanel->barProgress->isVisible()) {
+            ++tries;
+            chooser()->close();
+            EXPECT_NE(chooser(), nullptr);
+        }
+    });
+    impatience.start(20);
+    prompts.expectAsk(ready, title, true);
+    click(chooser()->cmdSave);
+    EXPECT_GT(tries, 0);
+    EXPECT_EQ(chooser(), nullptr);
+    EXPECT_EQ(filed(), QStringList{name + QStringLiteral(".mp3")});
 }
 
 } // namespace orvel

@@ -2,6 +2,8 @@
 #include "platform/runtime_error.h"
 #include "station.h"
 
+#include <QDialog>
+
 namespace orvel {
 
 namespace {
@@ -237,6 +239,19 @@ TEST_F(Playing, JoystickButtonsOfDisabledControlsDoNothing) {
     EXPECT_FALSE(window->recorderPanel->isCountingDown());
     EXPECT_EQ(player().starts(), 0);
     EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
+}
+
+TEST_F(Playing, TheJoystickWaitsForAModalWindow) {
+    openDemo(QStringLiteral("[Program]\nCountdown=0"));
+    QDialog question(window.get());
+    question.open();
+    joystick.press(1);
+    timers.advance(20);
+    EXPECT_FALSE(window->recorderPanel->isCountingDown());
+    question.close();
+    joystick.press(1);
+    timers.advance(20);
+    EXPECT_TRUE(window->recorderPanel->isCountingDown());
 }
 
 } // namespace orvel

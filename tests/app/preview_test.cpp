@@ -1,6 +1,8 @@
 // The cue player for tracks and jingles.
 #include "station.h"
 
+#include <QWheelEvent>
+
 namespace orvel {
 
 namespace {
@@ -194,6 +196,75 @@ TEST_F(Preview, TheMetersShowWhatIsPlayed) {
     timers.advance(40);
     EXPECT_NEAR(preview->MMLevelX1->levelDb(), -20.0, 0.1);
     EXPECT_TRUE(preview->MMLevelX2->isClipped());
+}
+
+TEST_F(Preview, PageKeysAndTheWheelSeekByUsefulSteps) {
+    startStation();
+    show(TrackStep, 1);
+    QTest::keyClick(preview->sliPlay, Qt::Key_PageUp);
+    EXPECT_EQ(player().position(), 10000);
+    QTest::keyClick(preview->sliPlay, Qt::Key_Left);
+    EXPECT_EQ(player().position(), 9000);
+    const QPointF middle = preview->sliPlay->rect().center();
+    QWheelEvent wheel(middle, preview->sliPlay->mapToGlobal(middle), {}, {0, 120}, Qt::NoButton, Qt::NoModifier,
+                      Qt::NoScrollPhase, false);
+    QApplication::sendEvent(preview->sliPlay, &wheel);
+    EXPECT_GT(player().position(), 9000);
+}
+
+TEST_F(Preview, ClosingWithTheSliderInHandEndsTheDrag) {
+    startStation();
+    show(TrackStep, 1);
+    preview->sliPlay->setSliderDown(true);
+    preview->reject();
+    show(TrackStep, 1);
+    click(preview->playButton);
+    player().play(3000);
+    timers.advance(10);
+    EXPECT_EQ(preview->sliPlay->value(), 3000);
+}
+
+TEST_F(Preview, SoundThatBreaksOffIsTold) {
+    startStation();
+    show(TrackStep, 1);
+    click(preview->playButton);
+    player().breakOff();
+    EXPECT_TRUE(preview->lblProblem->text().contains(QStringLiteral("afgebroken")));
+    click(preview->playButton);
+    EXPECT_TRUE(preview->lblProblem->text().isEmpty());
+    player().play(60000);
+    EXPECT_TRUE(preview->lblProblem->text().isEmpty()) << "the end is no break";
+}
+
+TEST_F(Preview, APlayerThatCannotStartIsReportedAndTheWindowStays) {
+    startStation();
+    show(TrackStep, 1);
+    player().failNextStart();
+    prompts.expectReport(QStringLiteral("Fout 57"));
+    click(preview->playButton);
+    EXPECT_TRUE(preview->isVisible());
+    click(preview->playButton);
+    EXPECT_EQ(player().state(), WavePlayer::playing);
+}
+
+TEST_F(Preview, CataloguesThatWereReplacedAreOpenedAnew) {
+    startStation();
+    show(TrackStep, 1);
+    preview->reject();
+    const QString catalogue = path(QStringLiteral("digital.mdb"));
+    copy(QStringLiteral("tests/data/databases/scroll-titles.mdb"), QStringLiteral("nieuw.mdb"));
+    disk.move(path(QStringLiteral("nieuw.mdb")), catalogue);
+    show(TrackStep, 1);
+    EXPECT_TRUE(preview->isVisible());
+    EXPECT_EQ(preview->ledTitle->text().size(), 24) << "the new catalogue's title";
+}
+
+TEST_F(Preview, AnUnknownTrackAtTheFirstOpeningShowsNothing) {
+    startStation();
+    show(TrackStep, 99999);
+    EXPECT_TRUE(preview->ledTitle->text().isEmpty());
+    EXPECT_TRUE(player().file().isEmpty());
+    EXPECT_TRUE(preview->lblProblem->text().isEmpty());
 }
 
 } // namespace orvel

@@ -61,8 +61,8 @@ TEST_F(Print, AMissingTemplateIsReportedWithItsPath) {
 
 TEST_F(Print, ABrokenTemplateIsReportedWithItsLine) {
     openPlaylist(QStringLiteral("access-2003.mdb"));
-    for (const char *broken :
-         {"<p>\n{{#steps}}\n{{title}}", "<p>\n{{playlist}\n", "<p>\n{{/steps}}", "{{#a}}\n{{/b}}\n{{/a}}"}) {
+    for (const char *broken : {"<p>\n{{#steps}}\n{{title}}", "<p>\n{{playlist}\n", "<p>\n{{/steps}}",
+                               "{{#a}}\n{{/b}}\n{{/a}}", "{{! uitleg }}\n{{=<% %>=}}"}) {
         putTemplate(broken);
         try {
             print();
@@ -136,6 +136,13 @@ TEST_F(Print, ALongRunningOrderRepeatsItsHeadAndNumbersItsPages) {
     for (qsizetype page = 0; page + 1 < pages.size(); ++page) {
         EXPECT_TRUE(pages.at(page).contains(QStringLiteral("Uitvoerder"))) << page;
     }
+}
+
+TEST_F(Print, RemarksMayTakeSeveralLines) {
+    openPlaylist(QStringLiteral("access-2003.mdb"));
+    putTemplate("{{! Zo werkt\n  dit sjabloon }}{{count}}");
+    print();
+    EXPECT_EQ(report.reports.constLast(), QString::number(window->datList.stepCount()));
 }
 
 } // namespace orvel

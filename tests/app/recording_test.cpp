@@ -349,4 +349,71 @@ TEST_F(Recording, ATickCostsLittle) {
     EXPECT_LT(clock.elapsed(), 5000);
 }
 
+TEST_F(Recording, NothingRecordsBehindTheNameQuestion) {
+    startAsRecorder(QStringLiteral("[Program]\nCountdown=3"));
+    prompts.expectInput(prompt, promptTitle, QStringLiteral("een"));
+    click(rec->cmdRec);
+    timers.advance(2000);
+    prompts.whileOpen([this] {
+        timers.advance(60000);
+        EXPECT_FALSE(sound.recorder().isRecording());
+    });
+    prompts.expectInput(prompt, promptTitle, QString());
+    click(rec->cmdRec);
+    EXPECT_TRUE(rec->isCountingDown()) << "without an answer the count-down goes on";
+    prompts.expectInput(prompt, promptTitle, QStringLiteral("twee"));
+    click(rec->cmdRec);
+    timers.advance(4000);
+    EXPECT_EQ(sound.takes().last(), path(QStringLiteral("temp/twee.wav")));
+}
+
+TEST_F(Recording, AfterTheStopTheGridStandsOnTheTakesStep) {
+    openDemo();
+    const QString name = window->step.VoiceTrackName;
+    beginRecording();
+    select(row + 1);
+    sound.deliver(4410);
+    click(rec->cmdRec);
+    EXPECT_EQ(window->gridPanel->currentRow(), row);
+    EXPECT_EQ(window->step.VoiceTrackName, name);
+    click(window->savePanel->cmdSave);
+    EXPECT_TRUE(imported(row));
+    EXPECT_TRUE(exists(QStringLiteral("ok/") + name + QStringLiteral(".mp3")));
+}
+
+TEST_F(Recording, AStartOverBelongsToTheStepThatCountsDown) {
+    openDemo();
+    window->gridPanel->steps().setImported(row + 1, true);
+    click(rec->cmdRec);
+    select(row + 1);
+    click(rec->cmdRec);
+    EXPECT_TRUE(imported(row + 1));
+    EXPECT_FALSE(imported(row));
+    EXPECT_EQ(window->gridPanel->currentRow(), row);
+}
+
+TEST_F(Recording, AStartThatFailsLeavesTheTakeBeforeInItsPlace) {
+    openDemo();
+    record(500);
+    const QByteArray take = content(takeFileName());
+    sound.failNextStart(ErrorNumber::DeviceError);
+    click(rec->cmdRec);
+    EXPECT_THROW(timers.advance(3000), RuntimeError);
+    EXPECT_EQ(content(takeFileName()), take);
+}
+
+TEST_F(Recording, AMissingWorkFolderEndsTheProgramAlsoWhenTheCardVanishes) {
+    openDemo();
+    window->processorPanel->chkAmp->setChecked(true);
+    beginRecording();
+    sound.deliver(44100);
+    QDir(path(QStringLiteral("temp2"))).removeRecursively();
+    sound.unplug();
+    prompts.expectReport(
+        QStringLiteral("De geluidskaart is verdwenen tijdens de opname.\nWat al was opgenomen, is bewaard."));
+    EXPECT_THROW(timers.advance(200), FatalError);
+    EXPECT_EQ(rec->cmdRec->text(), start_);
+    EXPECT_TRUE(exists(takeFileName()));
+}
+
 } // namespace orvel

@@ -336,12 +336,37 @@ TEST_F(Saving, TheWindowStaysResponsiveAndASecondClickFilesNothingTwice) {
         ++pumped;
         click(window->savePanel->cmdSave);
         EXPECT_FALSE(window->recorderPanel->cmdRec->isEnabled());
+        EXPECT_FALSE(window->playbackPanel->cmdPlay->isEnabled());
+        EXPECT_FALSE(window->savePanel->cmdImport->isEnabled());
     });
     beat.start(20);
     save();
     EXPECT_GT(pumped, 2);
     EXPECT_EQ(filesIn(QStringLiteral("ok")).size(), 1);
     EXPECT_TRUE(window->recorderPanel->cmdRec->isEnabled());
+    EXPECT_TRUE(window->savePanel->cmdImport->isEnabled());
+}
+
+TEST_F(Saving, WhatIsDeletedIsWhatWasAskedAbout) {
+    addPlaylist(demo, QStringLiteral("een.mdb"));
+    addPlaylist(demo, QStringLiteral("twee.mdb"));
+    ASSERT_TRUE(start());
+    open(QStringLiteral("een.mdb"));
+    prompts.whileOpen([this] { window->filePanel->filNew->clearSelection(); });
+    prompts.expectAsk(QStringLiteral("Wenst U het bestand een.mdb te verwijderen ?"),
+                      QStringLiteral("Playlists verwijderen"), true);
+    click(window->filePanel->cmdWisNew);
+    EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("twee.mdb")});
+}
+
+TEST_F(Saving, ATakeThatStartsBehindTheQuestionKeepsItsPlaylist) {
+    openDemo();
+    prompts.whileOpen([this] { window->recorderPanel->cmdRec_Click(); });
+    prompts.expectAsk(QStringLiteral("Wenst U het bestand lijst.mdb te verwijderen ?"),
+                      QStringLiteral("Playlists verwijderen"), true);
+    click(window->filePanel->cmdWisNew);
+    EXPECT_TRUE(exists(QStringLiteral("new/lijst.mdb")));
+    EXPECT_TRUE(window->datList.isOpen());
 }
 
 } // namespace orvel

@@ -233,4 +233,20 @@ TEST_F(Transfer, AnExportThatFailsTellsAndCountsWhatArrived) {
     EXPECT_EQ(content(QStringLiteral("ok/VT1.mp3")), "stem 1");
 }
 
+TEST_F(Transfer, APlaylistThatIsImportedOverTheOpenOneIsOpenedAnew) {
+    addPlaylist(QStringLiteral("access-2003.mdb"), QStringLiteral("een.mdb"));
+    openImport(forced());
+    import->close();
+    open(QStringLiteral("een.mdb"));
+    select(2);
+    putOnStick(QStringLiteral("een.mdb"), QStringLiteral("steps-150.mdb"));
+    window->tlbMain_ButtonClick(2);
+    prompts.expectAsk(QStringLiteral("Het bestand een.mdb bestaat al. Wilt U het overschrijven ?"), copying, true);
+    prompts.expectAsk(mayDelete, deleteTitle, false);
+    click(import->cmdImport);
+    EXPECT_EQ(window->datList.stepCount(), 150);
+    EXPECT_EQ(window->gridPanel->currentRow(), 2);
+    window->gridPanel->setCurrentImported(true); // nobody is in the way
+}
+
 } // namespace orvel

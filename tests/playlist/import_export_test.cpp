@@ -55,8 +55,12 @@ class Moving : public testing::Test, protected TestPlatform<JetEngine, WatchedFi
         return QDir(path(relative)).entryList(QDir::Files).join(u' ');
     }
     TransferContext context() {
-        return {platform, settings, drives, [this] { ++refreshes; },
-                [this](const QString &sentence) { told << sentence; }};
+        return {platform,
+                settings,
+                drives,
+                [this] { ++refreshes; },
+                [this](const QString &sentence) { told << sentence; },
+                [this] { return takeRuns; }};
     }
     /// Starts an import from the folder of the settings.
     void runImport() {
@@ -81,6 +85,7 @@ class Moving : public testing::Test, protected TestPlatform<JetEngine, WatchedFi
     DriveMap drives{folder.path()};
     QStringList told;
     int refreshes = 0;
+    bool takeRuns = false;
     QList<int> gauge;
 };
 
@@ -132,9 +137,12 @@ TEST_F(Moving, TheListsShowWhatArrivedAlsoWhenTheDeletionFails) {
     putPlaylist("stick/twee.mdb");
     files.fail(FaultyFileSystem::Operation::Remove, QStringLiteral("twee.mdb"), ErrorNumber::PermissionDenied);
     prompts.expectAsk(mayDelete, deleteTitle, true);
+    put("stick/geen.mdb", "geen playlist");
     EXPECT_THROW(runImport(), RuntimeError);
     EXPECT_EQ(refreshes, 1);
-    EXPECT_EQ(namesIn("new"), QStringLiteral("een.mdb twee.mdb"));
+    ASSERT_FALSE(told.isEmpty());
+    EXPECT_TRUE(told.last().contains(QStringLiteral("geen.mdb")));
+    EXPECT_EQ(namesIn("new"), QStringLiteral("een.mdb geen.mdb twee.mdb"));
     EXPECT_EQ(namesIn("stick"), QStringLiteral("twee.mdb"));
 }
 
@@ -236,6 +244,31 @@ TEST_F(Moving, ATargetThatIsNotThereIsAskedForOnce) {
     prompts.expectAsk(QStringLiteral("De map %1 bestaat niet. Wilt U ze maken ?").arg(path("weg")), copying, false);
     EXPECT_EQ(runExport(), QStringLiteral("0 van 2 bestanden gekopieerd."));
     EXPECT_FALSE(QDir(path("weg")).exists());
+}
+
+TEST_F(Moving, ASourceThatIsTheImportedFileItselfIsNotDeleted) {
+    putPlaylist("stick/een.mdb");
+    ASSERT_TRUE(QFile::link(path("stick/een.mdb"), path("new/een.mdb")));
+    prompts.expectAsk(overwrite("een.mdb"), copying, false);
+    prompts.expectAsk(mayDelete, deleteTitle, true);
+    runImport();
+    EXPECT_EQ(namesIn("stick"), QStringLiteral("een.mdb"));
+    EXPECT_TRUE(told.last().contains(QStringLiteral("Niet gewist")));
+}
+
+TEST_F(Moving, WhileATakeRunsNothingIsImported) {
+    putPlaylist("stick/een.mdb");
+    takeRuns = true;
+    runImport();
+    EXPECT_EQ(namesIn("new"), QString());
+    EXPECT_EQ(namesIn("stick"), QStringLiteral("een.mdb"));
+}
+
+TEST_F(Moving, ADriveThatTheStationDoesNotHaveIsNoTarget) {
+    put("ok/een.mdb");
+    settings.ExportPath = QStringLiteral("Q:\\uit");
+    EXPECT_TRUE(runExport().contains(QStringLiteral("niet gevonden")));
+    EXPECT_FALSE(QDir(QStringLiteral("Q:")).exists());
 }
 
 } // namespace orvel

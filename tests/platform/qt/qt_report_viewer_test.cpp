@@ -71,4 +71,14 @@ TEST(QtReportViewer, AFileThatCannotBeWrittenIsTold) {
     EXPECT_TRUE(QDir(path).exists());
 }
 
+TEST(QtReportViewer, ASaveThatFailsIsToldInTheWindow) {
+    FakePrompts prompts;
+    QtReportViewer viewer(prompts);
+    const QString path = QStringLiteral("/proc/draaiorde.pdf"); // where nobody can make a file
+    prompts.expectMessage(path + QStringLiteral(" kon niet worden geschreven."), QStringLiteral("PDF bewaren"),
+                          MessageIcon::Exclamation);
+    saveAs(viewer, path);
+    EXPECT_EQ(prompts.open(), 0U);
+}
+
 } // namespace orvel
