@@ -86,11 +86,15 @@ void frmImport::copyPlaylists(const QString &source) {
     Global::ShellCopyFile(context_.platform, this, inFolder(source, playlistPattern), context_.settings.NewPath, false,
                           QStringLiteral("Copieert...."));
     QStringList sentences = {unusable(names)};
-    tell(sentences);
-    if (!context_.settings.Nodelete) {
-        sentences << offerDeletion(source);
+    try {
+        if (!context_.settings.Nodelete) {
+            sentences << offerDeletion(source);
+        }
+    } catch (...) {
         tell(sentences);
+        throw;
     }
+    tell(sentences);
 }
 
 void frmImport::tell(QStringList sentences) const {
