@@ -11,6 +11,7 @@
 #include "shell/ignore_errors.h"
 #include "shell/paths.h"
 
+#include <QApplication>
 #include <QCloseEvent>
 #include <QToolBar>
 
