@@ -317,14 +317,14 @@ TEST_F(Convert, WhileATakeRunsNothingIsImported) {
 }
 
 TEST_F(Convert, ACopyThatFailsInABatchLeavesNoPartsAndTheStepSelected) {
-    openConvert();
+    openConvert(QStringLiteral("steps-150.mdb"));
     ASSERT_GE(slots_.size(), 3);
     for (int slot = 0; slot < slots_.size(); ++slot) {
-        const QString number = QString::number(slot);
+        const QString number = QStringLiteral("%1").arg(slot, 3, 10, QChar(u'0'));
         if (slot == 1) {
-            disk.write(path(QStringLiteral("geluid/1.mp3")), "geluid");
+            disk.write(path(QStringLiteral("geluid/001.mp3")), "geluid");
         } else {
-            makeSound(number + QStringLiteral(".wav"), 500, 0.5);
+            makeSound(number + QStringLiteral(".wav"), 500, 0.2);
         }
     }
     convert->browser->refresh();
