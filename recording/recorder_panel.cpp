@@ -127,6 +127,7 @@ bool RecorderPanel::chooseTake() {
         }
         static_cast<void>(takeFile(context_.programFolder, QStringLiteral("\\temp\\"), name, QStringLiteral(".wav")));
         context_.step.VoiceTrackName = name;
+        context_.stepPanel.lblBestand->setText(name);
         return true;
     }
     if (!context_.step.StepSelected) {

@@ -228,6 +228,7 @@ TEST_F(Recording, TheRecorderAsksForANameAndTrimsIt) {
     prompts.expectInput(prompt, promptTitle, QStringLiteral("  mijn opname é  "));
     record(500);
     EXPECT_EQ(filesIn(QStringLiteral("temp")), QStringList{QStringLiteral("mijn opname é.wav")});
+    EXPECT_EQ(window->stepPanel->lblBestand->text(), QStringLiteral("mijn opname é"));
     EXPECT_FALSE(window->step.PlaylistTakeRunning);
 }
 
