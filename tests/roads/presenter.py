@@ -16,6 +16,7 @@ gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi  # noqa: E402
 
 Atspi.set_timeout(3000, 15000)
+SOUND_SERVER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "packaging", "sound-server")
 
 
 def wait_for(what, condition, seconds=15.0):
@@ -81,7 +82,7 @@ class Desk:
             modules += ["module-null-sink sink_name=room sink_properties=device.description=Studio",
                         "module-remap-source source_name=microphone master=room.monitor "
                         "source_properties=device.description=Studiomicrofoon"]
-        command = ["pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no"]
+        command = [SOUND_SERVER, "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no"]
         for module in modules:
             command += ["-L", module]
         self._spawn(*command)

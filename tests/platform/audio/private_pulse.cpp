@@ -43,6 +43,7 @@ void PrivatePulse::start() {
     // setpriv: the server must not outlive a test that crashed.
     const QStringList arguments{"--pdeathsig",
                                 "KILL",
+                                ORVEL_SOURCE_DIR "/packaging/sound-server",
                                 "pulseaudio",
                                 "-n",
                                 "--daemonize=no",

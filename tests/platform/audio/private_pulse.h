@@ -14,7 +14,7 @@ namespace orvel::test {
 /// set). It dies with the test's process, however that ends. One at a time.
 class PrivatePulse {
   public:
-    /// Starts the server and waits for it; fails the program when there is no pulseaudio.
+    /// Starts the server and waits for it; fails the program when there is none.
     PrivatePulse();
     ~PrivatePulse();
     PrivatePulse(const PrivatePulse &) = delete;
