@@ -7,11 +7,14 @@ namespace orvel {
 
 // The operating system's part of DiskFileSystem; one source a system. What fails throws RuntimeError.
 
+class Leftovers;
+
 /// New content of a file: written under a temporary name in the file's folder and gone again unless it replaces the
-/// file. The name has no extension that anybody lists or plays.
+/// file.
 class NewContent {
   public:
-    explicit NewContent(const QString &target);
+    /// leftovers: takes what cannot be removed again; outlives this.
+    NewContent(const QString &target, Leftovers &leftovers);
     NewContent(const NewContent &) = delete;
     NewContent &operator=(const NewContent &) = delete;
     NewContent(NewContent &&) = delete;
@@ -19,14 +22,17 @@ class NewContent {
     ~NewContent();
 
     void append(const QByteArray &bytes);
-    /// Waits until everything is on the disk, then makes it the file's content as one step. The file keeps its
-    /// permissions; a new one gets those of any new file.
+    /// Waits until everything is on the disk. Nothing is appended after that.
+    void finish();
+    /// Finishes where that was not done, then makes it the file's content as one step. The file keeps its permissions;
+    /// a new one gets those of any new file.
     void replaceTarget();
 
   private:
     void close();
 
     QString target_;
+    Leftovers &leftovers_; // NOLINT(cppcoreguidelines-avoid-const-or-ref-data-members): never copied
     QByteArray temporary_;
     int handle_ = -1;
 };

@@ -1,4 +1,5 @@
 #include "platform/qt/disk_calls.h"
+#include "platform/qt/leftovers.h"
 #include "platform/runtime_error.h"
 
 #include <QFile>
@@ -40,16 +41,37 @@ ErrorNumber numberOf(int error) {
     case ENXIO:
     case ENODEV:
     case ENOTCONN:
+    case ECONNABORTED:
+    case ECONNREFUSED:
+    case ECONNRESET:
     case EHOSTDOWN:
+    case EHOSTUNREACH:
+    case ENETDOWN:
+    case ENETUNREACH:
+    case ESHUTDOWN:
     case ESTALE:
+    case ETIMEDOUT:
         return ErrorNumber::DiskNotReady;
     default:
         return ErrorNumber::PathAccess;
     }
 }
 
+/// What the number's description leaves open.
+QString detailOf(ErrorNumber number) {
+    switch (number) {
+    case ErrorNumber::DeviceError:
+        return QStringLiteral("lezen of schrijven is mislukt");
+    case ErrorNumber::DiskNotReady:
+        return QStringLiteral("de schijf of de server is niet bereikbaar");
+    default:
+        return {};
+    }
+}
+
 [[noreturn]] void fail(const QString &path) {
-    throw RuntimeError(numberOf(errno), path);
+    const ErrorNumber number = numberOf(errno);
+    throw RuntimeError(number, path, detailOf(number));
 }
 
 QByteArray native(const QString &path) {
@@ -72,11 +94,12 @@ void syncFolder(const QString &folder) {
 
 } // namespace
 
-NewContent::NewContent(const QString &target) : target_(target) {
-    const QByteArray folder = native(QFileInfo(target).path());
+NewContent::NewContent(const QString &target, Leftovers &leftovers) : target_(target), leftovers_(leftovers) {
+    const QString folder = QFileInfo(target).path();
+    leftovers_.sweep(folder);
     do {
         const QByteArray number = QByteArray::number(QRandomGenerator::global()->generate64(), 36);
-        temporary_ = folder + "/.orvel-" + number + ".tmp";
+        temporary_ = native(folder + u'/' + Leftovers::nameOf(number));
         handle_ = ::open(temporary_.constData(), O_WRONLY | O_CREAT | O_EXCL | O_CLOEXEC, 0666);
     } while (handle_ < 0 && (errno == EEXIST || errno == EINTR));
     if (handle_ < 0) {
@@ -89,7 +112,9 @@ NewContent::~NewContent() {
         if (handle_ >= 0) {
             ::close(handle_);
         }
-        ::unlink(temporary_.constData());
+        if (::unlink(temporary_.constData()) != 0 && errno != ENOENT) {
+            leftovers_.remember(QFile::decodeName(temporary_));
+        }
     }
 }
 
@@ -113,7 +138,7 @@ void NewContent::close() {
     }
 }
 
-void NewContent::replaceTarget() {
+void NewContent::finish() {
     struct stat before = {};
     if (::stat(native(target_).constData(), &before) == 0) {
         // Disks without permissions refuse; they have none to keep.
@@ -123,6 +148,12 @@ void NewContent::replaceTarget() {
         fail(target_);
     }
     close();
+}
+
+void NewContent::replaceTarget() {
+    if (handle_ >= 0) {
+        finish();
+    }
     if (std::rename(temporary_.constData(), native(target_).constData()) != 0) {
         fail(target_);
     }

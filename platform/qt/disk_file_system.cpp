@@ -75,6 +75,11 @@ bool DiskFileSystem::folderExists(const QString &path) const {
     return !path.isEmpty() && QFileInfo(path).isDir();
 }
 
+bool DiskFileSystem::isSameFolder(const QString &one, const QString &other) const {
+    const QString canonical = QFileInfo(one).canonicalFilePath();
+    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
+}
+
 QStringList DiskFileSystem::list(const QString &folder, const QString &pattern) const {
     if (!folderExists(folder)) {
         return {};
@@ -131,7 +136,7 @@ QByteArray DiskFileSystem::read(const QString &path) const {
 void DiskFileSystem::write(const QString &path, const QByteArray &content) {
     const QString target = behindLinks(path);
     checkTarget(target);
-    NewContent replacement(target);
+    NewContent replacement(target, leftovers_);
     replacement.append(content);
     replacement.replaceTarget();
 }
@@ -144,7 +149,7 @@ bool DiskFileSystem::copy(const QString &source, const QString &target, const Pr
     if (sameFile(source, realTarget)) {
         throw RuntimeError(ErrorNumber::PermissionDenied, target);
     }
-    NewContent replacement(realTarget);
+    NewContent replacement(realTarget, leftovers_);
     const qint64 total = file.size();
     qint64 done = 0;
     while (done < total) {
@@ -157,6 +162,11 @@ bool DiskFileSystem::copy(const QString &source, const QString &target, const Pr
         if (progress && !progress(done, total)) {
             return false;
         }
+    }
+    replacement.finish();
+    // The last moment at which nothing has happened yet: waiting for the disk may have taken long.
+    if (progress && !progress(total, total)) {
+        return false;
     }
     replacement.replaceTarget();
     return true;

@@ -1,14 +1,16 @@
 #pragma once
 
 #include "platform/file_system.h"
+#include "platform/qt/leftovers.h"
 
 namespace orvel {
 
-/// The disks of this machine.
+/// The disks of this machine. Thread-safe.
 class DiskFileSystem : public FileSystem {
   public:
     [[nodiscard]] bool fileExists(const QString &path) const override;
     [[nodiscard]] bool folderExists(const QString &path) const override;
+    [[nodiscard]] bool isSameFolder(const QString &one, const QString &other) const override;
     [[nodiscard]] QStringList list(const QString &folder, const QString &pattern) const override;
     [[nodiscard]] QStringList folders(const QString &folder) const override;
     [[nodiscard]] QStringList drives() const override;
@@ -18,6 +20,9 @@ class DiskFileSystem : public FileSystem {
     void move(const QString &source, const QString &target) override;
     void remove(const QString &path) override;
     void makeFolder(const QString &path) override;
+
+  private:
+    Leftovers leftovers_;
 };
 
 } // namespace orvel

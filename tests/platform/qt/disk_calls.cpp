@@ -39,3 +39,8 @@ extern "C" int rename(const char *source, const char *target) noexcept {
     using namespace orvel::test;
     return fails("rename", diskCalls().renameError) ? -1 : renameat(AT_FDCWD, source, AT_FDCWD, target);
 }
+
+extern "C" int unlink(const char *path) noexcept {
+    using namespace orvel::test;
+    return fails("unlink", diskCalls().unlinkError) ? -1 : unlinkat(AT_FDCWD, path, 0);
+}

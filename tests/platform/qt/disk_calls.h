@@ -11,6 +11,7 @@ struct DiskCalls {
     bool recording = false;
     int fsyncError = 0;  ///< what the next fsync calls fail with
     int renameError = 0; ///< what the next rename calls fail with
+    int unlinkError = 0; ///< what the next unlink calls fail with
 };
 
 DiskCalls &diskCalls();

@@ -4,6 +4,7 @@
 #include "tests/platform/audio/temp_folder.h"
 #include "tests/platform/qt/disk_calls.h"
 
+#include <QDateTime>
 #include <QFileInfo>
 
 #include <cerrno>
@@ -130,6 +131,58 @@ TEST_F(FaultyDisk, ARenameThatFailsLeavesTheTargetAsItWas) {
         EXPECT_EQ(errorOf([&] { disk.copy(bron, doel, {}); }), number);
         EXPECT_EQ(errorOf([&] { disk.move(bron, doel); }), number);
         EXPECT_TRUE(nothingChanged());
+    }
+}
+
+// A share that went away in the middle of a copy kept a part of it for ever.
+TEST_F(FaultyDisk, WhatADyingShareKeptIsRemovedWhenItIsBack) {
+    const QStringList clean = {"bron", "doel"};
+    const auto entries = [this] { return QDir(folder.path()).entryList(QDir::Files | QDir::Hidden, QDir::Name); };
+    test::diskCalls().fsyncError = ENOTCONN;
+    test::diskCalls().unlinkError = ENOTCONN;
+    EXPECT_EQ(errorOf([&] { disk.copy(bron, doel, {}); }), 71);
+    EXPECT_EQ(entries().size(), 3);
+    test::diskCalls() = {};
+    disk.write(doel, "nieuw");
+    EXPECT_EQ(entries(), clean);
+}
+
+TEST_F(FaultyDisk, WhatAnEarlierRunLeftIsRemovedAndNothingOfAnybodyElse) {
+    test::diskCalls().fsyncError = ENOTCONN;
+    test::diskCalls().unlinkError = ENOTCONN;
+    EXPECT_EQ(errorOf([&] { disk.copy(bron, doel, {}); }), 71);
+    test::diskCalls() = {};
+    const QStringList left = QDir(folder.path()).entryList({".orvel-*.tmp"}, QDir::Files | QDir::Hidden);
+    ASSERT_EQ(left.size(), 1);
+    const auto age = [this](const QString &name, int seconds) {
+        QFile file(folder.path(name));
+        ASSERT_TRUE(file.open(QIODevice::ReadWrite));
+        ASSERT_TRUE(file.setFileTime(QDateTime::currentDateTime().addSecs(-seconds), QFile::FileModificationTime));
+    };
+    const QString others = QStringLiteral(".orvel-00000000-abc.tmp");
+    writeContent(folder.path(others), "van een ander");
+    age(others, 5000);
+    // As young as something that is being written.
+    DiskFileSystem().write(doel, "a");
+    EXPECT_TRUE(QFileInfo::exists(folder.path(left.first())));
+    age(left.first(), 5000);
+    DiskFileSystem().write(doel, "b");
+    EXPECT_FALSE(QFileInfo::exists(folder.path(left.first())));
+    EXPECT_TRUE(QFileInfo::exists(folder.path(others)));
+}
+
+TEST_F(FaultyDisk, ACopyThatIsStoppedWhileTheDiskIsWaitedForChangesNothing) {
+    EXPECT_FALSE(disk.copy(bron, doel, [calls = 0](qint64 done, qint64 total) mutable {
+        calls += done == total ? 1 : 0;
+        return calls < 2; // everything was written, and then synced
+    }));
+    EXPECT_TRUE(nothingChanged());
+}
+
+TEST_F(FaultyDisk, AShareThatIsGoneIsNotAFullDisk) {
+    for (const int error : {ENOTCONN, EHOSTDOWN, ETIMEDOUT, ENETUNREACH, ECONNRESET}) {
+        test::diskCalls().fsyncError = error;
+        EXPECT_EQ(errorOf([&] { disk.copy(bron, doel, {}); }), 71) << error;
     }
 }
 

@@ -65,7 +65,7 @@ TEST_F(Disk, ACopyIsSeenOnlyWhenItIsWhole) {
     qint64 last = 0;
     int calls = 0;
     EXPECT_TRUE(disk.copy(path("bron"), path("doel.mp3"), [&](qint64 done, qint64 total) {
-        EXPECT_GT(done, last);
+        EXPECT_TRUE(done > last || done == total); // the end is told once more when the disk has it
         EXPECT_EQ(total, content.size());
         EXPECT_EQ(contentOf(path("doel.mp3")), "oud");
         EXPECT_EQ(disk.list(folder.path(), QStringLiteral("*")), QStringList({"bron", "doel.mp3"}));
