@@ -3,11 +3,26 @@
 #include <QString>
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 
 namespace orvel {
 
 enum class MessageIcon { Information, Exclamation, Critical };
+
+/// The button of a question that Enter presses.
+enum class Preset { Yes, No };
+
+/// Tells the presenter what the program waits for, as long as it lives, and offers to go on without it.
+class WaitingSign {
+  public:
+    virtual ~WaitingSign() = default;
+
+    /// Whether it covers the windows: from then on clicks reach nothing but the sign.
+    [[nodiscard]] virtual bool isShown() const = 0;
+    /// Whether the presenter does not want to wait any longer.
+    [[nodiscard]] virtual bool isGivenUp() const = 0;
+};
 
 /// Every modal question and message that the presenter gets. Calls return when the box is closed.
 class Prompts {
@@ -17,7 +32,8 @@ class Prompts {
     /// A box with only an OK button.
     virtual void message(const QString &text, const QString &title, MessageIcon icon) = 0;
     /// A Yes/No box with a question icon; true for Yes. Closing the box is No.
-    virtual bool ask(const QString &text, const QString &title) = 0;
+    virtual bool ask(const QString &text, const QString &title, Preset preset) = 0;
+    bool ask(const QString &text, const QString &title) { return ask(text, title, Preset::Yes); }
     /// A one-line text; empty when the box was cancelled.
     virtual QString input(const QString &prompt, const QString &title) = 0;
     /// A file to write, chosen in a save dialog that starts on proposal; empty when it was cancelled.
@@ -26,6 +42,8 @@ class Prompts {
     virtual QString folder(const QString &instruction, const QString &start) = 0;
     /// A colour as red + green * 256 + blue * 65536; nothing when the dialog was cancelled.
     virtual std::optional<std::int32_t> colour(std::int32_t initial) = 0;
+    /// A sign that it waits for a folder; it shows itself when that takes a while. Returns at once.
+    virtual std::unique_ptr<WaitingSign> waitFor(const QString &folder) = 0;
 };
 
 } // namespace orvel

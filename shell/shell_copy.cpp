@@ -10,6 +10,7 @@
 #include <QFileInfo>
 #include <QProgressDialog>
 
+#include <algorithm>
 #include <memory>
 
 namespace orvel {
@@ -40,7 +41,8 @@ class Progress {
         }
         if (dialog_) {
             dialog_->setLabelText(name_);
-            dialog_->setValue(file_ * stepsPerFile + static_cast<int>(done * stepsPerFile / total));
+            dialog_->setValue(file_ * stepsPerFile +
+                              static_cast<int>(done * stepsPerFile / std::max<qint64>(total, 1)));
         }
         // Without the window nothing keeps the presenter from other controls: clicks wait until it is there.
         QCoreApplication::processEvents(dialog_ ? QEventLoop::AllEvents : QEventLoop::ExcludeUserInputEvents);
@@ -109,8 +111,9 @@ bool provideFolder(const Request &request, const QString &folder) {
     if (folder.isEmpty() || files.folderExists(folder)) {
         return true;
     }
-    if (!request.silent && !request.platform.prompts.ask(
-                               QObject::tr("De map %1 bestaat niet. Wilt U ze maken ?").arg(folder), request.title)) {
+    if (!request.silent &&
+        !request.platform.prompts.ask(QObject::tr("De map %1 bestaat niet. Wilt U ze maken ?").arg(folder),
+                                      request.title, Preset::No)) {
         return false;
     }
     files.makeFolder(folder);
@@ -175,7 +178,8 @@ ShellCopyResult Global::ShellCopyFile(Platform &platform, QWidget *Owner, const 
         copyAll(request, sources, intoFolder, result);
     } catch (const RuntimeError &error) {
         platform.prompts.message(QStringLiteral("Error: ") + QString::number(static_cast<int>(error.number())) +
-                                     QStringLiteral(". ") + error.description(),
+                                     QStringLiteral(". ") + error.description() + QStringLiteral("\n\n") +
+                                     (error.file().isEmpty() ? Destination : error.file()),
                                  QStringLiteral("ShellCopyFile"), MessageIcon::Exclamation);
     }
     return result;

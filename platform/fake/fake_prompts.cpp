@@ -20,6 +20,22 @@ QString iconName(MessageIcon icon) {
     return {};
 }
 
+QString questionKind(Preset preset) {
+    return preset == Preset::Yes ? QStringLiteral("ask") : QStringLiteral("ask, No preset");
+}
+
+/// Runs out of patience by being looked at.
+class FakeWaitingSign : public WaitingSign {
+  public:
+    explicit FakeWaitingSign(int patience) : patience_(patience) {}
+
+    [[nodiscard]] bool isShown() const override { return true; }
+    [[nodiscard]] bool isGivenUp() const override { return patience_-- <= 0; }
+
+  private:
+    mutable int patience_;
+};
+
 } // namespace
 
 FakePrompts::~FakePrompts() {
@@ -56,8 +72,8 @@ void FakePrompts::expectReport(const QString &beginning) {
     expect({QStringLiteral("message"), beginning}, {}, true);
 }
 
-void FakePrompts::expectAsk(const QString &text, const QString &title, bool answer) {
-    expect({QStringLiteral("ask"), text, title}, answer ? QStringLiteral("yes") : QString());
+void FakePrompts::expectAsk(const QString &text, const QString &title, bool answer, Preset preset) {
+    expect({questionKind(preset), text, title}, answer ? QStringLiteral("yes") : QString());
 }
 
 void FakePrompts::expectInput(const QString &prompt, const QString &title, const QString &answer) {
@@ -80,8 +96,8 @@ void FakePrompts::message(const QString &text, const QString &title, MessageIcon
     answer({QStringLiteral("message"), text, title, iconName(icon)});
 }
 
-bool FakePrompts::ask(const QString &text, const QString &title) {
-    return !answer({QStringLiteral("ask"), text, title}).isEmpty();
+bool FakePrompts::ask(const QString &text, const QString &title, Preset preset) {
+    return !answer({questionKind(preset), text, title}).isEmpty();
 }
 
 QString FakePrompts::input(const QString &prompt, const QString &title) {
@@ -99,6 +115,11 @@ QString FakePrompts::folder(const QString &instruction, const QString &start) {
 std::optional<std::int32_t> FakePrompts::colour(std::int32_t /*initial*/) {
     const QString chosen = answer({QStringLiteral("colour")});
     return chosen.isEmpty() ? std::nullopt : std::optional<std::int32_t>(chosen.toInt());
+}
+
+std::unique_ptr<WaitingSign> FakePrompts::waitFor(const QString &folder) {
+    waitedFor << folder;
+    return std::make_unique<FakeWaitingSign>(patience);
 }
 
 } // namespace orvel

@@ -18,7 +18,7 @@ class FakePrompts : public Prompts {
     void expectMessage(const QString &text, const QString &title, MessageIcon icon);
     /// A message of which only the beginning is known (a report with a number).
     void expectReport(const QString &beginning);
-    void expectAsk(const QString &text, const QString &title, bool answer);
+    void expectAsk(const QString &text, const QString &title, bool answer, Preset preset = Preset::Yes);
     void expectInput(const QString &prompt, const QString &title, const QString &answer);
     void expectSaveFileName(const QString &title, const QString &proposal, const QString &answer);
     void expectFolder(const QString &instruction, const QString &start, const QString &answer);
@@ -29,11 +29,17 @@ class FakePrompts : public Prompts {
     [[nodiscard]] std::size_t open() const { return script_.size(); }
 
     void message(const QString &text, const QString &title, MessageIcon icon) override;
-    bool ask(const QString &text, const QString &title) override;
+    using Prompts::ask;
+    bool ask(const QString &text, const QString &title, Preset preset) override;
     QString input(const QString &prompt, const QString &title) override;
     QString saveFileName(const QString &title, const QString &proposal) override;
     QString folder(const QString &instruction, const QString &start) override;
     std::optional<std::int32_t> colour(std::int32_t initial) override;
+    std::unique_ptr<WaitingSign> waitFor(const QString &folder) override;
+
+    /// What was waited for; whoever sees a sign gives up after so many looks at it.
+    QStringList waitedFor;
+    int patience = 1'000'000;
 
   private:
     struct Expectation {

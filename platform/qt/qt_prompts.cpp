@@ -5,8 +5,11 @@
 #include <QFileDialog>
 #include <QFileInfo>
 #include <QInputDialog>
+#include <QLabel>
 #include <QMessageBox>
+#include <QProgressDialog>
 #include <QPushButton>
+#include <QTimer>
 #include <QToolButton>
 
 #include <algorithm>
@@ -46,6 +49,43 @@ QString chosenIn(QFileDialog &dialog) {
     return accepted ? dialog.selectedFiles().constFirst() : QString();
 }
 
+/// The pointer at once, a window after a moment.
+class QtWaitingSign : public WaitingSign {
+  public:
+    explicit QtWaitingSign(const QString &folder) : dialog_({}, QObject::tr("Niet langer wachten"), 0, 0, owner()) {
+        QApplication::setOverrideCursor(Qt::BusyCursor);
+        auto *text = new QLabel(QObject::tr("Wachten op antwoord van %1").arg(folder));
+        text->setTextFormat(Qt::PlainText);
+        dialog_.setLabel(text);
+        dialog_.setObjectName(QStringLiteral("WaitingSign"));
+        dialog_.setWindowTitle(QObject::tr("De map geeft nog geen antwoord"));
+        dialog_.setWindowModality(Qt::ApplicationModal);
+        dialog_.setAutoReset(false);
+        dialog_.setMinimumDuration(hours); // shown by our own timer
+        show_.setSingleShot(true);
+        QObject::connect(&show_, &QTimer::timeout, &dialog_, [this] {
+            QApplication::changeOverrideCursor(Qt::ArrowCursor); // the button can be pressed
+            dialog_.show();
+        });
+        show_.start(quietMs);
+    }
+    QtWaitingSign(const QtWaitingSign &) = delete;
+    QtWaitingSign(QtWaitingSign &&) = delete;
+    QtWaitingSign &operator=(const QtWaitingSign &) = delete;
+    QtWaitingSign &operator=(QtWaitingSign &&) = delete;
+    ~QtWaitingSign() override { QApplication::restoreOverrideCursor(); }
+
+    [[nodiscard]] bool isShown() const override { return dialog_.isVisible(); }
+    [[nodiscard]] bool isGivenUp() const override { return dialog_.wasCanceled(); }
+
+  private:
+    static constexpr int hours = 24 * 3600 * 1000;
+    static constexpr int quietMs = 250;
+
+    QProgressDialog dialog_;
+    QTimer show_;
+};
+
 } // namespace
 
 void QtPrompts::message(const QString &text, const QString &title, MessageIcon icon) {
@@ -56,12 +96,12 @@ void QtPrompts::message(const QString &text, const QString &title, MessageIcon i
     box.exec();
 }
 
-bool QtPrompts::ask(const QString &text, const QString &title) {
+bool QtPrompts::ask(const QString &text, const QString &title, Preset preset) {
     QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, owner());
     box.setTextFormat(Qt::PlainText);
     QPushButton *yes = box.addButton(QStringLiteral("&Ja"), QMessageBox::YesRole);
     QPushButton *no = box.addButton(QStringLiteral("&Nee"), QMessageBox::NoRole);
-    box.setDefaultButton(yes);
+    box.setDefaultButton(preset == Preset::Yes ? yes : no);
     box.setEscapeButton(no);
     box.exec();
     return box.clickedButton() == yes;
@@ -120,6 +160,10 @@ std::optional<std::int32_t> QtPrompts::colour(std::int32_t initial) {
     }
     const QColor chosen = dialog.selectedColor();
     return chosen.red() + chosen.green() * 0x100 + chosen.blue() * 0x10000;
+}
+
+std::unique_ptr<WaitingSign> QtPrompts::waitFor(const QString &folder) {
+    return std::make_unique<QtWaitingSign>(folder);
 }
 
 } // namespace orvel

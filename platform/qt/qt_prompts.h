@@ -10,11 +10,13 @@ namespace orvel {
 class QtPrompts : public Prompts {
   public:
     void message(const QString &text, const QString &title, MessageIcon icon) override;
-    bool ask(const QString &text, const QString &title) override;
+    using Prompts::ask;
+    bool ask(const QString &text, const QString &title, Preset preset) override;
     QString input(const QString &prompt, const QString &title) override;
     QString saveFileName(const QString &title, const QString &proposal) override;
     QString folder(const QString &instruction, const QString &start) override;
     std::optional<std::int32_t> colour(std::int32_t initial) override;
+    std::unique_ptr<WaitingSign> waitFor(const QString &folder) override;
 
   private:
     /// Where the save dialog starts: where the presenter saved last in this run, at first the desktop's music folder.

@@ -25,8 +25,9 @@ class CopyAndRecovery : public testing::Test, protected TestPlatform<FakeDatabas
     ShellCopyResult copy(const char *source, const QString &target, bool silent = false) {
         return Global::ShellCopyFile(platform, nullptr, folder.path(source), target, silent, title);
     }
-    void expectError(const char *text) {
-        prompts.expectMessage(QString::fromUtf8(text), QStringLiteral("ShellCopyFile"), MessageIcon::Exclamation);
+    void expectError(const char *text, const QString &path) {
+        prompts.expectMessage(QString::fromUtf8(text) + QStringLiteral("\n\n") + path, QStringLiteral("ShellCopyFile"),
+                              MessageIcon::Exclamation);
     }
     [[nodiscard]] QStringList kept(const char *pattern = "*") const {
         return disk.list(folder.path("herstel"), QString::fromUtf8(pattern));
@@ -50,7 +51,7 @@ TEST_F(CopyAndRecovery, SilentAsksNothingMakesTheFolderAndStillShowsErrors) {
     EXPECT_EQ(copy("a.mp3", folder.path("weg/diep/a.mp3"), true).copied, 1);
     EXPECT_EQ(contentOf(folder.path("weg/diep/a.mp3")), "nieuw");
     files.fail(Operation::MakeFolder, QStringLiteral("dicht"), ErrorNumber::PermissionDenied);
-    expectError("Error: 70. Geen toegang");
+    expectError("Error: 70. Geen toegang", folder.path("dicht"));
     EXPECT_EQ(copy("a.mp3", folder.path("dicht/a.mp3"), true).skipped, 1);
 }
 
@@ -60,7 +61,7 @@ TEST_F(CopyAndRecovery, ADiskThatFillsUpStopsTheOperationAndLeavesNoHalfFile) {
     }
     QDir(folder.path()).mkdir(QStringLiteral("new"));
     files.failCopyAfter(500'000, QStringLiteral("new/2.mdb"), ErrorNumber::DiskFull);
-    expectError("Error: 61. De schijf is vol");
+    expectError("Error: 61. De schijf is vol", folder.path("new/2.mdb"));
     const ShellCopyResult result = copy("*.mdb", folder.path("new"));
     EXPECT_EQ(result.copied, 1);
     EXPECT_EQ(result.skipped, 2);

@@ -7,8 +7,10 @@
 #include <QColorDialog>
 #include <QFileDialog>
 #include <QInputDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QMessageBox>
+#include <QProgressDialog>
 #include <QPushButton>
 #include <QTest>
 #include <QTimer>
@@ -164,6 +166,39 @@ TEST(QtPrompts, ABoxBelongsToTheWindowAlsoWhenAnotherProgramHasTheFocus) {
         box.close();
     });
     QtPrompts().message(QStringLiteral("x"), QString(), MessageIcon::Information);
+}
+
+TEST(QtPrompts, AQuestionHasTheButtonForEnterThatItWasGiven) {
+    QtPrompts prompts;
+    for (const Preset preset : {Preset::Yes, Preset::No}) {
+        whenOpen<QMessageBox>([](QMessageBox &box) { QTest::keyClick(&box, Qt::Key_Return); });
+        EXPECT_EQ(prompts.ask(QStringLiteral("Maken ?"), QStringLiteral("Copying..."), preset), preset == Preset::Yes);
+    }
+}
+
+TEST(QtPrompts, ASignOfWaitingShowsItselfAfterAMomentAndCanBeGivenUp) {
+    QtPrompts prompts;
+    const std::unique_ptr<WaitingSign> sign = prompts.waitFor(QStringLiteral("/server/<b>stemmen</b>"));
+    EXPECT_FALSE(sign->isShown());
+    EXPECT_NE(QApplication::overrideCursor(), nullptr); // the first sign of life
+    ASSERT_TRUE(QTest::qWaitFor([&] { return sign->isShown(); }, 2000));
+    auto *dialog = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget());
+    ASSERT_NE(dialog, nullptr);
+    EXPECT_EQ(dialog->labelText(), QStringLiteral("Wachten op antwoord van /server/<b>stemmen</b>"));
+    EXPECT_EQ(dialog->findChild<QLabel *>()->textFormat(), Qt::PlainText);
+    EXPECT_FALSE(sign->isGivenUp());
+    auto *button = dialog->findChild<QPushButton *>();
+    ASSERT_NE(button, nullptr);
+    EXPECT_EQ(button->text(), QStringLiteral("Niet langer wachten"));
+    QTest::mouseClick(button, Qt::LeftButton);
+    EXPECT_TRUE(sign->isGivenUp());
+}
+
+TEST(QtPrompts, ASignThatIsNotNeededLeavesNothingBehind) {
+    { const std::unique_ptr<WaitingSign> sign = QtPrompts().waitFor(QStringLiteral("/server")); }
+    EXPECT_EQ(QApplication::overrideCursor(), nullptr);
+    QTest::qWait(400);
+    EXPECT_EQ(QApplication::activeModalWidget(), nullptr);
 }
 
 } // namespace orvel
