@@ -1,6 +1,8 @@
 #include "app/frm_main.h"
 #include "app/frm_splash.h"
 #include "app/orvel_application.h"
+#include "platform/away/away_file_system.h"
+#include "platform/away/away_raw_file.h"
 #include "platform/jet/jet_engine.h"
 #include "platform/lame/system_audio_files.h"
 #include "platform/pulse/pulse_sound_card.h"
@@ -34,14 +36,15 @@ void speakDutch(QApplication &application) {
 }
 
 int Main(OrvelApplication &application) {
-    DiskFileSystem files;
     QtPrompts prompts;
+    AwayWork away(prompts);
+    AwayFileSystem files(std::make_shared<DiskFileSystem>(), away, programFolder());
+    JetEngine databases(awayOpener(away, programFolder()));
     QtTimers timers;
-    JetEngine databases;
     SystemAudioFiles audioFiles;
-    PulseSoundCard sound;
+    PulseSoundCard sound(away.opener(programFolder()));
     SdlJoystick joystick;
-    QtReportViewer report(prompts);
+    QtReportViewer report(prompts, files);
     Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
     application.setPrompts(prompts);
 

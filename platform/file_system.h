@@ -16,6 +16,8 @@ class FileSystem {
 
     [[nodiscard]] virtual bool fileExists(const QString &path) const = 0;
     [[nodiscard]] virtual bool folderExists(const QString &path) const = 0;
+    /// Whether both are the same folder, by whatever path; a folder that does not exist is none.
+    [[nodiscard]] virtual bool isSameFolder(const QString &one, const QString &other) const = 0;
     /// Names (not paths) of the normal files of a folder that match the pattern ("*.mdb"), sorted by the user's locale
     /// without regard to case. A folder that does not exist gives an empty list.
     [[nodiscard]] virtual QStringList list(const QString &folder, const QString &pattern) const = 0;

@@ -15,6 +15,10 @@ struct PlayerSettings {
     int callBackMode = 0;  ///< kept for the settings file; buffers are always filled on a thread of the player's
 };
 
+/// Runs work on a file so that the window does not stand still however long the file takes; throws what the work
+/// throws, and DiskNotReady when nobody waited for it. The work owns all that it touches.
+using FileWork = std::function<void(const QString &path, const std::function<void()> &work)>;
+
 /// The highest samples since the last look, 0..1.
 struct StereoPeaks {
     float left = 0.0F;

@@ -75,8 +75,9 @@ void frmExport::cmdExport_Click() {
         lblResult->setText(tr("De schijf van deze map werd niet gevonden."));
     } else if (all.empty()) {
         lblResult->setText(tr("Er is nog niets afgewerkt om te exporteren."));
-    } else if (std::any_of(all.begin(), all.end(),
-                           [&](const Source &source) { return isSameFolder(source.folder, target); })) {
+    } else if (std::any_of(all.begin(), all.end(), [&](const Source &source) {
+                   return context_.platform.files.isSameFolder(source.folder, target);
+               })) {
         lblResult->setText(tr("In deze map staan de afgewerkte bestanden al. Kies een andere map."));
     } else {
         copy(all, target);

@@ -62,7 +62,7 @@ void frmImport::Form_Load() {
 void frmImport::cmdImport_Click() {
     const QString source = withoutRootSeparator(browser->folder());
     // Its files would be "safe in the to-do folder" and could be deleted.
-    if (isSameFolder(source, context_.settings.NewPath)) {
+    if (context_.platform.files.isSameFolder(source, context_.settings.NewPath)) {
         lblResult->setText(tr("Deze map is zelf de map met te bewerken playlists."));
         return;
     }

@@ -35,7 +35,6 @@ class GridPanel : public QGroupBox {
     void selectRow(int row);
     /// Marks the selected step as done or not done; nothing happens without one.
     void setCurrentImported(bool imported);
-
     /// Whether the selected step is marked as done; false without one.
     [[nodiscard]] bool currentImported() const;
 

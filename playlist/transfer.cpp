@@ -2,8 +2,6 @@
 
 #include "playlist/folder_browser.h"
 
-#include <QFileInfo>
-
 namespace orvel {
 
 void chooseFolder(FolderBrowser &browser, const QString &settingsPath, const DriveMap &drives) {
@@ -22,11 +20,6 @@ QString withoutRootSeparator(const QString &folder) {
     constexpr qsizetype rootLength = 3;
     const bool isDriveRoot = folder.size() == rootLength && folder.at(1) == u':';
     return isDriveRoot ? folder.left(2) : folder;
-}
-
-bool isSameFolder(const QString &one, const QString &other) {
-    const QString canonical = QFileInfo(one).canonicalFilePath();
-    return !canonical.isEmpty() && canonical == QFileInfo(other).canonicalFilePath();
 }
 
 } // namespace orvel

@@ -32,7 +32,4 @@ void chooseFolder(FolderBrowser &browser, const QString &settingsPath, const Dri
 /// A folder that "\*.mdb" can be put behind: of a bare drive root only the letter and the colon.
 QString withoutRootSeparator(const QString &folder);
 
-/// Whether both are the same folder, by whatever path; a folder that does not exist is none.
-bool isSameFolder(const QString &one, const QString &other);
-
 } // namespace orvel

@@ -162,7 +162,7 @@ void LoadSettings(FileSystem &files, const QString &programFolder, Settings &set
 DriveMap loadDrives(FileSystem &files, const QString &programFolder) {
     const IniFile file(files, joined(programFolder, QStringLiteral("\\orvel.ini")));
     const QString section = QStringLiteral("Drives");
-    DriveMap drives(programFolder);
+    DriveMap drives(files, programFolder);
     const QStringList letters = file.keys(section);
     for (const QString &letter : letters) {
         drives.set(letter.front(), file.value(section, letter));

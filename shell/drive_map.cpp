@@ -1,18 +1,20 @@
 #include "shell/drive_map.h"
 
+#include "platform/file_system.h"
+
 #include <QDir>
-#include <QFileInfo>
 
 namespace orvel {
 
 namespace {
 
 /// The entry of a folder that has this name when case does not count; the name itself when there is none.
-QString entryLike(const QString &folder, const QString &name) {
-    if (QFileInfo::exists(folder + u'/' + name)) {
+QString entryLike(const FileSystem &files, const QString &folder, const QString &name) {
+    const QString path = folder + u'/' + name;
+    if (files.fileExists(path) || files.folderExists(path)) {
         return name;
     }
-    const QStringList entries = QDir(folder).entryList(QDir::AllEntries | QDir::NoDotAndDotDot);
+    const QStringList entries = files.folders(folder) + files.list(folder, QStringLiteral("*"));
     for (const QString &entry : entries) {
         if (entry.compare(name, Qt::CaseInsensitive) == 0) {
             return entry;
@@ -34,7 +36,7 @@ QString DriveMap::resolve(const QString &cataloguePath) const {
     QString real = QDir(programFolder_).absoluteFilePath(*mapped);
     const QStringList parts = path.mid(2).split(u'/', Qt::SkipEmptyParts);
     for (const QString &part : parts) {
-        real += u'/' + entryLike(real, part);
+        real += u'/' + entryLike(*files_, real, part);
     }
     return real;
 }

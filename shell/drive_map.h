@@ -5,11 +5,13 @@
 
 namespace orvel {
 
+class FileSystem;
+
 /// Turns the Windows paths of catalogues into paths of this machine: section [Drives] of the settings file gives a
 /// folder for a drive letter, relative to the program folder if it is not absolute.
 class DriveMap {
   public:
-    explicit DriveMap(QString programFolder) : programFolder_(std::move(programFolder)) {}
+    DriveMap(FileSystem &files, QString programFolder) : files_(&files), programFolder_(std::move(programFolder)) {}
 
     /// A letter without a folder is not mapped.
     void set(QChar letter, const QString &folder) {
@@ -22,6 +24,7 @@ class DriveMap {
     [[nodiscard]] QString resolve(const QString &cataloguePath) const;
 
   private:
+    FileSystem *files_;
     QString programFolder_;
     QMap<QChar, QString> folders_;
 };

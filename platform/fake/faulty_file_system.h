@@ -22,6 +22,9 @@ class FaultyFileSystem : public FileSystem {
 
     [[nodiscard]] bool fileExists(const QString &path) const override { return real_.fileExists(path); }
     [[nodiscard]] bool folderExists(const QString &path) const override { return real_.folderExists(path); }
+    [[nodiscard]] bool isSameFolder(const QString &one, const QString &other) const override {
+        return real_.isSameFolder(one, other);
+    }
     [[nodiscard]] QStringList list(const QString &folder, const QString &pattern) const override;
     [[nodiscard]] QStringList folders(const QString &folder) const override { return real_.folders(folder); }
     [[nodiscard]] QStringList drives() const override { return real_.drives(); }

@@ -49,7 +49,7 @@ class PulseSoundCard::Impl {
     PulsePlayer player;
 };
 
-PulseSoundCard::PulseSoundCard() : impl_(std::make_unique<Impl>()) {}
+PulseSoundCard::PulseSoundCard(FileWork open) : impl_(std::make_unique<Impl>()), open_(std::move(open)) {}
 PulseSoundCard::~PulseSoundCard() = default;
 
 AudioRecord &PulseSoundCard::audioRecord() {
@@ -62,7 +62,7 @@ AudioPlayer &PulseSoundCard::audioPlayer() {
     return impl_->player;
 }
 std::unique_ptr<WavePlayer> PulseSoundCard::makePlayer() {
-    return std::make_unique<PulseWavePlayer>(impl_->server);
+    return std::make_unique<PulseWavePlayer>(impl_->server, open_);
 }
 QStringList PulseSoundCard::outputNames() const {
     QStringList names;

@@ -10,8 +10,8 @@ namespace orvel {
 /// source without ports is one line with its name. Without a server there are no cards until refresh() finds one.
 class PulseSoundCard : public SoundCard {
   public:
-    /// Waits for the server's answer, three seconds at most.
-    PulseSoundCard();
+    /// Waits for the server's answer, three seconds at most. open: how players open their files.
+    explicit PulseSoundCard(FileWork open = openHere);
     /// A running recording is closed as it is; outputs that were muted are as they were before.
     ~PulseSoundCard() override;
     PulseSoundCard(const PulseSoundCard &) = delete;
@@ -26,8 +26,11 @@ class PulseSoundCard : public SoundCard {
     [[nodiscard]] QStringList outputNames() const override;
 
   private:
+    static void openHere(const QString & /*path*/, const std::function<void()> &work) { work(); }
+
     class Impl;
     std::unique_ptr<Impl> impl_;
+    FileWork open_;
 };
 
 } // namespace orvel

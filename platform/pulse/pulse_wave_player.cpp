@@ -38,12 +38,14 @@ PulseWavePlayer::~PulseWavePlayer() {
 
 void PulseWavePlayer::setFileName(const QString &path) {
     close();
-    auto reader = std::make_unique<SndfileReader>();
-    reader->open(path);
-    if (reader->errorState() < 0) {
-        throwCannotOpen(path);
-    }
-    reader_ = std::move(reader);
+    const auto file = std::make_shared<SndfileReader>();
+    openFile_(path, [file, path] {
+        file->open(path);
+        if (file->errorState() < 0) {
+            throwCannotOpen(path);
+        }
+    });
+    reader_ = std::make_unique<PatientReader>(file);
 }
 
 void PulseWavePlayer::start() {
@@ -77,7 +79,9 @@ void PulseWavePlayer::endRun() {
         return;
     }
     stream_->abort();
+    reader_->interrupt();
     thread_.join();
+    reader_->resume();
     from_ = heard();
     isAtEnd_ = state_.load(std::memory_order_relaxed) == Run::Heard;
     stream_.reset();

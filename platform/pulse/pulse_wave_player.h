@@ -2,7 +2,7 @@
 
 #include "platform/pulse/pulse_play_stream.h"
 #include "platform/pulse/pulse_server.h"
-#include "platform/sndfile/sndfile_reader.h"
+#include "platform/sndfile/patient_reader.h"
 #include "platform/wave_player.h"
 
 #include <QObject>
@@ -19,7 +19,8 @@ namespace orvel {
 /// loud it is.
 class PulseWavePlayer : public WavePlayer {
   public:
-    explicit PulseWavePlayer(PulseServer &server) : server_(server) {}
+    /// open: see PulseSoundCard.
+    PulseWavePlayer(PulseServer &server, FileWork open) : server_(server), openFile_(std::move(open)) {}
     ~PulseWavePlayer() override;
     PulseWavePlayer(const PulseWavePlayer &) = delete;
     PulseWavePlayer(PulseWavePlayer &&) = delete;
@@ -59,10 +60,11 @@ class PulseWavePlayer : public WavePlayer {
     bool decode(std::int64_t from);
 
     PulseServer &server_;
+    FileWork openFile_;
     PlayerSettings settings_;
     std::function<void()> ended_;
     float gain_ = 1;
-    std::unique_ptr<SndfileReader> reader_; ///< of the file that is open; the thread's while there is one
+    std::unique_ptr<PatientReader> reader_; ///< of the file that is open; the thread's while there is one
     bool hasBeenRead_ = false;              ///< so that it may not stand at its start any more
     Mode mode_ = Mode::Stopped;
     std::int64_t from_ = 0; ///< frame where the stream began, or where the next one will

@@ -1,5 +1,8 @@
 #include "platform/qt/qt_report_viewer.h"
 
+#include "platform/file_system.h"
+#include "platform/runtime_error.h"
+
 #include <QAbstractTextDocumentLayout>
 #include <QAction>
 #include <QBuffer>
@@ -9,7 +12,6 @@
 #include <QPdfWriter>
 #include <QPrintPreviewDialog>
 #include <QPrinter>
-#include <QSaveFile>
 #include <QStandardPaths>
 #include <QTextDocument>
 #include <QToolBar>
@@ -130,24 +132,31 @@ void QtReportViewer::savePdf(QWidget *owner, const QString &title, const QString
         return;
     }
     const QString path = dialog.selectedFiles().constFirst();
-    if (!renderPdf(title, html, path)) {
-        prompts_.message(QObject::tr("%1 kon niet worden geschreven.").arg(path), QObject::tr("PDF bewaren"),
-                         MessageIcon::Exclamation);
+    try {
+        const QByteArray pdf = renderPdf(title, html);
+        if (pdf.isEmpty()) {
+            throw RuntimeError(ErrorNumber::DeviceError, path);
+        }
+        files_.write(path, pdf);
+    } catch (const RuntimeError &error) {
+        prompts_.message(QObject::tr("%1 kon niet worden geschreven.\n\n%2.").arg(path, error.description()),
+                         QObject::tr("PDF bewaren"), MessageIcon::Exclamation);
     }
 }
 
-bool renderPdf(const QString &title, const QString &html, const QString &path) {
+QByteArray renderPdf(const QString &title, const QString &html) {
     QBuffer pdf;
     pdf.open(QIODevice::WriteOnly);
-    QPdfWriter writer(&pdf);
-    writer.setTitle(title);
-    writer.setCreator(QStringLiteral("ORVEL"));
-    makeA4(writer);
-    if (!paintReport(writer, title, html)) {
-        return false;
+    {
+        QPdfWriter writer(&pdf);
+        writer.setTitle(title);
+        writer.setCreator(QStringLiteral("ORVEL"));
+        makeA4(writer);
+        if (!paintReport(writer, title, html)) {
+            return {};
+        }
     }
-    QSaveFile file(path);
-    return file.open(QIODevice::WriteOnly) && file.write(pdf.data()) == pdf.size() && file.commit();
+    return pdf.data();
 }
 
 } // namespace orvel

@@ -82,7 +82,7 @@ class Moving : public testing::Test, protected TestPlatform<JetEngine, WatchedFi
 
     QTemporaryDir folder;
     Settings settings;
-    DriveMap drives{folder.path()};
+    DriveMap drives{files, folder.path()};
     QStringList told;
     int refreshes = 0;
     bool takeRuns = false;
@@ -241,7 +241,8 @@ TEST_F(Moving, ATargetThatIsNotThereIsAskedForOnce) {
     put("ok/a.mdb");
     put("ok/VT1.mp3");
     settings.ExportPath = path("weg");
-    prompts.expectAsk(QStringLiteral("De map %1 bestaat niet. Wilt U ze maken ?").arg(path("weg")), copying, false);
+    prompts.expectAsk(QStringLiteral("De map %1 bestaat niet. Wilt U ze maken ?").arg(path("weg")), copying, false,
+                      Preset::No);
     EXPECT_EQ(runExport(), QStringLiteral("0 van 2 bestanden gekopieerd."));
     EXPECT_FALSE(QDir(path("weg")).exists());
 }

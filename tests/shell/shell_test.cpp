@@ -139,17 +139,17 @@ TEST_F(Shell, AMissingFolderIsAskedFor) {
     put(QStringLiteral("a.mp3"), "x");
     const QString question =
         QStringLiteral("De map %1 bestaat niet. Wilt U ze maken ?").arg(path(QStringLiteral("weg")));
-    prompts.expectAsk(question, title, false);
+    prompts.expectAsk(question, title, false, Preset::No);
     EXPECT_EQ(copy(QStringLiteral("a.mp3"), QStringLiteral("weg/a.mp3")).copied, 0);
-    prompts.expectAsk(question, title, true);
+    prompts.expectAsk(question, title, true, Preset::No);
     EXPECT_EQ(copy(QStringLiteral("a.mp3"), QStringLiteral("weg/a.mp3")).copied, 1);
 }
 
 TEST_F(Shell, AnErrorIsShownWithNumberAndDescriptionAndNothingIsThrown) {
     put(QStringLiteral("a.mp3"), "x");
     files.fail(FaultyFileSystem::Operation::Copy, QStringLiteral("b.mp3"), ErrorNumber::DiskFull);
-    prompts.expectMessage(QStringLiteral("Error: 61. De schijf is vol"), QStringLiteral("ShellCopyFile"),
-                          MessageIcon::Exclamation);
+    prompts.expectMessage(QStringLiteral("Error: 61. De schijf is vol\n\n") + path(QStringLiteral("b.mp3")),
+                          QStringLiteral("ShellCopyFile"), MessageIcon::Exclamation);
     const ShellCopyResult result = copy(QStringLiteral("a.mp3"), QStringLiteral("b.mp3"));
     EXPECT_EQ(result.copied, 0);
     EXPECT_EQ(result.skipped, 1);
@@ -209,7 +209,7 @@ TEST(Checked, LimitsAreTheFields) {
 TEST_F(Shell, DriveLettersLeadToFoldersWithoutRegardToCase) {
     disk.makeFolder(path(QStringLiteral("audio/Muziek")));
     put(QStringLiteral("audio/Muziek/0001.MP3"), "x");
-    DriveMap drives(folder.path());
+    DriveMap drives(disk, folder.path());
     drives.set(u'm', QStringLiteral("audio"));
     EXPECT_EQ(drives.resolve(QStringLiteral("M:\\muziek\\0001.mp3")), path(QStringLiteral("audio/Muziek/0001.MP3")));
     EXPECT_EQ(drives.resolve(QStringLiteral("Q:\\x\\y.mp3")), QStringLiteral("Q:/x/y.mp3"));

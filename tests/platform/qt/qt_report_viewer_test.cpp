@@ -1,5 +1,6 @@
 // The print preview: where the presenter saves a running order as a PDF file.
 #include "platform/fake/fake_prompts.h"
+#include "platform/qt/disk_file_system.h"
 #include "platform/qt/qt_report_viewer.h"
 #include "tests/platform/audio/temp_folder.h"
 #include "tests/platform/qt/when_open.h"
@@ -42,7 +43,8 @@ void saveAs(QtReportViewer &viewer, const QString &path) {
 TEST(QtReportViewer, ThePreviewSavesAPdfFile) {
     const test::TempFolder folder;
     FakePrompts prompts;
-    QtReportViewer viewer(prompts);
+    DiskFileSystem disk;
+    QtReportViewer viewer(prompts, disk);
     saveAs(viewer, folder.path("draaiorde"));
     const QByteArray pdf = test::contentOf(folder.path("draaiorde.pdf"));
     EXPECT_TRUE(pdf.startsWith("%PDF"));
@@ -52,7 +54,8 @@ TEST(QtReportViewer, ThePreviewSavesAPdfFile) {
 TEST(QtReportViewer, ACancelledSaveWritesNothing) {
     const test::TempFolder folder;
     FakePrompts prompts;
-    QtReportViewer viewer(prompts);
+    DiskFileSystem disk;
+    QtReportViewer viewer(prompts, disk);
     whenOpen<QPrintPreviewDialog>([&](QPrintPreviewDialog &preview) {
         whenOpen<QFileDialog>([](QFileDialog &box) { QTest::keyClick(&box, Qt::Key_Escape); });
         preview.findChild<QAction *>(QStringLiteral("cmdPdf"))->trigger();
@@ -62,21 +65,12 @@ TEST(QtReportViewer, ACancelledSaveWritesNothing) {
     EXPECT_TRUE(QDir(folder.path()).isEmpty());
 }
 
-TEST(QtReportViewer, AFileThatCannotBeWrittenIsTold) {
-    const test::TempFolder folder;
-    const QString path = folder.path("draaiorde.pdf");
-    QDir(folder.path()).mkdir(QStringLiteral("draaiorde.pdf")); // nothing can take a folder's place
-    EXPECT_FALSE(renderPdf(title, html, path));
-    EXPECT_FALSE(renderPdf(title, html, folder.path("weg/draaiorde.pdf")));
-    EXPECT_TRUE(QDir(path).exists());
-}
-
 TEST(QtReportViewer, ASaveThatFailsIsToldInTheWindow) {
     FakePrompts prompts;
-    QtReportViewer viewer(prompts);
+    DiskFileSystem disk;
+    QtReportViewer viewer(prompts, disk);
     const QString path = QStringLiteral("/proc/draaiorde.pdf"); // where nobody can make a file
-    prompts.expectMessage(path + QStringLiteral(" kon niet worden geschreven."), QStringLiteral("PDF bewaren"),
-                          MessageIcon::Exclamation);
+    prompts.expectReport(path + QStringLiteral(" kon niet worden geschreven."));
     saveAs(viewer, path);
     EXPECT_EQ(prompts.open(), 0U);
 }

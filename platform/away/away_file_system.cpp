@@ -1,0 +1,111 @@
+#include "platform/away/away_file_system.h"
+
+#include "platform/runtime_error.h"
+
+#include <QDir>
+
+namespace orvel {
+
+namespace {
+
+QString folderOf(const QString &path) {
+    return path.section(u'/', 0, -2);
+}
+
+} // namespace
+
+AwayFileSystem::AwayFileSystem(std::shared_ptr<FileSystem> real, AwayWork &work, const QString &station)
+    : real_(std::move(real)), work_(work), station_(QDir::cleanPath(station)) {}
+
+bool AwayFileSystem::isAway(const QString &path) const {
+    return isOutside(path, station_);
+}
+
+/// Runs a job in a place; path tells whether it lies outside the station.
+template <class Job>
+auto AwayFileSystem::in(const QString &place, const QString &path, Job job) const {
+    if (!isAway(path)) {
+        return job(*real_);
+    }
+    return work_.run(place, [real = real_, job = std::move(job)] { return job(*real); });
+}
+
+/// The same for a question whose answer is "nothing" where nobody answers.
+template <class Job>
+auto AwayFileSystem::look(const QString &place, const QString &path, Job job) const {
+    using Answer = decltype(job(*real_));
+    try {
+        return in(place, path, std::move(job));
+    } catch (const RuntimeError &error) {
+        if (error.number() != ErrorNumber::DiskNotReady) {
+            throw;
+        }
+        return Answer();
+    }
+}
+
+bool AwayFileSystem::fileExists(const QString &path) const {
+    return look(folderOf(path), path, [path](const FileSystem &files) { return files.fileExists(path); });
+}
+
+bool AwayFileSystem::folderExists(const QString &path) const {
+    return look(path, path, [path](const FileSystem &files) { return files.folderExists(path); });
+}
+
+bool AwayFileSystem::isSameFolder(const QString &one, const QString &other) const {
+    return look(isAway(one) ? one : other, isAway(one) ? one : other,
+                [one, other](const FileSystem &files) { return files.isSameFolder(one, other); });
+}
+
+QStringList AwayFileSystem::list(const QString &folder, const QString &pattern) const {
+    return look(folder, folder, [folder, pattern](const FileSystem &files) { return files.list(folder, pattern); });
+}
+
+QStringList AwayFileSystem::folders(const QString &folder) const {
+    return look(folder, folder, [folder](const FileSystem &files) { return files.folders(folder); });
+}
+
+QStringList AwayFileSystem::drives() const {
+    // Every medium is asked, also one that does not answer.
+    const QString everywhere = QStringLiteral("/");
+    const QStringList drives =
+        look(QObject::tr("schijven"), everywhere, [](const FileSystem &files) { return files.drives(); });
+    return drives.isEmpty() ? QStringList{everywhere} : drives;
+}
+
+QByteArray AwayFileSystem::read(const QString &path) const {
+    return in(folderOf(path), path, [path](const FileSystem &files) { return files.read(path); });
+}
+
+void AwayFileSystem::write(const QString &path, const QByteArray &content) {
+    in(folderOf(path), path, [path, content](FileSystem &files) { files.write(path, content); });
+}
+
+bool AwayFileSystem::copy(const QString &source, const QString &target, const Progress &progress) {
+    if (!isAway(source) && !isAway(target)) {
+        return real_->copy(source, target, progress);
+    }
+    const auto job = [real = real_, source, target](AwayTask &task) {
+        real->copy(source, target, [&task](qint64 done, qint64 total) {
+            task.bytesTotal = total;
+            task.bytesDone = done;
+            return !task.abandoned;
+        });
+    };
+    return work_.runWithProgress(folderOf(isAway(target) ? target : source), job, progress);
+}
+
+void AwayFileSystem::move(const QString &source, const QString &target) {
+    const QString &away = isAway(target) ? target : source;
+    in(folderOf(away), away, [source, target](FileSystem &files) { files.move(source, target); });
+}
+
+void AwayFileSystem::remove(const QString &path) {
+    in(folderOf(path), path, [path](FileSystem &files) { files.remove(path); });
+}
+
+void AwayFileSystem::makeFolder(const QString &path) {
+    in(path, path, [path](FileSystem &files) { files.makeFolder(path); });
+}
+
+} // namespace orvel

@@ -1,0 +1,12 @@
+#pragma once
+
+#include "platform/away/away_work.h"
+#include "platform/jet/raw_file.h"
+
+namespace orvel {
+
+/// Opens databases: those of the station directly, all others so that the window never waits for them. work outlives
+/// the files. What is not answered throws jet::Error (InOut).
+jet::FileOpener awayOpener(AwayWork &work, const QString &station);
+
+} // namespace orvel
