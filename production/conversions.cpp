@@ -3,16 +3,21 @@
 #include "production/mix_down.h"
 #include "production/transcode.h"
 
+#include <QElapsedTimer>
 #include <QThread>
 
 #include <algorithm>
+#include <atomic>
 #include <thread>
+#include <vector>
 
 namespace orvel {
 
 namespace {
 
 constexpr unsigned long pollMs = 4;
+/// For a thread to notice that it was stopped; one that does not hangs in a call.
+constexpr int graceMs = 500;
 
 /// Ends a conversion in its middle.
 struct Stopped {};
@@ -29,51 +34,34 @@ struct Conversions::Job {
     std::atomic<bool> converted{false};
 };
 
-Conversions::Conversions(AudioFiles &files, const Mp3Format &format) : files_(files), format_(format) {}
-Conversions::~Conversions() = default;
+/// What the threads share with the window's.
+struct Conversions::Work {
+    std::vector<std::unique_ptr<Job>> jobs; ///< complete before the threads start
+    std::atomic<std::size_t> next{0};
+    std::atomic<std::size_t> done{0};
+    std::atomic<bool> stopped{false};
 
-void Conversions::add(const QString &source, const QString &target) {
-    auto job = std::make_unique<Job>();
-    job->source = source;
-    job->target = target;
-    job->reader = files_.reader();
-    job->writer = files_.mp3Writer();
-    job->writer->setFormat(format_);
-    jobs_.push_back(std::move(job));
-}
+    void run();
+    void ConvertFile(Job &job) const;
+    [[nodiscard]] int percent() const;
+};
 
-void Conversions::run(const std::function<bool(int done, int percent)> &pump) {
-    const auto cores = static_cast<std::size_t>(std::max(QThread::idealThreadCount(), 1));
-    std::vector<std::jthread> threads; // joined however this is left
-    for (std::size_t i = 0; i < std::min(cores, jobs_.size()); ++i) {
-        threads.emplace_back([this] { work(); });
-    }
-    while (done_ < static_cast<int>(jobs_.size())) {
-        if (!pump(done_, percent())) {
-            stopped_ = true;
-        }
-        QThread::msleep(pollMs);
-    }
-    threads.clear();
-    pump(done_, percent());
-}
-
-void Conversions::work() {
-    for (std::size_t number = next_++; number < jobs_.size(); number = next_++) {
-        ConvertFile(*jobs_[number]);
-        ++done_;
+void Conversions::Work::run() {
+    for (std::size_t number = next++; number < jobs.size(); number = next++) {
+        ConvertFile(*jobs[number]);
+        ++done;
     }
 }
 
-void Conversions::ConvertFile(Job &job) const {
-    if (stopped_) {
+void Conversions::Work::ConvertFile(Job &job) const {
+    if (stopped) {
         return;
     }
     StereoReader reader(*job.reader);
     try {
         job.converted = convert(reader, *job.writer, job.source, job.target, [&](int percent) {
             job.percent = percent;
-            if (stopped_) {
+            if (stopped) {
                 throw Stopped();
             }
         });
@@ -86,16 +74,51 @@ void Conversions::ConvertFile(Job &job) const {
     job.reader.reset();
 }
 
-int Conversions::percent() const {
+int Conversions::Work::percent() const {
     int sum = 0;
-    for (const auto &job : jobs_) {
+    for (const auto &job : jobs) {
         sum += job->percent;
     }
-    return jobs_.empty() ? 100 : sum / static_cast<int>(jobs_.size());
+    return jobs.empty() ? 100 : sum / static_cast<int>(jobs.size());
+}
+
+Conversions::Conversions(AudioFiles &files, const Mp3Format &format)
+    : files_(files), format_(format), work_(std::make_shared<Work>()) {}
+Conversions::~Conversions() = default;
+
+void Conversions::add(const QString &source, const QString &target) {
+    auto job = std::make_unique<Job>();
+    job->source = source;
+    job->target = target;
+    job->reader = files_.reader();
+    job->writer = files_.mp3Writer();
+    job->writer->setFormat(format_);
+    work_->jobs.push_back(std::move(job));
+}
+
+std::size_t Conversions::count() const {
+    return work_->jobs.size();
+}
+
+void Conversions::run(const std::function<bool(int done, int percent)> &pump) {
+    const auto cores = static_cast<std::size_t>(std::max(QThread::idealThreadCount(), 1));
+    for (std::size_t i = 0; i < std::min(cores, count()); ++i) {
+        std::thread([work = work_] { work->run(); }).detach();
+    }
+    const auto report = [&] { return pump(static_cast<int>(work_->done), work_->percent()); };
+    QElapsedTimer sinceStop;
+    while (work_->done < count() && !(sinceStop.isValid() && sinceStop.hasExpired(graceMs))) {
+        if (!report() && !sinceStop.isValid()) {
+            work_->stopped = true;
+            sinceStop.start();
+        }
+        QThread::msleep(pollMs);
+    }
+    report();
 }
 
 bool Conversions::isConverted(std::size_t number) const {
-    return jobs_.at(number)->converted;
+    return work_->jobs.at(number)->converted;
 }
 
 } // namespace orvel

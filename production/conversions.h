@@ -4,10 +4,8 @@
 
 #include <QString>
 
-#include <atomic>
 #include <functional>
 #include <memory>
-#include <vector>
 
 namespace orvel {
 
@@ -25,24 +23,20 @@ class Conversions {
     /// One more file to convert; numbered from 0 in the order of the calls. target is overwritten.
     void add(const QString &source, const QString &target);
     /// Returns when every file was converted or failed. pump: called every few milliseconds with the number of files
-    /// done and how much of everything is done, 0..100; false stops as soon as possible.
+    /// done and how much of everything is done, 0..100; false stops as soon as possible, and does not wait for a file
+    /// on a share that gives no answer: its thread ends by itself, and its target counts as not converted.
     void run(const std::function<bool(int done, int percent)> &pump);
     /// Whether a file was converted. What is left of one that was not is the caller's to remove.
     [[nodiscard]] bool isConverted(std::size_t number) const;
-    [[nodiscard]] std::size_t count() const { return jobs_.size(); }
+    [[nodiscard]] std::size_t count() const;
 
   private:
     struct Job;
-    void work();
-    void ConvertFile(Job &job) const;
-    [[nodiscard]] int percent() const;
+    struct Work;
 
     AudioFiles &files_;
     Mp3Format format_;
-    std::vector<std::unique_ptr<Job>> jobs_;
-    std::atomic<std::size_t> next_{0};
-    std::atomic<int> done_{0};
-    std::atomic<bool> stopped_{false};
+    std::shared_ptr<Work> work_; ///< with the threads, which may outlive this
 };
 
 } // namespace orvel

@@ -15,11 +15,14 @@
 #include <QGuiApplication>
 #include <QScopeGuard>
 
+#include <algorithm>
+
 namespace orvel {
 
 namespace {
 
 const QString errorTitle = QStringLiteral("Foutmelding");
+constexpr qint64 pumpIntervalMs = 16;
 
 bool isWav(const QString &file) {
     return file.right(3).toUpper() == QStringLiteral("WAV");
@@ -130,6 +133,7 @@ bool frmConvert::import(const std::vector<Import> &imports) {
     };
     player_End();
     const Running running(*this);
+    sincePump_.start();
     std::vector<bool> converted(imports.size(), true);
     const bool isWhole = ConvertFiles(imports, converted);
     // However this ends, no part of a voice track stays behind.
@@ -138,16 +142,17 @@ bool frmConvert::import(const std::vector<Import> &imports) {
             ignoringErrors([&] { context_.platform.files.remove(partPath(one)); });
         }
     });
-    for (std::size_t i = 0; isWhole && i < imports.size(); ++i) {
+    bool goesOn = isWhole;
+    for (std::size_t i = 0; goesOn && i < imports.size(); ++i) {
         try {
-            fileOne(imports[i], converted[i]);
+            goesOn = fileOne(imports[i], converted[i]);
         } catch (const RuntimeError &) {
             // What is recorded next belongs to what is selected.
             ignoringErrors([&] { context_.grid.selectRow(imports[i].row); });
             throw;
         }
     }
-    return isWhole;
+    return goesOn;
 }
 
 bool frmConvert::ConvertFiles(const std::vector<Import> &imports, std::vector<bool> &converted) {
@@ -160,6 +165,9 @@ bool frmConvert::ConvertFiles(const std::vector<Import> &imports, std::vector<bo
         }
     }
     const int total = static_cast<int>(conversions.count());
+    if (total == 0) {
+        return true;
+    }
     progressconvert->setValue(0);
     conversions.run([&](int done, int percent) {
         progressconvert->setValue(percent);
@@ -168,20 +176,19 @@ bool frmConvert::ConvertFiles(const std::vector<Import> &imports, std::vector<bo
         return !stopWanted_;
     });
     progressconvert->setValue(100);
-    if (total == 0) {
-        progressconvert->setCaption({});
-    }
     for (std::size_t number = 0; number < places.size(); ++number) {
         converted[places[number]] = conversions.isConverted(number);
     }
     return !stopWanted_;
 }
 
-void frmConvert::fileOne(const Import &import, bool converted) {
+bool frmConvert::fileOne(const Import &import, bool converted) {
     FileSystem &files = context_.platform.files;
     context_.step.VoiceTrackName = import.name;
     if (!isWav(import.file)) {
-        files.copy(sourcePath(import.file), targetPath(import.name));
+        if (!copyMp3(import)) {
+            return false; // the step keeps the mark and the voice track that it had
+        }
     } else if (converted) {
         files.move(partPath(import), targetPath(import.name));
     } else {
@@ -191,6 +198,20 @@ void frmConvert::fileOne(const Import &import, bool converted) {
     if (import.row >= 0) {
         context_.grid.steps().setImported(import.row, true);
     }
+    return true;
+}
+
+bool frmConvert::copyMp3(const Import &import) {
+    progressconvert->setCaption(import.file);
+    return context_.platform.files.copy(
+        sourcePath(import.file), targetPath(import.name), [&](qint64 done, qint64 total) {
+            progressconvert->setValue(static_cast<int>(done * 100 / std::max<qint64>(total, 1)));
+            if (sincePump_.elapsed() >= pumpIntervalMs) {
+                QCoreApplication::processEvents();
+                sincePump_.restart();
+            }
+            return !stopWanted_;
+        });
 }
 
 void frmConvert::noteFailure(const Import &import) {

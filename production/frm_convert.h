@@ -11,6 +11,7 @@
 #include "widgets/gauge.h"
 
 #include <QDialog>
+#include <QElapsedTimer>
 #include <QListWidget>
 #include <QPushButton>
 
@@ -74,7 +75,10 @@ class frmConvert : public QDialog {
     /// Converts, then files and marks in order; false when the presenter stopped it.
     bool import(const std::vector<Import> &imports);
     bool ConvertFiles(const std::vector<Import> &imports, std::vector<bool> &converted);
-    void fileOne(const Import &import, bool converted);
+    /// Files a voice track and marks its step; false when the presenter stopped it.
+    bool fileOne(const Import &import, bool converted);
+    /// With progress, as a file on a slow stick may be large; false when the presenter stopped it.
+    bool copyMp3(const Import &import);
     void noteFailure(const Import &import);
     [[nodiscard]] QString partPath(const Import &import) const;
     void player_End();
@@ -84,6 +88,7 @@ class frmConvert : public QDialog {
     Mp3Format format_;
     bool running_ = false;
     bool stopWanted_ = false;
+    QElapsedTimer sincePump_;
 };
 
 } // namespace orvel

@@ -95,6 +95,7 @@ void SavePanel::cmdSave_Click() {
     }
     context_.stopPlayer();
     whileBusy([this] {
+        markBefore_ = context_.grid.currentImported();
         context_.grid.setCurrentImported(true);
         if (save()) {
             cmdSave->setEnabled(false);
@@ -126,11 +127,9 @@ void SavePanel::saveVersion() {
     Take version = take();
     version.name = isGeneral ? version.name : StationCode + version.name;
     version.mp3 = takeFile(context_.programFolder, QStringLiteral("\\temp\\"), version.name, QStringLiteral(".mp3"));
-    const QString kept = encodeAndKeep(version);
-    const bool filed = fileVoiceTrack(version);
-    settle(kept, filed, version);
-    if (context_.platform.files.fileExists(version.mp3)) {
-        context_.platform.files.remove(version.mp3);
+    if (!canFile(version) || !encodeAndFile(version)) {
+        takeBackMark();
+        return;
     }
     if (!context_.platform.prompts.ask(QStringLiteral("Bent U klaar met deze inteksting ?"),
                                        QStringLiteral("Multivoice inteksting"))) {
@@ -182,13 +181,45 @@ bool SavePanel::saveForPlaylist(const Take &take) {
     if (!context_.platform.files.fileExists(take.wav)) {
         return false;
     }
-    const QString kept = encodeAndKeep(take);
-    const bool filed = fileVoiceTrack(take);
-    settle(kept, filed, take);
-    if (context_.platform.files.fileExists(take.mp3)) {
-        context_.platform.files.remove(take.mp3);
+    if (!canFile(take) || !encodeAndFile(take)) {
+        takeBackMark();
+        return false;
     }
     context_.completion.CheckLijst();
+    return true;
+}
+
+bool SavePanel::canFile(const Take &take) {
+    const QString &folder = context_.settings.VoicetrackPath;
+    if (!context_.settings.ServerMode || context_.platform.files.folderExists(folder)) {
+        return true;
+    }
+    const QString sentence =
+        tr("%1 is niet bewaard: de map met voicetracks %2 is niet bereikbaar. De opname blijft klaarstaan.")
+            .arg(take.name, folder);
+    context_.tell(sentence);
+    context_.platform.prompts.message(sentence, QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
+    return false;
+}
+
+void SavePanel::takeBackMark() {
+    context_.grid.setCurrentImported(markBefore_);
+}
+
+bool SavePanel::encodeAndFile(const Take &take) {
+    FileSystem &files = context_.platform.files;
+    const QString kept = encodeAndKeep(take);
+    const bool filed = fileVoiceTrack(take);
+    if (files.fileExists(take.mp3)) {
+        files.remove(take.mp3);
+    }
+    if (!filed && converted_ && !kept.isEmpty()) {
+        // As it was before: the next press of the button files it.
+        files.move(kept, take.wav);
+        context_.tell(tr("%1 is niet weggeschreven; de opname blijft klaarstaan.").arg(take.name));
+        return false;
+    }
+    settle(kept, filed, take);
     return true;
 }
 

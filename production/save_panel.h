@@ -80,6 +80,12 @@ class SavePanel : public QWidget {
     bool save();
     bool saveAs(const Take &take);
     bool saveForPlaylist(const Take &take);
+    /// Looks whether there is a folder to file a voice track in, and tells when not. Nothing is made: behind a share
+    /// that is not mounted it would be a folder that nobody looks in.
+    [[nodiscard]] bool canFile(const Take &take);
+    /// False when it could not be filed: the take is then where it was before.
+    bool encodeAndFile(const Take &take);
+    void takeBackMark();
     /// Converts, then moves the take's WAV to safety: it is dropped when the MP3 has been filed.
     QString encodeAndKeep(const Take &take);
     [[nodiscard]] bool fileVoiceTrack(const Take &take);
@@ -91,6 +97,7 @@ class SavePanel : public QWidget {
     std::unique_ptr<AudioFileWriter> FileW;
     bool saving_ = false;
     bool converted_ = false;
+    bool markBefore_ = false; ///< of the step that is being saved
 };
 
 } // namespace orvel

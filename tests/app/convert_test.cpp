@@ -3,6 +3,8 @@
 
 #include <QTimer>
 
+#include <algorithm>
+
 namespace orvel {
 
 namespace {
@@ -337,6 +339,35 @@ TEST_F(Convert, ACopyThatFailsInABatchLeavesNoPartsAndTheStepSelected) {
     EXPECT_EQ(window->gridPanel->currentRow(), slots_.at(1));
     EXPECT_EQ(window->step.VoiceTrackName, names.at(1));
     EXPECT_TRUE(convert->cmdBatch->isEnabled());
+}
+
+// A large MP3 file stood still for 26 seconds without a sign.
+TEST_F(Convert, ALargeMp3FileIsCopiedWithProgressAndCanBeStopped) {
+    disk.write(path(QStringLiteral("geluid/groot.mp3")), QByteArray(64'000'000, 'x'));
+    openConvert();
+    disk.write(path(track(0)), "vorige opname");
+    choose(QStringLiteral("groot.mp3"));
+    int beats = 0;
+    int highest = 0;
+    QTimer heart;
+    QObject::connect(&heart, &QTimer::timeout, [&] {
+        ++beats;
+        highest = std::max(highest, convert->progressconvert->value());
+        EXPECT_EQ(convert->progressconvert->caption(), QStringLiteral("groot.mp3"));
+        convert->cmdQuit->click();
+    });
+    heart.start(1);
+    click(convert->cmdSingle);
+    heart.stop();
+    EXPECT_GE(beats, 1);
+    EXPECT_EQ(content(track(0)), "vorige opname");
+    EXPECT_EQ(QDir(path(QStringLiteral("ok"))).entryList(QDir::Files | QDir::Hidden).size(), 1);
+    EXPECT_FALSE(imported(slots_.first()));
+    EXPECT_TRUE(convert->isVisible());
+    EXPECT_TRUE(convert->cmdSingle->isEnabled());
+    click(convert->cmdSingle);
+    EXPECT_EQ(content(track(0)).size(), 64'000'000);
+    EXPECT_TRUE(imported(slots_.first()));
 }
 
 } // namespace orvel
