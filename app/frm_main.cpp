@@ -13,6 +13,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QFileInfo>
 #include <QToolBar>
 
 namespace orvel {
@@ -27,7 +28,7 @@ const QString errorTitle = QStringLiteral("Foutmelding");
 frmMain::frmMain(Platform &platform, QString programFolder, QString commandLine)
     : datList(platform.databases, [this](const QString &path) { recovery.keepCopy(path); }),
       recovery(platform.files, programFolder), platform_(platform), programFolder_(std::move(programFolder)),
-      commandLine_(std::move(commandLine)), drives_(programFolder_), Joystick1(platform.joystick),
+      commandLine_(std::move(commandLine)), drives_(platform.files, programFolder_), Joystick1(platform.joystick),
       tmrJoystick_(platform.timers.create(joystickMs, MissedTicks::Drop, [this] {
           for (const int button : Joystick1.pressed()) {
               Joystick1_ButtonDown(button);
@@ -130,9 +131,27 @@ void frmMain::fillCards() const {
 }
 
 void frmMain::makeFolders() {
-    for (const char *folder : {"\\new", "\\ok", "\\temp", "\\temp2"}) {
-        ignoringErrors([&] { platform_.files.makeFolder(joined(programFolder_, QString::fromLatin1(folder))); });
+    try {
+        for (const char *name : {"\\new", "\\ok", "\\temp", "\\temp2"}) {
+            const QString folder = joined(programFolder_, QString::fromLatin1(name));
+            platform_.files.makeFolder(folder);
+            tryToWrite(folder);
+        }
+    } catch (const RuntimeError &error) {
+        const QString folder = QFileInfo(error.file()).path();
+        platform_.prompts.message(
+            tr("ORVEL kan niet schrijven in de map %1 (%2).\n\nOpnemen en bewaren lukt niet zolang "
+               "dat zo is.")
+                .arg(folder, error.description()),
+            errorTitle, MessageIcon::Exclamation);
     }
+}
+
+/// Better told now than when the presenter has spoken.
+void frmMain::tryToWrite(const QString &folder) {
+    const QString probe = joined(folder, QStringLiteral("\\.orvel-proef"));
+    platform_.files.write(probe, {});
+    platform_.files.remove(probe);
 }
 
 void frmMain::openCatalogues() {

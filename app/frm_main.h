@@ -92,6 +92,7 @@ class frmMain : public QMainWindow {
     bool checkSoundCard();
     void fillCards() const;
     void makeFolders();
+    void tryToWrite(const QString &folder);
     void openCatalogues();
     void checkVoiceTrackFolder();
     void readCommandLine();

@@ -101,8 +101,11 @@ TEST_F(FullDisk, AServerWithoutRoomIsToldAndTheTakeIsSafe) {
     prompts.expectReport(QStringLiteral("Error: 61. "));
     click(window->savePanel->cmdSave);
     EXPECT_TRUE(QDir(path(QStringLiteral("server"))).entryList(QDir::Files | QDir::Hidden).isEmpty());
-    EXPECT_EQ(filesIn(QStringLiteral("herstel")).filter(QStringLiteral(".wav")).size(), 1);
-    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("herstel")));
+    const QStringList takes = filesIn(QStringLiteral("temp"));
+    ASSERT_EQ(takes.size(), 1);
+    EXPECT_NEAR(seconds(QStringLiteral("temp/") + takes.first()), 2.0, 0.01);
+    EXPECT_TRUE(window->savePanel->cmdSave->isEnabled());
+    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("blijft klaarstaan")));
 }
 
 } // namespace orvel

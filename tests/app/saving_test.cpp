@@ -91,7 +91,7 @@ TEST_F(Saving, InServerModeTheFileGoesOnlyToTheServer) {
     EXPECT_TRUE(filesIn(QStringLiteral("temp")).isEmpty());
 }
 
-TEST_F(Saving, AServerFileThatMayNotBeOverwrittenLeavesTheTakeInSafety) {
+TEST_F(Saving, AServerFileThatMayNotBeOverwrittenLeavesEverythingAsItWas) {
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
     disk.write(path(QStringLiteral("server/") + name + QStringLiteral(".mp3")), "oud");
@@ -100,8 +100,66 @@ TEST_F(Saving, AServerFileThatMayNotBeOverwrittenLeavesTheTakeInSafety) {
                       false);
     save();
     EXPECT_EQ(content(QStringLiteral("server/") + name + QStringLiteral(".mp3")), "oud");
-    EXPECT_EQ(keptTakes().size(), 1);
-    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("herstel")));
+    EXPECT_EQ(filesIn(QStringLiteral("temp")), QStringList{name + QStringLiteral(".wav")});
+    EXPECT_FALSE(imported(row));
+    EXPECT_TRUE(canSave());
+    EXPECT_EQ(window->gridPanel->currentRow(), row);
+    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("blijft klaarstaan")));
+}
+
+// With the share not mounted, saving made a folder on this machine, filed the take there and told that it was saved.
+TEST_F(Saving, AServerThatIsNotThereKeepsTheTakeAndTakesTheMarkBack) {
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
+    openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
+    record(500);
+    const QByteArray take = content(QStringLiteral("temp/") + name + QStringLiteral(".wav"));
+    ASSERT_TRUE(QDir(folder.path()).rmdir(QStringLiteral("server")));
+    prompts.expectMessage(QStringLiteral("%1 is niet bewaard: de map met voicetracks %2 is niet bereikbaar. De opname "
+                                         "blijft klaarstaan.")
+                              .arg(name, path(QStringLiteral("server"))),
+                          QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
+    save();
+    EXPECT_FALSE(exists(QStringLiteral("server")));
+    EXPECT_FALSE(imported(row));
+    EXPECT_TRUE(canSave());
+    EXPECT_EQ(content(QStringLiteral("temp/") + name + QStringLiteral(".wav")), take);
+    EXPECT_EQ(filesIn(QStringLiteral("temp")).size(), 1);
+    EXPECT_TRUE(window->lblStatus->text().contains(path(QStringLiteral("server"))));
+    // It is there again.
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
+    save();
+    EXPECT_EQ(filesIn(QStringLiteral("server")), QStringList{name + QStringLiteral(".mp3")});
+    EXPECT_TRUE(imported(row));
+    EXPECT_TRUE(filesIn(QStringLiteral("temp")).isEmpty());
+}
+
+TEST_F(Saving, WithoutATakeTheMarkStaysAlsoWhenTheServerIsNotThere) {
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
+    openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
+    ASSERT_TRUE(QDir(folder.path()).rmdir(QStringLiteral("server")));
+    window->savePanel->cmdSave->setEnabled(true);
+    save();
+    EXPECT_TRUE(imported(row));
+    EXPECT_TRUE(canSave());
+}
+
+TEST_F(Saving, ACopyThatFailsOnTheWayLeavesEverythingAsItWas) {
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
+    openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
+    record(500);
+    const QString target = path(QStringLiteral("server/") + name + QStringLiteral(".mp3"));
+    files.fail(FaultyFileSystem::Operation::Copy, QStringLiteral("server/"), ErrorNumber::DiskNotReady);
+    prompts.expectMessage(QStringLiteral("Error: 71. De schijf is niet gereed\n\n") + target,
+                          QStringLiteral("ShellCopyFile"), MessageIcon::Exclamation);
+    save();
+    EXPECT_FALSE(imported(row));
+    EXPECT_TRUE(canSave());
+    EXPECT_EQ(filesIn(QStringLiteral("temp")), QStringList{name + QStringLiteral(".wav")});
+    EXPECT_TRUE(keptTakes().isEmpty());
+    files.heal();
+    save();
+    EXPECT_EQ(filesIn(QStringLiteral("server")), QStringList{name + QStringLiteral(".mp3")});
+    EXPECT_TRUE(imported(row));
 }
 
 TEST_F(Saving, ASaveWithoutATakeMarksTheStepAndKeepsTheButton) {

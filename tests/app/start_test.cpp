@@ -208,4 +208,24 @@ TEST_F(Station, TheSplashClosesOnItsLogoAndWhenLoadingEnds) {
     EXPECT_FALSE(splash.isVisible());
 }
 
+// A station on a read-only disk started as if nothing was the matter, and refused when the presenter had spoken.
+TEST_F(Station, AStationThatCannotBeWrittenIsToldAtTheStart) {
+    files.fail(FaultyFileSystem::Operation::Write, QStringLiteral("/temp/"), ErrorNumber::PermissionDenied);
+    prompts.expectMessage(QStringLiteral("ORVEL kan niet schrijven in de map %1 (Geen toegang).\n\nOpnemen en bewaren "
+                                         "lukt niet zolang dat zo is.")
+                              .arg(path(QStringLiteral("temp"))),
+                          QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
+    EXPECT_TRUE(start());
+    for (const char *name : {"new", "ok", "temp", "temp2"}) {
+        EXPECT_TRUE(QDir(path(QString::fromLatin1(name))).entryList(QDir::Files | QDir::Hidden).isEmpty()) << name;
+    }
+}
+
+TEST_F(Station, AFolderThatCannotBeMadeIsToldAtTheStart) {
+    ASSERT_TRUE(QDir(folder.path()).rmdir(QStringLiteral("temp2")));
+    files.fail(FaultyFileSystem::Operation::MakeFolder, QStringLiteral("temp2"), ErrorNumber::PermissionDenied);
+    prompts.expectReport(QStringLiteral("ORVEL kan niet schrijven in de map "));
+    EXPECT_TRUE(start());
+}
+
 } // namespace orvel
