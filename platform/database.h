@@ -8,9 +8,9 @@
 
 namespace orvel {
 
-/// The rows that a query gave, with a current record. Values are null (an invalid QVariant), bool, qint32, double,
-/// QDateTime or QString; other field types read as a null value. Rows keep their place until refresh().
-/// Not thread-safe: the window thread only.
+/// The rows that a query gave, with a current record. Values are null (an invalid QVariant), bool, qint32, qint64 (big
+/// integers, and decimals without a fraction), double, QDateTime or QString. A value of a field type that cannot be
+/// read is the text "(niet leesbaar)". Rows keep their place until refresh(). Not thread-safe: the window thread only.
 class RecordSet {
   public:
     virtual ~RecordSet() = default;

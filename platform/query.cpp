@@ -104,6 +104,7 @@ Query::Condition takeCondition(Scanner &scanner) {
 struct SortKey {
     int kind = 0; // null, number, text
     double number = 0;
+    qint64 whole = 0; // tells whole numbers apart that are one double
     QString text;
 };
 
@@ -115,19 +116,43 @@ QString textKey(const QString &text) {
     return letters + QChar(QChar::Null) + folded;
 }
 
+double toNumber(const QVariant &value) {
+    switch (value.metaType().id()) {
+    case QMetaType::Bool:
+        return value.toBool() ? -1 : 0;
+    case QMetaType::QDateTime: {
+        constexpr double msecsPerDay = 86400000;
+        const QDateTime time = value.toDateTime();
+        return static_cast<double>(QDate(1899, 12, 30).daysTo(time.date())) +
+               time.time().msecsSinceStartOfDay() / msecsPerDay;
+    }
+    default:
+        return value.toDouble();
+    }
+}
+
+std::optional<qint64> wholeNumber(double number) {
+    constexpr double end = 9223372036854775808.0; // the first one that does not fit
+    const bool whole = number >= -end && number < end && number == std::trunc(number);
+    return whole ? std::optional(static_cast<qint64>(number)) : std::nullopt;
+}
+
 SortKey sortKey(const QVariant &value) {
     if (value.isNull()) {
         return {};
     }
     if (value.metaType().id() == QMetaType::QString) {
-        return {.kind = 2, .number = 0, .text = textKey(value.toString())};
+        return {.kind = 2, .number = 0, .whole = 0, .text = textKey(value.toString())};
     }
-    const double number = criterionNumber(value).value_or(0);
-    return {.kind = 1, .number = std::isnan(number) ? -HUGE_VAL : number, .text = {}};
+    const double number = toNumber(value);
+    return {.kind = 1,
+            .number = std::isnan(number) ? -HUGE_VAL : number,
+            .whole = criterionNumber(value).value_or(0),
+            .text = {}};
 }
 
 bool isLess(const SortKey &a, const SortKey &b) {
-    return std::tie(a.kind, a.number, a.text) < std::tie(b.kind, b.number, b.text);
+    return std::tie(a.kind, a.number, a.whole, a.text) < std::tie(b.kind, b.number, b.whole, b.text);
 }
 
 } // namespace
@@ -158,23 +183,17 @@ Query::Condition parseCriterion(const QString &criterion) {
     return condition;
 }
 
-std::optional<double> criterionNumber(const QVariant &value) {
+std::optional<qint64> criterionNumber(const QVariant &value) {
     if (value.isNull()) {
         return std::nullopt;
     }
     switch (value.metaType().id()) {
-    case QMetaType::Bool:
-        return value.toBool() ? -1 : 0;
-    case QMetaType::QDateTime: {
-        constexpr double msecsPerDay = 86400000;
-        const QDateTime time = value.toDateTime();
-        return static_cast<double>(QDate(1899, 12, 30).daysTo(time.date())) +
-               time.time().msecsSinceStartOfDay() / msecsPerDay;
-    }
     case QMetaType::QString:
         throw RuntimeError(ErrorNumber::TypeMismatch);
+    case QMetaType::LongLong:
+        return value.toLongLong();
     default:
-        return value.toDouble();
+        return wholeNumber(toNumber(value));
     }
 }
 

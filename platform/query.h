@@ -28,9 +28,9 @@ struct Query {
 /// Reads a search criterion "field=number". Throws QueryNotSupported.
 Query::Condition parseCriterion(const QString &criterion);
 
-/// A value as criteria compare it: true is -1, a date is its days since 30 December 1899; none for null. Throws
-/// TypeMismatch for text.
-std::optional<double> criterionNumber(const QVariant &value);
+/// A value as criteria compare it, to the last digit: true is -1, a date is its days since 30 December 1899; none for
+/// null and for what is no whole number. Throws TypeMismatch for text.
+std::optional<qint64> criterionNumber(const QVariant &value);
 
 /// The order in which ORDER BY puts values: null first, numbers by size, text without regard to case (then to accents);
 /// equal values stay as they were. Gives positions in values.

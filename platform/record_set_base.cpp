@@ -3,8 +3,6 @@
 #include "platform/query.h"
 #include "platform/runtime_error.h"
 
-#include <cmath>
-
 namespace orvel {
 
 int RecordSetBase::fieldIndex(const QString &name) const {
@@ -62,8 +60,8 @@ const RecordSetBase::NumberIndex &RecordSetBase::numberIndex(int column) {
     NumberIndex index;
     index.reserve(static_cast<std::size_t>(recordCount()));
     for (int row = 0; row < recordCount(); ++row) {
-        const std::optional<double> number = criterionNumber(value(row, column));
-        if (number && !std::isnan(*number)) {
+        const std::optional<qint64> number = criterionNumber(value(row, column));
+        if (number) {
             index.try_emplace(*number, row);
         }
     }
@@ -73,7 +71,7 @@ const RecordSetBase::NumberIndex &RecordSetBase::numberIndex(int column) {
 bool RecordSetBase::findFirst(const QString &criterion) {
     const Query::Condition condition = parseCriterion(criterion);
     const NumberIndex &index = numberIndex(fieldIndex(condition.field));
-    const auto found = index.find(static_cast<double>(condition.value));
+    const auto found = index.find(condition.value);
     if (found == index.end()) {
         return false;
     }

@@ -41,7 +41,7 @@ class RecordSetBase : public RecordSet {
 
   private:
     /// First row of each number of a column.
-    using NumberIndex = std::unordered_map<double, int>;
+    using NumberIndex = std::unordered_map<qint64, int>;
 
     const NumberIndex &numberIndex(int column);
     void makeCurrent(int row);

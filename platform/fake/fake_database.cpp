@@ -70,8 +70,7 @@ class FakeRecordSet : public RecordSetBase {
         rows_.clear();
         const int wanted = query_.where ? fieldIndex(query_.where->field) : -1;
         for (int row = 0; row < table_.rows.size(); ++row) {
-            if (wanted < 0 ||
-                criterionNumber(table_.rows.at(row).at(wanted)) == static_cast<double>(query_.where->value)) {
+            if (wanted < 0 || criterionNumber(table_.rows.at(row).at(wanted)) == query_.where->value) {
                 rows_.push_back(row);
             }
         }

@@ -14,12 +14,13 @@ namespace {
 constexpr std::size_t kindAt = 0x04;
 constexpr std::size_t versionAt = 0x14;
 constexpr std::size_t codedAt = 0x18;
+constexpr std::size_t codePageAt = 0x3c;
 constexpr std::size_t keyAt = 0x3e;
 constexpr std::size_t passwordAt = 0x42;
 constexpr std::size_t createdAt = 0x72;
 constexpr std::uint32_t headerKey = 0x6b39dac7;
-/// 0 Jet 3, 1 Jet 4, 2 to 5 Access 2007 to 2016.
-constexpr std::uint8_t newestVersion = 5;
+/// 0 Jet 3, 1 Jet 4, 2 to 6 Access 2007, 2010, 2013, 2016 and 2019.
+constexpr std::uint8_t newestVersion = 6;
 
 bool hasKind(std::span<const std::uint8_t> start, std::string_view kind) {
     return std::ranges::equal(start.subspan(kindAt, kind.size()), kind,
@@ -58,7 +59,8 @@ Format readFormat(std::span<const std::uint8_t> start) {
     const bool jet3 = version == 0;
     rc4(headerKey, std::span(bytes).subspan(codedAt, jet3 ? 126 : 128));
     const ByteView header(bytes, 0);
-    const Format format{.jet3 = jet3, .pageSize = jet3 ? 2048U : 4096U, .key = header.u32(keyAt)};
+    const Format format{
+        .jet3 = jet3, .pageSize = jet3 ? 2048U : 4096U, .key = header.u32(keyAt), .codePage = header.u16(codePageAt)};
     // From Access 2007 on, a key means one of the system's encryption providers instead of the page key.
     if (version > 1 && format.key != 0) {
         throw Error(Fault::Protected, "de database is versleuteld");

@@ -36,9 +36,11 @@ QVariant toVariant(const jet::Value &value) {
         QVariant operator()(std::monostate) const { return {}; }
         QVariant operator()(bool truth) const { return truth; }
         QVariant operator()(std::int32_t number) const { return number; }
+        QVariant operator()(std::int64_t number) const { return QVariant::fromValue<qint64>(number); }
         QVariant operator()(double number) const { return number; }
         QVariant operator()(jet::Date date) const { return toDateTime(date.days); }
         QVariant operator()(const std::u16string &text) const { return toQString(text); }
+        QVariant operator()(jet::Unreadable) const { return QStringLiteral("(niet leesbaar)"); }
     };
     return std::visit(Visitor(), value);
 }
@@ -98,8 +100,7 @@ JetRecordSet::Snapshot JetRecordSet::read(const JetSource &source, const Query &
 
 void JetRecordSet::keepSelected(Snapshot &snapshot, const jet::Column &column, qint64 wanted) {
     std::erase_if(snapshot.rows, [&](const jet::RowPlace &place) {
-        return criterionNumber(readVariant(*snapshot.pages, snapshot.table, place, column)) !=
-               static_cast<double>(wanted);
+        return criterionNumber(readVariant(*snapshot.pages, snapshot.table, place, column)) != wanted;
     });
 }
 

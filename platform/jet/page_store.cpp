@@ -8,17 +8,23 @@
 
 namespace orvel::jet {
 
-PageStore::PageStore(const FileOpener &open, const std::filesystem::path &path, RawFile::Mode mode)
-    : file_(open(path, mode)) {
-    const std::uint64_t size = file_->size();
-    if (size < headerSize) {
+namespace {
+
+Format formatOf(const RawFile &file) {
+    if (file.size() < headerSize) {
         throw Error(Fault::NotADatabase, "");
     }
     std::array<std::uint8_t, headerSize> start{};
-    file_->read(0, start);
-    format_ = readFormat(start);
+    file.read(0, start);
+    return readFormat(start);
+}
+
+} // namespace
+
+PageStore::PageStore(const FileOpener &open, const std::filesystem::path &path, RawFile::Mode mode)
+    : file_(open(path, mode)), format_(formatOf(*file_)), codePage_(format_.codePage) {
     // A row pointer has three bytes for the page, which is also the largest file there can be.
-    pages_.resize(static_cast<std::size_t>(std::min<std::uint64_t>(size / format_.pageSize, 0x1000000)));
+    pages_.resize(static_cast<std::size_t>(std::min<std::uint64_t>(file_->size() / format_.pageSize, 0x1000000)));
 }
 
 std::uint64_t PageStore::position(std::uint32_t number) const {

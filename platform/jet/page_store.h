@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/jet/byte_view.h"
+#include "platform/jet/code_page.h"
 #include "platform/jet/raw_file.h"
 
 #include <filesystem>
@@ -14,6 +15,7 @@ struct Format {
     bool jet3 = false;          ///< Jet 3 (Access 97); otherwise Jet 4 or the .accdb kin
     std::uint32_t pageSize = 0; ///< bytes
     std::uint32_t key = 0;      ///< page key of an encoded file, 0 when pages lie open
+    std::uint16_t codePage = 0; ///< of the text in a Jet 3 file; Jet 4 has Unicode
     auto operator<=>(const Format &) const = default;
 };
 
@@ -29,6 +31,7 @@ class PageStore {
     PageStore(const FileOpener &open, const std::filesystem::path &path, RawFile::Mode mode);
 
     [[nodiscard]] const Format &format() const { return format_; }
+    [[nodiscard]] CodePage &codePage() { return codePage_; }
     [[nodiscard]] std::uint32_t pageCount() const { return static_cast<std::uint32_t>(pages_.size()); }
     [[nodiscard]] RawFile &file() { return *file_; }
 
@@ -45,6 +48,7 @@ class PageStore {
 
     std::unique_ptr<RawFile> file_;
     Format format_;
+    CodePage codePage_;
     std::vector<std::unique_ptr<std::uint8_t[]>> pages_;
 };
 

@@ -14,7 +14,7 @@ namespace {
 struct Layout {
     std::size_t varColumns, columns, indexes, usageMap, afterHead;
     std::size_t indexHead, column, indexColumns, index;
-    std::size_t number, varIndex, position, flags, offset, length;
+    std::size_t number, varIndex, position, scale, flags, offset, length;
 };
 
 constexpr Layout jet3Layout{.varColumns = 23,
@@ -29,6 +29,7 @@ constexpr Layout jet3Layout{.varColumns = 23,
                             .number = 1,
                             .varIndex = 3,
                             .position = 5,
+                            .scale = 10,
                             .flags = 13,
                             .offset = 14,
                             .length = 16};
@@ -44,6 +45,7 @@ constexpr Layout jet4Layout{.varColumns = 43,
                             .number = 5,
                             .varIndex = 7,
                             .position = 9,
+                            .scale = 12,
                             .flags = 15,
                             .offset = 21,
                             .length = 23};
@@ -76,9 +78,9 @@ std::vector<std::uint8_t> joinPages(PageStore &store, std::uint32_t first) {
 }
 
 ColumnType columnType(std::uint8_t stored) {
-    constexpr std::array known{ColumnType::YesNo, ColumnType::Byte,   ColumnType::Int16,  ColumnType::Int32,
-                               ColumnType::Money, ColumnType::Single, ColumnType::Double, ColumnType::Date,
-                               ColumnType::Text,  ColumnType::Memo};
+    constexpr std::array known{ColumnType::YesNo, ColumnType::Byte,   ColumnType::Int16,   ColumnType::Int32,
+                               ColumnType::Money, ColumnType::Single, ColumnType::Double,  ColumnType::Date,
+                               ColumnType::Text,  ColumnType::Memo,   ColumnType::Decimal, ColumnType::BigInteger};
     const auto *const found =
         std::ranges::find_if(known, [stored](ColumnType type) { return static_cast<std::uint8_t>(type) == stored; });
     return found == known.end() ? ColumnType::Other : *found;
@@ -93,6 +95,7 @@ Column readColumn(const ByteView &bytes, const Layout &layout, bool jet3) {
     column.position = bytes.u16(layout.position);
     column.offset = bytes.u16(layout.offset);
     column.length = bytes.u16(layout.length);
+    column.scale = bytes.u8(layout.scale);
     column.fixed = (flags & 0x01U) != 0;
     column.automatic = (flags & (0x04U | 0x40U)) != 0;
     if (!jet3 && (bytes.u8(jet4ExtraFlagsAt) & 0xc0U) != 0) {
@@ -104,11 +107,12 @@ Column readColumn(const ByteView &bytes, const Layout &layout, bool jet3) {
 }
 
 /// Reads the names behind the columns; gives the position behind the names.
-std::size_t readNames(const ByteView &all, std::size_t at, bool jet3, std::vector<Column> &columns) {
+std::size_t readNames(PageStore &store, const ByteView &all, std::size_t at, std::vector<Column> &columns) {
+    const bool jet3 = store.format().jet3;
     for (Column &column : columns) {
         const std::size_t length = jet3 ? all.u8(at) : all.u16(at);
         at += jet3 ? 1 : 2;
-        column.name = jet3 ? fromCodePage(all.sub(at, length)) : fromUtf16(all.sub(at, length));
+        column.name = jet3 ? store.codePage().decode(all.sub(at, length)) : fromUtf16(all.sub(at, length));
         at += length;
     }
     return at;
@@ -137,7 +141,10 @@ std::size_t storedSize(ColumnType type) {
     case ColumnType::Money:
     case ColumnType::Double:
     case ColumnType::Date:
+    case ColumnType::BigInteger:
         return 8;
+    case ColumnType::Decimal:
+        return 17;
     default:
         return 0;
     }
@@ -166,7 +173,7 @@ TableDefinition readDefinition(PageStore &store, std::uint32_t page) {
     for (std::size_t i = 0; i < columnCount; ++i, at += layout.column) {
         table.columns.push_back(readColumn(all.sub(at, layout.column), layout, jet3));
     }
-    at = readNames(all, at, jet3, table.columns);
+    at = readNames(store, all, at, table.columns);
     for (std::size_t i = 0; i < indexCount; ++i, at += layout.index) {
         markIndexed(all.sub(at, layout.index), layout, table.columns);
     }

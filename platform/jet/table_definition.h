@@ -20,7 +20,9 @@ enum class ColumnType : std::uint8_t {
     Date = 0x08,
     Text = 0x0a,
     Memo = 0x0c,
-    Other = 0xff, ///< anything else; its values read as null
+    Decimal = 0x10,
+    BigInteger = 0x13, ///< Access 2016
+    Other = 0xff,      ///< anything else
 };
 
 struct Column {
@@ -31,6 +33,7 @@ struct Column {
     std::uint16_t varIndex = 0; ///< entry in the row's table of variable columns
     std::uint16_t offset = 0;   ///< of a fixed column, in bytes behind the row's column count
     std::uint16_t length = 0;   ///< in bytes; 0 for a memo
+    std::uint8_t scale = 0;     ///< of a decimal: digits behind the point
     bool fixed = false;
     bool automatic = false; ///< the engine fills it in: a counter or a calculated column
     bool indexed = false;   ///< part of an index

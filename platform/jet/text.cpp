@@ -1,32 +1,14 @@
 #include "platform/jet/text.h"
 
-#include <array>
-
 namespace orvel::jet {
 
 namespace {
-
-/// The bytes 80 to 9f of code page 1252; the five that it does not define keep their number, as Windows does.
-constexpr std::array<char16_t, 32> codePage{u'\u20ac', 0x81,      u'\u201a', u'\u0192', u'\u201e', u'\u2026', u'\u2020',
-                                            u'\u2021', u'\u02c6', u'\u2030', u'\u0160', u'\u2039', u'\u0152', 0x8d,
-                                            u'\u017d', 0x8f,      0x90,      u'\u2018', u'\u2019', u'\u201c', u'\u201d',
-                                            u'\u2022', u'\u2013', u'\u2014', u'\u02dc', u'\u2122', u'\u0161', u'\u203a',
-                                            u'\u0153', 0x9d,      u'\u017e', u'\u0178'};
 
 char16_t unit(std::span<const std::uint8_t> bytes, std::size_t at) {
     return static_cast<char16_t>(bytes[at] | (bytes[at + 1] << 8));
 }
 
 } // namespace
-
-std::u16string fromCodePage(const ByteView &bytes) {
-    std::u16string text;
-    text.reserve(bytes.size());
-    for (const std::uint8_t byte : bytes.bytes()) {
-        text.push_back(byte >= 0x80 && byte <= 0x9f ? codePage[byte - 0x80U] : char16_t{byte});
-    }
-    return text;
-}
 
 std::u16string fromUtf16(const ByteView &bytes) {
     const auto raw = bytes.bytes();

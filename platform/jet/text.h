@@ -6,8 +6,6 @@
 
 namespace orvel::jet {
 
-/// Text of Jet 3, code page 1252.
-std::u16string fromCodePage(const ByteView &bytes);
 /// Names of Jet 4: UTF-16, never compressed.
 std::u16string fromUtf16(const ByteView &bytes);
 /// Values of Jet 4: UTF-16, or behind the mark ff fe its compressed form (HACKING document, "Text Data Type").

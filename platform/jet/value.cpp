@@ -1,5 +1,6 @@
 #include "platform/jet/value.h"
 
+#include "platform/jet/decimal.h"
 #include "platform/jet/memo.h"
 #include "platform/jet/text.h"
 
@@ -10,8 +11,8 @@ namespace {
 /// Whole units of money count ten thousand.
 constexpr double moneyScale = 10000.0;
 
-std::u16string readText(const Format &format, const ByteView &bytes) {
-    return format.jet3 ? fromCodePage(bytes) : fromJet4Text(bytes);
+std::u16string readText(PageStore &store, const ByteView &bytes) {
+    return store.format().jet3 ? store.codePage().decode(bytes) : fromJet4Text(bytes);
 }
 
 } // namespace
@@ -21,7 +22,7 @@ Value readValue(PageStore &store, const Column &column, const Row &row) {
         return row.bit(column);
     }
     if (column.type == ColumnType::Other) {
-        return std::monostate();
+        return row.bit(column) ? Value(Unreadable()) : Value();
     }
     const std::optional<ByteView> bytes = row.field(column);
     if (!bytes) {
@@ -36,6 +37,10 @@ Value readValue(PageStore &store, const Column &column, const Row &row) {
         return static_cast<std::int32_t>(bytes->u32(0));
     case ColumnType::Money:
         return static_cast<double>(static_cast<std::int64_t>(bytes->u64(0))) / moneyScale;
+    case ColumnType::BigInteger:
+        return static_cast<std::int64_t>(bytes->u64(0));
+    case ColumnType::Decimal:
+        return readDecimal(*bytes, column.scale);
     case ColumnType::Single:
         return static_cast<double>(bytes->f32(0));
     case ColumnType::Double:
@@ -44,10 +49,10 @@ Value readValue(PageStore &store, const Column &column, const Row &row) {
         return Date{bytes->f64(0)};
     case ColumnType::Memo: {
         const std::vector<std::uint8_t> memo = readMemo(store, *bytes);
-        return readText(store.format(), ByteView(memo, bytes->page()));
+        return readText(store, ByteView(memo, bytes->page()));
     }
     default:
-        return readText(store.format(), *bytes);
+        return readText(store, *bytes);
     }
 }
 

@@ -14,8 +14,15 @@ struct Date {
     bool operator==(const Date &) const = default;
 };
 
-/// A field's value; std::monostate is null. Money and single are doubles.
-using Value = std::variant<std::monostate, bool, std::int32_t, double, Date, std::u16string>;
+/// A value of a type that is not read (binary data, identifiers, calculated columns): there is one, which null would
+/// deny.
+struct Unreadable {
+    bool operator==(const Unreadable &) const = default;
+};
+
+/// A field's value; std::monostate is null. Money, single and decimals with a fraction are doubles; big integers and
+/// other decimals are 64-bit integers.
+using Value = std::variant<std::monostate, bool, std::int32_t, std::int64_t, double, Date, std::u16string, Unreadable>;
 
 /// Reads a column's value from a row; a yes/no value is never null. Throws Error (Damaged).
 Value readValue(PageStore &store, const Column &column, const Row &row);

@@ -13,6 +13,8 @@ namespace {
 using Bytes = std::vector<std::uint8_t>;
 
 constexpr double moneyScale = 10000.0;
+/// Whole numbers up to here are doubles without a doubt.
+constexpr double exactWhole = 9007199254740992.0;
 
 template <typename Integer>
 bool fitsInteger(double number) {
@@ -113,7 +115,8 @@ void writeAndCompare(const FileOpener &open, const std::filesystem::path &path, 
 } // namespace
 
 bool isWritable(const Column &column) {
-    const bool number = column.fixed && storedSize(column.type) != 0 && column.type != ColumnType::Date;
+    const bool number = column.fixed && storedSize(column.type) != 0 && column.type != ColumnType::Date &&
+                        column.type != ColumnType::Decimal;
     return (number || column.type == ColumnType::YesNo) && !column.automatic && !column.indexed;
 }
 
@@ -130,6 +133,8 @@ bool fits(ColumnType type, double number) {
         return fitsInteger<std::int32_t>(number);
     case ColumnType::Money:
         return std::abs(number) <= 922337203685477.0;
+    case ColumnType::BigInteger:
+        return std::abs(number) <= exactWhole;
     case ColumnType::Single:
         return std::abs(number) <= static_cast<double>(std::numeric_limits<float>::max());
     default:

@@ -61,6 +61,11 @@ Bytes real64(double number) {
     return little(std::bit_cast<std::uint64_t>(number), 8);
 }
 
+Bytes decimal(bool negative, std::uint64_t high, std::uint64_t low) {
+    return little(negative ? 0x80 : 0, 1) + little(high >> 32, 4) + little(high & 0xffffffff, 4) +
+           little(low >> 32, 4) + little(low & 0xffffffff, 4);
+}
+
 Bytes real32(float number) {
     return little(std::bit_cast<std::uint32_t>(number), 4);
 }
@@ -142,7 +147,7 @@ std::uint32_t JetBuilder::addRow(const Bytes &row, std::uint16_t flags) {
     if (dataPages_.empty()) {
         startPage();
     }
-    std::size_t used = 16;
+    std::size_t used = (jet3_ ? 10U : 14U) + 2;
     for (const Slot &slot : dataPages_.back()) {
         used += slot.bytes.size() + 2;
     }
@@ -195,10 +200,14 @@ Bytes JetBuilder::definition(const std::vector<Column> &all, std::uint16_t count
         const Bytes flags = little(column.flags | (column.fixed ? 1U : 0U), 1);
         const Bytes start = little(column.number, 2) + little(varIndex, 2) + little(position, 2);
         const Bytes end = little(offset, 2) + little(column.length, 2);
+        constexpr std::uint8_t decimalType = 16;
+        const Bytes digits{column.precision, column.scale};
+        const Bytes jet3Kind = little(0x409, 2) + (column.type == decimalType ? digits : little(codePage, 2));
+        const Bytes jet4Kind = column.type == decimalType ? digits + little(0, 2) : little(0x409, 4);
         body = body + little(column.type, 1);
-        body = jet3_ ? body + start + little(0x409, 2) + little(0x4e4, 2) + little(0, 2) + flags + end
-                     : body + little(0, 4) + start + little(0x409, 4) + flags + little(column.extraFlags, 1) +
-                           little(0, 4) + end;
+        body = jet3_
+                   ? body + start + jet3Kind + little(0, 2) + flags + end
+                   : body + little(0, 4) + start + jet4Kind + flags + little(column.extraFlags, 1) + little(0, 4) + end;
     }
     for (const Column &column : all) {
         body = body + name(column.name);
@@ -219,7 +228,7 @@ Bytes JetBuilder::header() const {
     put(page, 0, little(0x100, 4));
     put(page, 4, plain("Standard Jet DB"));
     page[0x14] = jet3_ ? 0 : 1;
-    put(page, 0x3c, little(0x4e4, 2));
+    put(page, 0x3c, little(codePage, 2));
     put(page, 0x3e, little(key, 4));
     jet::rc4(0x6b39dac7, std::span(page).subspan(0x18, jet3_ ? 126 : 128));
     return page;

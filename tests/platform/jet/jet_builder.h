@@ -13,6 +13,8 @@ using Bytes = std::vector<std::uint8_t>;
 /// A number's bytes, lowest first.
 Bytes little(std::uint64_t number, std::size_t size);
 Bytes real64(double number);
+/// A decimal: its sign, then four words, the highest first.
+Bytes decimal(bool negative, std::uint64_t high, std::uint64_t low);
 Bytes real32(float number);
 Bytes utf16(const std::u16string &text);
 Bytes plain(const std::string &text);
@@ -32,6 +34,8 @@ class JetBuilder {
         std::uint8_t flags = 0x02;
         std::uint8_t extraFlags = 0;
         std::uint16_t position = 0xffff; ///< place among the fields; 0xffff: its number
+        std::uint8_t precision = 0;      ///< digits of a decimal
+        std::uint8_t scale = 0;          ///< those behind its point
     };
     /// Values by column number; a yes/no column that is there is true, and has no bytes.
     using Values = std::map<std::uint16_t, Bytes>;
@@ -42,7 +46,8 @@ class JetBuilder {
     std::vector<std::uint16_t> indexed; ///< numbers of the columns of an index
     std::uint16_t columnCount = 0;      ///< deleted ones counted; 0: those that there are
     std::uint32_t key = 0;              ///< encodes all pages when not 0
-    bool mapOfMaps = false;             ///< the table's usage map points to map pages
+    std::uint16_t codePage = 1252;
+    bool mapOfMaps = false; ///< the table's usage map points to map pages
 
     [[nodiscard]] bool jet3() const { return jet3_; }
     [[nodiscard]] std::size_t pageSize() const { return jet3_ ? 2048 : 4096; }

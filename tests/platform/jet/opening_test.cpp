@@ -79,8 +79,27 @@ TEST_F(OpeningBadFiles, AnEncryptionOfItsOwnIsRefused) {
 
 TEST_F(OpeningBadFiles, AVersionFromTheFutureIsRefused) {
     QByteArray content = readAll(fixture(QStringLiteral("access-2007.accdb")));
-    content[0x14] = 6;
+    content[0x14] = 7;
     EXPECT_EQ(errorOfFile(content), 3343);
+}
+
+TEST_F(OpeningBadFiles, EveryKnownVersionIsReadAndWritten) {
+    // Files of Access 2019, version 6, were refused as unknown.
+    for (char version = 1; version <= 6; ++version) {
+        const WorkCopy copy(fixture(QStringLiteral("access-2007.accdb")));
+        QByteArray content = copy.content();
+        content[0x14] = version;
+        writeAll(copy.path(), content);
+        SCOPED_TRACE(int{version});
+        const auto rows = openSteps(copy.path());
+        EXPECT_EQ(exportLines(*rows), exported(copy.path(), QStringLiteral("Steps")));
+        const bool before = rows->field(0).toBool();
+        rows->edit();
+        rows->setField(0, !before);
+        rows->update();
+        EXPECT_EQ(openSteps(copy.path())->field(0), QVariant(!before));
+        EXPECT_EQ(exportLines(*rows), exported(copy.path(), QStringLiteral("Steps")));
+    }
 }
 
 TEST_F(OpeningBadFiles, ContentDecidesNotTheName) {
