@@ -10,6 +10,7 @@ namespace orvel::jet {
 struct Slot {
     bool moved = false;  ///< the bytes are a pointer to where the row lives now
     bool hidden = false; ///< deleted, or the target of a moved row: not a row by itself
+    std::uint16_t number = 0;
     std::uint16_t start = 0;
     ByteView bytes;
 };
@@ -33,6 +34,12 @@ class DataPage {
     std::size_t table_;
     std::uint16_t count_;
 };
+
+/// Gives a row of a data page other bytes, at least as many as it has: the rows behind it give way to the front, and
+/// the page's free space shrinks; slots keep their numbers. False, with the page as it was, when there is no room for
+/// that. Throws Error (Damaged), also for a slot table that contradicts itself.
+bool growRow(const Format &format, std::span<std::uint8_t> page, std::uint32_t pageNumber, std::uint16_t slot,
+             std::span<const std::uint8_t> row);
 
 /// A slot by its pointer, whatever its flags.
 Slot readSlot(PageStore &store, RowPointer pointer);

@@ -162,9 +162,18 @@ void JetRecordSet::store(int row, const Changes &changes) {
             {.column = &snapshot_.table.columns[static_cast<std::size_t>(column)], .value = toJetValue(value)});
     }
     withRuntimeErrors(source_.path(), [&] {
-        jet::writeValues(source_.opener(), source_.nativePath(), *snapshot_.pages, snapshot_.table,
-                         snapshot_.rows[static_cast<std::size_t>(row)], values);
+        const jet::RowPlace place = snapshot_.rows[static_cast<std::size_t>(row)];
+        jet::writeValues(source_.opener(), source_.nativePath(), *snapshot_.pages, snapshot_.table, place, values);
+        locateAgain(place.page);
     });
+}
+
+void JetRecordSet::locateAgain(std::uint32_t page) {
+    for (jet::RowPlace &place : snapshot_.rows) {
+        if (place.page == page) {
+            place = jet::locateRow(*snapshot_.pages, snapshot_.table, place.headPage, place.headSlot);
+        }
+    }
 }
 
 } // namespace orvel

@@ -35,6 +35,8 @@ class JetRecordSet : public RecordSetBase {
     [[nodiscard]] static Snapshot read(const JetSource &source, const Query &query);
     static void keepSelected(Snapshot &snapshot, const jet::Column &column, qint64 wanted);
     static void sort(Snapshot &snapshot, const jet::Column &column);
+    /// Rows give way to one of their page that has grown.
+    void locateAgain(std::uint32_t page);
 
     JetSource source_;
     Query query_;

@@ -4,6 +4,20 @@
 
 namespace orvel::jet {
 
+namespace {
+
+void append(std::vector<std::uint8_t> &bytes, std::span<const std::uint8_t> more) {
+    bytes.insert(bytes.end(), more.begin(), more.end());
+}
+
+void append(std::vector<std::uint8_t> &bytes, std::size_t number, std::size_t size) {
+    for (std::size_t i = 0; i < size; ++i) {
+        bytes.push_back(static_cast<std::uint8_t>(number >> (8 * i)));
+    }
+}
+
+} // namespace
+
 Row::Row(const Format &format, const TableDefinition &table, const ByteView &bytes)
     : bytes_(bytes), jet3_(format.jet3), hasVariables_(table.varColumns > 0), head_(jet3_ ? 1 : 2),
       columns_(jet3_ ? bytes.u8(0) : bytes.u16(0)), mask_(0), tail_(0) {
@@ -19,10 +33,12 @@ bool Row::bit(const Column &column) const {
     return knows(column) && (bytes_.u8(maskByte(column)) & maskBit(column)) != 0;
 }
 
-std::optional<std::size_t> Row::fixedPlace(const Column &column) const {
+std::size_t Row::fixedEnd() const {
     const std::size_t end = hasVariables_ ? variableOffset(0) : mask_;
-    const std::size_t at = head_ + column.offset;
-    return at + storedSize(column.type) <= std::min(end, tail_) ? std::optional(at) : std::nullopt;
+    if (end < head_ || end > (hasVariables_ ? offsetTable() : mask_)) {
+        damaged(bytes_.page(), "een waarde valt buiten haar rij");
+    }
+    return end;
 }
 
 std::optional<ByteView> Row::field(const Column &column) const {
@@ -67,7 +83,7 @@ std::size_t Row::variableOffset(std::size_t entry) const {
 /// Jet 3 has one byte an offset. Between the offsets and the count stands a jump table, one byte for each whole 256
 /// bytes of the row: the first entry from which 256 more is to be added; 0xff is a place that was not needed.
 std::size_t Row::jet3Offset(std::size_t entry) const {
-    const std::size_t jumps = (bytes_.size() - 1) / 256;
+    const std::size_t jumps = jumpCount();
     if (jumps + entry + 1 > tail_) {
         damaged(bytes_.page(), "een rij heeft minder kolommen dan zij zegt");
     }
@@ -77,6 +93,69 @@ std::size_t Row::jet3Offset(std::size_t entry) const {
         offset += from != 0xff && entry >= from ? 256U : 0U;
     }
     return offset;
+}
+
+/// Where the offsets, or the jump table before them, start.
+std::size_t Row::offsetTable() const {
+    const std::size_t entrySize = jet3_ ? 1 : 2;
+    const std::size_t size = entrySize * (variableCount() + 1) + jumpCount();
+    if (size > tail_) {
+        damaged(bytes_.page(), "een rij heeft minder kolommen dan zij zegt");
+    }
+    return tail_ - size;
+}
+
+std::vector<std::uint8_t> Row::extended(std::size_t columnCount, std::size_t fixedEnd) const {
+    const std::size_t columns = std::max(columns_, columnCount);
+    const std::size_t oldEnd = this->fixedEnd();
+    const auto bytes = bytes_.bytes();
+    Bytes row;
+    append(row, columns, head_);
+    append(row, bytes.subspan(head_, oldEnd - head_));
+    row.resize(std::max(oldEnd, fixedEnd));
+    const Bytes mask = extendedMask(columns);
+    if (hasVariables_) {
+        const std::size_t shift = row.size() - oldEnd;
+        append(row, bytes.subspan(oldEnd, offsetTable() - oldEnd));
+        appendOffsets(row, shift, mask.size());
+    }
+    append(row, mask);
+    return row;
+}
+
+/// Appends the table of offsets, in Jet 3 with its jump table, whose size depends on that of the whole row, and the
+/// number of variable columns.
+void Row::appendOffsets(Bytes &row, std::size_t shift, std::size_t maskSize) const {
+    const std::size_t entrySize = jet3_ ? 1 : 2;
+    std::vector<std::size_t> offsets;
+    for (std::size_t entry = 0; entry <= variableCount(); ++entry) {
+        offsets.push_back(variableOffset(entry) + shift);
+    }
+    for (std::size_t entry = offsets.size(); entry-- > 0;) {
+        append(row, offsets[entry], entrySize);
+    }
+    const std::size_t bare = row.size() + entrySize + maskSize;
+    std::size_t jumps = 0;
+    while (jet3_ && (bare + jumps - 1) / 256 > jumps) {
+        ++jumps;
+    }
+    for (std::size_t jump = jumps; jump-- > 0;) {
+        const auto first =
+            std::ranges::find_if(offsets, [&](std::size_t offset) { return offset >= 256 * (jump + 1); });
+        append(row, first == offsets.end() ? 0xff : static_cast<std::size_t>(first - offsets.begin()), 1);
+    }
+    append(row, variableCount(), entrySize);
+}
+
+/// Bits that no column has had so far may have any value; a new column starts with 0.
+std::vector<std::uint8_t> Row::extendedMask(std::size_t columnCount) const {
+    Bytes mask;
+    append(mask, bytes_.bytes().subspan(mask_));
+    if (columnCount > columns_ && columns_ % 8 != 0) {
+        mask.back() = static_cast<std::uint8_t>(mask.back() & ((1U << (columns_ % 8)) - 1));
+    }
+    mask.resize((columnCount + 7) / 8);
+    return mask;
 }
 
 } // namespace orvel::jet

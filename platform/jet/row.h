@@ -12,8 +12,8 @@ class Row {
     /// Throws Error (Damaged) for a row too short for its own null mask.
     Row(const Format &format, const TableDefinition &table, const ByteView &bytes);
 
-    /// Whether the row is younger than the column. A row that is not has no place for the column's value.
-    [[nodiscard]] bool knows(const Column &column) const { return column.number < columns_; }
+    /// How many columns there were when the row was stored; those from this number on are younger.
+    [[nodiscard]] std::size_t columnCount() const { return columns_; }
     /// Position in the row of the byte with the column's bit of the null mask; the row knows the column.
     [[nodiscard]] std::size_t maskByte(const Column &column) const { return mask_ + column.number / 8U; }
     /// The column's bit there.
@@ -22,16 +22,29 @@ class Row {
     }
     /// A yes/no value, or for other types whether there is a value.
     [[nodiscard]] bool bit(const Column &column) const;
-    /// Position in the row of a fixed column's value, none when the row ends its fixed values before it.
-    [[nodiscard]] std::optional<std::size_t> fixedPlace(const Column &column) const;
+    /// Position in the row of a fixed column's value, which may lie beyond fixedEnd().
+    [[nodiscard]] std::size_t fixedPlace(const Column &column) const { return head_ + column.offset; }
+    /// Position behind the row's fixed values; it need not have places for all of them. Throws Error (Damaged).
+    [[nodiscard]] std::size_t fixedEnd() const;
     /// A value's bytes, none for null. Throws Error (Damaged).
     [[nodiscard]] std::optional<ByteView> field(const Column &column) const;
 
+    /// The row's bytes as they are when it has been stored with at least this many columns and its fixed values end at
+    /// fixedEnd or later; what comes in addition is null. Throws Error (Damaged).
+    [[nodiscard]] std::vector<std::uint8_t> extended(std::size_t columnCount, std::size_t fixedEnd) const;
+
   private:
+    using Bytes = std::vector<std::uint8_t>;
+
     [[nodiscard]] std::size_t variableCount() const;
     [[nodiscard]] std::size_t variableOffset(std::size_t entry) const;
     [[nodiscard]] std::size_t jet3Offset(std::size_t entry) const;
     [[nodiscard]] std::optional<ByteView> variableField(const Column &column) const;
+    [[nodiscard]] bool knows(const Column &column) const { return column.number < columns_; }
+    [[nodiscard]] std::size_t jumpCount() const { return jet3_ ? (bytes_.size() - 1) / 256 : 0; }
+    [[nodiscard]] std::size_t offsetTable() const;
+    void appendOffsets(Bytes &row, std::size_t shift, std::size_t maskSize) const;
+    [[nodiscard]] Bytes extendedMask(std::size_t columnCount) const;
 
     ByteView bytes_;
     bool jet3_;

@@ -15,6 +15,7 @@ RowPlace placeOf(const Slot &slot, std::uint32_t headPage, std::uint16_t headSlo
     return {.headPage = headPage,
             .page = slot.bytes.page(),
             .headSlot = headSlot,
+            .slot = slot.number,
             .start = slot.start,
             .length = static_cast<std::uint16_t>(slot.bytes.size())};
 }

@@ -12,6 +12,7 @@ struct RowPlace {
     std::uint32_t headPage = 0;
     std::uint32_t page = 0;
     std::uint16_t headSlot = 0;
+    std::uint16_t slot = 0; ///< on page
     std::uint16_t start = 0;
     std::uint16_t length = 0;
     bool operator==(const RowPlace &) const = default;

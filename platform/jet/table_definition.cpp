@@ -54,7 +54,6 @@ constexpr std::size_t pageHead = 8;
 constexpr std::size_t nextPageAt = 4;
 constexpr std::size_t jet4ExtraFlagsAt = 16;
 constexpr std::size_t columnsPerIndex = 10;
-constexpr std::size_t mostColumns = 255;
 constexpr std::uint16_t noColumn = 0xffff;
 /// More than 255 columns and 32 indexes with the longest names can fill.
 constexpr int mostPages = 64;

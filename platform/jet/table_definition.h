@@ -3,6 +3,7 @@
 #include "platform/jet/page_store.h"
 
 #include <compare>
+#include <cstddef>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -24,6 +25,9 @@ enum class ColumnType : std::uint8_t {
     BigInteger = 0x13, ///< Access 2016
     Other = 0xff,      ///< anything else
 };
+
+/// Of a table, deleted ones counted.
+constexpr std::size_t mostColumns = 255;
 
 struct Column {
     std::u16string name;

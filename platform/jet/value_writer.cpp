@@ -50,27 +50,48 @@ void setBit(Bytes &page, std::size_t at, std::uint8_t bit, bool on) {
     page[at] = static_cast<std::uint8_t>(on ? page[at] | bit : page[at] & ~bit);
 }
 
-/// Changes one value in the page's bytes; the row starts at rowStart.
+/// Gives the row columns and places that it is too old or too short for, as far as these changes need them. Gives the
+/// place that the row has then.
+RowPlace makeRoom(const Format &format, const TableDefinition &table, Bytes &page, const RowPlace &place,
+                  const std::vector<Change> &changes) {
+    const Row row(format, table, ByteView(page, place.page).sub(place.start, place.length));
+    std::size_t columns = row.columnCount();
+    std::size_t end = 0;
+    for (const Change &change : changes) {
+        columns = std::max<std::size_t>(columns, change.column->number + 1U);
+        if (change.column->type != ColumnType::YesNo) {
+            end = std::max(end, row.fixedPlace(*change.column) + storedSize(change.column->type));
+        }
+    }
+    if (columns == row.columnCount() && (end == 0 || end <= row.fixedEnd())) {
+        return place;
+    }
+    if (columns > mostColumns) {
+        damaged(table.page, "het nummer van een veld kan niet kloppen");
+    }
+    const Bytes extended = row.extended(columns, end);
+    if (!growRow(format, page, place.page, place.slot, extended)) {
+        throw Error(Fault::NotUpdatable, "de regel is ouder dan het veld en er is geen ruimte om hem te vergroten; "
+                                         "comprimeer de database in Access of laat haar opnieuw aanmaken, en probeer "
+                                         "het dan opnieuw");
+    }
+    RowPlace grown = place;
+    grown.start = static_cast<std::uint16_t>(place.start + place.length - extended.size());
+    grown.length = static_cast<std::uint16_t>(extended.size());
+    return grown;
+}
+
+/// Changes one value in the page's bytes; the row starts at rowStart and has a place for the value.
 void apply(Bytes &page, std::size_t rowStart, const Row &row, const Change &change) {
     const Column &column = *change.column;
-    if (!isWritable(column)) {
-        throw Error(Fault::NotUpdatable, column.indexed ? "het veld hoort bij een index" : "");
-    }
-    if (!row.knows(column)) {
-        throw Error(Fault::NotUpdatable, "de regel is ouder dan het veld");
-    }
     const std::size_t maskAt = rowStart + row.maskByte(column);
     if (column.type == ColumnType::YesNo) {
         setBit(page, maskAt, Row::maskBit(column), std::get<bool>(change.value));
         return;
     }
-    const std::optional<std::size_t> place = row.fixedPlace(column);
-    if (!place) {
-        throw Error(Fault::NotUpdatable, "de regel heeft geen plaats voor het veld");
-    }
     const std::uint64_t stored = encode(column.type, toNumber(change.value));
     for (std::size_t i = 0; i < storedSize(column.type); ++i) {
-        page[rowStart + *place + i] = static_cast<std::uint8_t>(stored >> (8 * i));
+        page[rowStart + row.fixedPlace(column) + i] = static_cast<std::uint8_t>(stored >> (8 * i));
     }
     setBit(page, maskAt, Row::maskBit(column), true);
 }
@@ -152,11 +173,17 @@ void writeValues(const FileOpener &open, const std::filesystem::path &path, Page
     if (!isUnchanged(read, now, table, place)) {
         throw Error(Fault::Locked, "het bestand is intussen gewijzigd");
     }
-    const ByteView before = now.page(place.page);
-    const Row row(now.format(), table, rowBytes(now, place));
-    Bytes page(before.bytes().begin(), before.bytes().end());
     for (const Change &change : changes) {
-        apply(page, place.start, row, change);
+        if (!isWritable(*change.column)) {
+            throw Error(Fault::NotUpdatable, change.column->indexed ? "het veld hoort bij een index" : "");
+        }
+    }
+    const ByteView before = now.page(place.page);
+    Bytes page(before.bytes().begin(), before.bytes().end());
+    const RowPlace grown = makeRoom(now.format(), table, page, place, changes);
+    const Row row(now.format(), table, ByteView(page, grown.page).sub(grown.start, grown.length));
+    for (const Change &change : changes) {
+        apply(page, grown.start, row, change);
     }
     if (!std::ranges::equal(before.bytes(), page)) {
         writeAndCompare(open, path, now, place.page, page);
