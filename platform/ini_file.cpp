@@ -32,8 +32,13 @@ QString keyName(const QString &line) {
     return equals < 0 || isComment(line) || isHeader(line) ? QString() : line.left(equals).trimmed();
 }
 
-bool same(const QString &a, const QString &b) {
-    return a.compare(b, Qt::CaseInsensitive) == 0;
+bool isBlank(const QString &line) {
+    return line.trimmed().isEmpty();
+}
+
+/// Equal for names that differ only in case.
+QString folded(const QString &name) {
+    return name.toCaseFolded();
 }
 
 QString unquoted(const QString &value) {
@@ -79,57 +84,58 @@ void IniFile::parse(const QString &text) {
         if (newLine > start && text.at(newLine - 1) == u'\r') {
             --end;
         }
-        lines_.append({text.mid(start, end - start), text.mid(end, next - end)});
+        const Line line{text.mid(start, end - start), text.mid(end, next - end)};
+        if (start == 0 && !line.end.isEmpty()) {
+            lineEnd_ = line.end;
+        }
+        append(line);
         start = next;
     }
-    if (!lines_.isEmpty() && !lines_.first().end.isEmpty()) {
-        lineEnd_ = lines_.first().end;
-    }
 }
 
-qsizetype IniFile::findSection(const QString &section, qsizetype from) const {
-    for (qsizetype i = from; i < lines_.size(); ++i) {
-        if (isHeader(lines_.at(i).text) && same(headerName(lines_.at(i).text), section)) {
-            return i;
-        }
+void IniFile::append(const Line &line) {
+    if (isHeader(line.text)) {
+        const QString name = folded(headerName(line.text));
+        headers_[name].append(sections_.size());
+        sections_.append({name, {line}, {}});
+        return;
     }
-    return -1;
+    Section &last = sections_.last();
+    if (isBlank(line.text)) {
+        last.blanks.append(line);
+        return;
+    }
+    last.lines += std::exchange(last.blanks, {});
+    last.lines.append(line);
+    rememberLastLineOf(sections_.size() - 1);
 }
 
-qsizetype IniFile::sectionEnd(qsizetype header) const {
-    qsizetype end = header + 1;
-    while (end < lines_.size() && !isHeader(lines_.at(end).text)) {
-        ++end;
+void IniFile::rememberLastLineOf(qsizetype section) {
+    const Section &its = sections_.at(section);
+    const QString name = folded(keyName(its.lines.last().text));
+    if (section == 0 || name.isEmpty() || keys_.contains({its.name, name})) {
+        return;
     }
-    return end;
+    keys_.insert({its.name, name}, {section, its.lines.size() - 1});
 }
 
-qsizetype IniFile::findKey(const QString &section, const QString &key) const {
-    for (qsizetype header = findSection(section); header >= 0; header = findSection(section, header + 1)) {
-        for (qsizetype i = header + 1; i < sectionEnd(header); ++i) {
-            if (same(keyName(lines_.at(i).text), key)) {
-                return i;
-            }
-        }
-    }
-    return -1;
+QString IniFile::valueAt(const Place &place) const {
+    const QString &text = sections_.at(place.section).lines.at(place.line).text;
+    return unquoted(text.mid(text.indexOf(u'=') + 1).trimmed());
 }
 
 QString IniFile::value(const QString &section, const QString &key) const {
-    const qsizetype line = findKey(section, key);
-    if (line < 0) {
-        return {};
-    }
-    const QString &text = lines_.at(line).text;
-    return unquoted(text.mid(text.indexOf(u'=') + 1).trimmed());
+    const auto place = keys_.constFind({folded(section), folded(key)});
+    return place == keys_.constEnd() ? QString() : valueAt(*place);
 }
 
 QStringList IniFile::keys(const QString &section) const {
     QStringList names;
-    for (qsizetype header = findSection(section); header >= 0; header = findSection(section, header + 1)) {
-        for (qsizetype i = header + 1; i < sectionEnd(header); ++i) {
-            if (!keyName(lines_.at(i).text).isEmpty()) {
-                names.append(keyName(lines_.at(i).text));
+    for (const qsizetype number : headers_.value(folded(section))) {
+        for (const Line &line : sections_.at(number).lines) {
+            const QString name = keyName(line.text);
+            if (!name.isEmpty()) {
+                names.append(name);
             }
         }
     }
@@ -138,44 +144,54 @@ QStringList IniFile::keys(const QString &section) const {
 
 void IniFile::setValue(const QString &section, const QString &key, const QString &value) {
     const QString text = written(value);
-    const qsizetype present = findKey(section, key);
-    if (present >= 0) {
-        QString &line = lines_[present].text;
-        if (keyName(line) != key || this->value(section, key) != unquoted(text)) {
+    const auto place = keys_.constFind({folded(section), folded(key)});
+    if (place != keys_.constEnd()) {
+        QString &line = sections_[place->section].lines[place->line].text;
+        if (keyName(line) != key || valueAt(*place) != unquoted(text)) {
             line = key + u'=' + text;
             changed_ = true;
         }
         return;
     }
-    const qsizetype header = findSection(section);
-    if (header < 0) {
-        if (!lines_.isEmpty() && !lines_.last().text.trimmed().isEmpty()) {
-            insert(lines_.size(), QString());
+    const auto header = headers_.constFind(folded(section));
+    if (header == headers_.constEnd()) {
+        if (sections_.last().blanks.isEmpty() && !sections_.last().lines.isEmpty()) {
+            appendNew(QString());
         }
-        insert(lines_.size(), u'[' + section + u']');
-        insert(lines_.size(), key + u'=' + text);
+        appendNew(u'[' + section + u']');
+        appendNew(key + u'=' + text);
         return;
     }
-    // Behind the section's last line, before the blank lines that set it off from the next one.
-    qsizetype place = sectionEnd(header);
-    while (place > header + 1 && lines_.at(place - 1).text.trimmed().isEmpty()) {
-        --place;
-    }
-    insert(place, key + u'=' + text);
+    QList<Line> &lines = sections_[header->first()].lines;
+    giveEnd(lines.last());
+    lines.append({key + u'=' + text, lineEnd_});
+    rememberLastLineOf(header->first());
+    changed_ = true;
 }
 
-void IniFile::insert(qsizetype place, const QString &text) {
-    if (place > 0 && lines_.at(place - 1).end.isEmpty()) {
-        lines_[place - 1].end = lineEnd_;
+/// The end of the file's last line may be missing.
+void IniFile::giveEnd(Line &line) const {
+    if (line.end.isEmpty()) {
+        line.end = lineEnd_;
     }
-    lines_.insert(place, {text, lineEnd_});
+}
+
+void IniFile::appendNew(const QString &text) {
+    Section &last = sections_.last();
+    QList<Line> &lines = last.blanks.isEmpty() ? last.lines : last.blanks;
+    if (!lines.isEmpty()) {
+        giveEnd(lines.last());
+    }
+    append({text, lineEnd_});
     changed_ = true;
 }
 
 QByteArray IniFile::content() const {
     QString text;
-    for (const Line &line : lines_) {
-        text += line.text + line.end;
+    for (const Section &section : sections_) {
+        for (const Line &line : section.lines + section.blanks) {
+            text += line.text + line.end;
+        }
     }
     if (!encoding_) {
         const QByteArray bytes = toCodePage1252(text);

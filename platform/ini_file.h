@@ -1,11 +1,13 @@
 #pragma once
 
+#include <QHash>
 #include <QList>
 #include <QString>
 #include <QStringConverter>
 #include <QStringList>
 
 #include <optional>
+#include <utility>
 
 namespace orvel {
 
@@ -39,17 +41,31 @@ class IniFile {
         QString end; ///< "\r\n" or "\n"; empty for a last line without one
     };
 
+    /// A header and what follows it. The blank lines at its end set it off from the next one: new keys go before them.
+    struct Section {
+        QString name; ///< folded
+        QList<Line> lines;
+        QList<Line> blanks;
+    };
+    struct Place {
+        qsizetype section = 0;
+        qsizetype line = 0;
+    };
+
     void parse(const QString &text);
+    void append(const Line &line);
+    void rememberLastLineOf(qsizetype section);
+    void appendNew(const QString &text);
+    void giveEnd(Line &line) const;
     [[nodiscard]] QByteArray content() const;
-    [[nodiscard]] qsizetype findSection(const QString &section, qsizetype from = 0) const;
-    [[nodiscard]] qsizetype findKey(const QString &section, const QString &key) const;
-    [[nodiscard]] qsizetype sectionEnd(qsizetype header) const;
-    void insert(qsizetype place, const QString &text);
+    [[nodiscard]] QString valueAt(const Place &place) const;
 
     FileSystem &files_;
     QString path_;
-    QList<Line> lines_;
-    QString lineEnd_; ///< of new lines
+    QList<Section> sections_{Section{}};             ///< the first one is what stands before any header
+    QHash<QString, QList<qsizetype>> headers_;       ///< sections by folded name
+    QHash<std::pair<QString, QString>, Place> keys_; ///< the first place of each folded section and key
+    QString lineEnd_;                                ///< of new lines
     /// None: code page 1252.
     std::optional<QStringConverter::Encoding> encoding_ = QStringConverter::Utf8;
     bool hasMark_ = false;

@@ -4,6 +4,8 @@
 #include "tests/platform/audio/full_disk.h"
 #include "tests/platform/audio/temp_folder.h"
 
+#include <QElapsedTimer>
+
 #include <gtest/gtest.h>
 
 namespace orvel {
@@ -188,6 +190,85 @@ TEST_F(Ini, AnyBytesAreReadAndWrittenBack) {
     const QByteArray after = afterSetting(bytes, QStringLiteral("a"));
     EXPECT_TRUE(after.startsWith(bytes.left(2000)));
     EXPECT_EQ(file().value(section, key), QStringLiteral("a"));
+}
+
+TEST_F(Ini, ALongFileIsReadInLittleTime) {
+    // Each line of a section was looked at once for every other one: 10,000 lines of comment kept the program half a
+    // minute from starting.
+    QByteArray content = "[Files]\r\n";
+    for (int i = 0; i < 100'000; ++i) {
+        content += "; opmerking " + QByteArray::number(i) + "\r\n";
+    }
+    writeContent(path, content + "Databasepath=a\r\n[Audio]\r\nMute=1\r\n");
+    QElapsedTimer timer;
+    timer.start();
+    const IniFile ini = file();
+    EXPECT_EQ(ini.value(section, key), QStringLiteral("a"));
+    EXPECT_EQ(ini.keys(section), QStringList(key));
+    for (int i = 0; i < 1000; ++i) {
+        EXPECT_EQ(ini.value(QStringLiteral("Audio"), QStringLiteral("Mute")), QStringLiteral("1"));
+        EXPECT_EQ(ini.value(section, QString::number(i)), QString());
+    }
+    EXPECT_LT(timer.elapsed(), 5000);
+}
+
+TEST_F(Ini, ALongFileIsChangedInLittleTime) {
+    constexpr int keys = 50'000;
+    QByteArray before = "; begin\r\n[Files]\r\n";
+    QByteArray after = before;
+    QByteArray added;
+    for (int i = 0; i < keys; ++i) {
+        const QByteArray name = "Key" + QByteArray::number(i);
+        before += "; bij " + name + "\r\n" + name.toLower() + " = oud\r\n";
+        after += "; bij " + name + "\r\n" + name + "=nieuw\r\n";
+        added += "Meer" + QByteArray::number(i) + "=x\r\n";
+    }
+    const QByteArray rest = QByteArray("\r\n").repeated(keys) + "[Audio]\r\nMute=1\r\n";
+    writeContent(path, before + rest);
+    QElapsedTimer timer;
+    timer.start();
+    IniFile ini = file();
+    for (int i = 0; i < keys; ++i) {
+        ini.setValue(section, QStringLiteral("Key%1").arg(i), QStringLiteral("nieuw"));
+        ini.setValue(section, QStringLiteral("Meer%1").arg(i), QStringLiteral("x"));
+    }
+    ini.save();
+    EXPECT_LT(timer.elapsed(), 5000);
+    EXPECT_TRUE(contentOf(path) == after + added + rest);
+}
+
+TEST_F(Ini, ManySectionsAreMadeInLittleTime) {
+    constexpr int sections = 20'000;
+    QByteArray expected;
+    QElapsedTimer timer;
+    timer.start();
+    IniFile ini = file();
+    for (int i = 0; i < sections; ++i) {
+        ini.setValue(QStringLiteral("Deel%1").arg(i), key, QStringLiteral("a"));
+        expected += (i == 0 ? "[Deel" : "\r\n[Deel") + QByteArray::number(i) + "]\r\nDatabasepath=a\r\n";
+    }
+    ini.save();
+    EXPECT_LT(timer.elapsed(), 5000);
+    EXPECT_TRUE(contentOf(path) == expected);
+}
+
+TEST_F(Ini, NewKeysGoToTheFirstOfSectionsThatStandTwice) {
+    EXPECT_EQ(afterSetting("[Files]\nA=1\n\n[Audio]\nB=2\n[files]\nC=3\n", QStringLiteral("d")),
+              "[Files]\nA=1\nDatabasepath=d\n\n[Audio]\nB=2\n[files]\nC=3\n");
+}
+
+TEST_F(Ini, WhatWasSetIsFoundAgainBeforeItIsSaved) {
+    writeContent(path, "[Files]\nA=1\n  ");
+    IniFile ini = file();
+    ini.setValue(section, key, QStringLiteral("a"));
+    ini.setValue(section, key, QStringLiteral("b"));
+    ini.setValue(QStringLiteral("Audio"), QStringLiteral("Mute"), QStringLiteral("0"));
+    ini.setValue(QStringLiteral("AUDIO"), QStringLiteral("MUTE"), QStringLiteral("1"));
+    EXPECT_EQ(ini.value(section, key), QStringLiteral("b"));
+    EXPECT_EQ(ini.keys(section), QStringList({"A", "Databasepath"}));
+    EXPECT_EQ(ini.value(QStringLiteral("Audio"), QStringLiteral("mute")), QStringLiteral("1"));
+    ini.save();
+    EXPECT_EQ(contentOf(path), "[Files]\nA=1\nDatabasepath=b\n  \n[Audio]\nMUTE=1\n");
 }
 
 } // namespace orvel
