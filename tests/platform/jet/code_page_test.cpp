@@ -36,6 +36,12 @@ TEST(Jet3CodePages, BytesThatACodePageDoesNotHaveKeepTheirNumber) {
     EXPECT_EQ(textIn(1256, ""), QString());
 }
 
+TEST(Jet3CodePages, ALetterThatCouldStillGetAnAccentIsNotLost) {
+    EXPECT_EQ(textIn(1258, "Ti\xea\xec ng"), QStringLiteral("Tiế ng"));
+    EXPECT_EQ(textIn(1258, "nh\xe2"), QStringLiteral("nhâ"));
+    EXPECT_EQ(textIn(1258, "a\x8az"), QStringLiteral("a\u008az"));
+}
+
 TEST(Jet3CodePages, TablesAndFieldsAreFoundByTheirNamesInIt) {
     JetBuilder builder(true);
     builder.codePage = 1256;
