@@ -13,7 +13,7 @@ constexpr std::uint16_t western = 1252;
 /// None where the system does not know the code page.
 void *openConverter(std::uint16_t number) {
     const char *const utf16 = std::endian::native == std::endian::little ? "UTF-16LE" : "UTF-16BE";
-    const iconv_t converter = iconv_open(utf16, ("CP" + std::to_string(number)).c_str());
+    iconv_t converter = iconv_open(utf16, ("CP" + std::to_string(number)).c_str());
     // NOLINTNEXTLINE(performance-no-int-to-ptr): how iconv_open says no
     return converter == reinterpret_cast<iconv_t>(-1) ? nullptr : converter;
 }
