@@ -15,40 +15,46 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi  # noqa: E402
 
+from share import Share  # noqa: E402
+from sound_servers import SERVERS  # noqa: E402
+from waiting import wait_for  # noqa: E402
+
 Atspi.set_timeout(3000, 15000)
-SOUND_SERVER = os.path.join(os.path.dirname(os.path.abspath(__file__)), "..", "..", "packaging", "sound-server")
-
-
-def wait_for(what, condition, seconds=15.0):
-    """The first true value of condition(); fails after so many seconds."""
-    end = time.monotonic() + seconds
-    while time.monotonic() < end:
-        value = condition()
-        if value:
-            return value
-        time.sleep(0.05)
-    raise AssertionError(f"waited {seconds} s in vain for {what}")
+DIES_TOO = ("setpriv", "--pdeathsig", "TERM")
+# What would lead a desk's programs to the sound or the settings of who runs it.
+FOREIGN = ("WAYLAND_DISPLAY", "PIPEWIRE_REMOTE", "PIPEWIRE_RUNTIME_DIR", "PULSE_COOKIE", "PULSE_RUNTIME_PATH",
+           "PULSE_SINK", "PULSE_SOURCE", "PULSE_STATE_PATH", "XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
+           "XDG_STATE_HOME")
 
 
 class Desk:
     """Screen, window manager, accessibility bus and sound server, all private, in a temporary folder."""
 
-    def __init__(self, microphone=True):
+    def __init__(self, microphone=True, sound="pulseaudio"):
         self.folder = tempfile.mkdtemp(prefix="orvel-desk-")
         self.processes = []
         self.orvel = None
+        self._rooms = {}
+        self._shares = []
         runtime = os.path.join(self.folder, "run")
         os.makedirs(runtime, mode=0o700)
         self.env = dict(os.environ, XDG_RUNTIME_DIR=runtime, HOME=self.folder, LC_ALL="C.UTF-8",
-                        QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", ORVEL_THEME="dark",
-                        PULSE_SERVER=f"unix:{runtime}/pulse.sock")
-        self.env.pop("WAYLAND_DISPLAY", None)
-        self._start_screen()
-        self._start_bus()
-        self._start_sound(microphone)
+                        QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", ORVEL_THEME="dark")
+        for name in FOREIGN:
+            self.env.pop(name, None)
+        try:
+            self._start_screen()
+            self._start_bus()
+            self.sound = SERVERS[sound](self)
+            if microphone:
+                self._plug_in("room", "Studio", "microphone", "Studiomicrofoon")
+        except BaseException:
+            self.close()
+            raise
 
-    def _spawn(self, *command, **options):
-        process = subprocess.Popen(command, env=self.env, stdout=options.pop("stdout", subprocess.DEVNULL),
+    def spawn(self, *command, **options):
+        """A program of this desk, which goes with it, however the road ends."""
+        process = subprocess.Popen(DIES_TOO + command, env=self.env, stdout=options.pop("stdout", subprocess.DEVNULL),
                                    stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL, **options)
         self.processes.append(process)
         return process
@@ -62,47 +68,51 @@ class Desk:
         # A number of its own: a screen that is still closing takes the socket of the next one with its number along.
         display = f":{100 + os.getpid() % 30000}"
         read, write = os.pipe()
-        self._spawn("Xvfb", display, "-displayfd", str(write), "-screen", "0", "1280x800x24", "-nolisten", "tcp",
-                    pass_fds=[write])
+        self.spawn("Xvfb", display, "-displayfd", str(write), "-screen", "0", "1280x800x24", "-nolisten", "tcp",
+                   pass_fds=[write])
         os.close(write)
         with os.fdopen(read) as numbers:
             assert numbers.readline().strip(), "no screen"
         self.env["DISPLAY"] = display
-        self._spawn("openbox")
+        self.spawn("openbox")
 
     def _start_bus(self):
-        bus = self._spawn("dbus-daemon", "--session", "--nofork", "--print-address", stdout=subprocess.PIPE)
+        bus = self.spawn("dbus-daemon", "--session", "--nofork", "--print-address", stdout=subprocess.PIPE)
         self.env["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().decode().strip()
         os.environ.update({key: self.env[key] for key in ("DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "XDG_RUNTIME_DIR")})
         Atspi.init()
 
-    def _start_sound(self, microphone):
-        modules = [f"module-native-protocol-unix socket={self.env['XDG_RUNTIME_DIR']}/pulse.sock auth-anonymous=1"]
-        if microphone:
-            modules += ["module-null-sink sink_name=room sink_properties=device.description=Studio",
-                        "module-remap-source source_name=microphone master=room.monitor "
-                        "source_properties=device.description=Studiomicrofoon"]
-        command = [SOUND_SERVER, "pulseaudio", "-n", "--daemonize=no", "--exit-idle-time=-1", "--use-pid-file=no"]
-        for module in modules:
-            command += ["-L", module]
-        self._spawn(*command)
-        wait_for("the sound server", lambda: "Server Name" in self.run("pactl", "info", check=False))
+    def _plug_in(self, room, room_description, microphone, description):
+        """A microphone in a room: what is played into the room is what it hears."""
+        self._rooms[room] = [self.sound.load("module-null-sink", f"sink_name={room}",
+                                             f"sink_properties=device.description={room_description}")]
+        self.sound.wait_for_device("sources", f"{room}.monitor")
+        self._rooms[room].append(self.sound.load("module-remap-source", f"source_name={microphone}",
+                                                 f"master={room}.monitor",
+                                                 f"source_properties=device.description={description}"))
+        self.sound.wait_for_device("sources", microphone)
 
     def add_card(self, name, description):
         """Plugs in another microphone, with a room of its own to speak into."""
-        self.run("pactl", "load-module", "module-null-sink", f"sink_name={name}",
-                 f"sink_properties=device.description={description}kamer")
-        self.run("pactl", "load-module", "module-remap-source", f"source_name={name}-mic", f"master={name}.monitor",
-                 f"source_properties=device.description={description}")
+        self._plug_in(name, f"{description}kamer", f"{name}-mic", description)
+
+    def unplug_microphone(self, room="room"):
+        self.sound.unload(self._rooms[room].pop())
 
     def remove_card(self, name):
-        for line in self.run("pactl", "list", "short", "modules").splitlines():
-            if f"sink_name={name}" in line.split():
-                self.run("pactl", "unload-module", line.split()[0])  # the microphone goes with its room
+        """Takes away a microphone and its room."""
+        for module in reversed(self._rooms.pop(name)):
+            self.sound.unload(module)
+
+    def mount_share(self, name):
+        """A file server's share, mounted in this desk's folder; raises Skipped where that cannot be."""
+        self._shares.append(Share(os.path.join(self.folder, name), os.path.join(self.folder, f"{name}-schijf")))
+        return self._shares[-1]
 
     def add_output(self, name):
         """Loudspeakers, which become the default output."""
-        self.run("pactl", "load-module", "module-null-sink", f"sink_name={name}")
+        self.sound.load("module-null-sink", f"sink_name={name}")
+        self.sound.wait_for_device("sinks", name)
         self.run("pactl", "set-default-sink", name)
 
     def listen(self, output):
@@ -113,14 +123,14 @@ class Desk:
         """Speaks into a microphone's room; returns at once."""
         words = os.path.join(self.folder, f"words-{time.monotonic_ns()}.wav")
         subprocess.run(["espeak-ng", "-v", "nl", "-w", words, text], check=True, env=self.env)
-        self._spawn("paplay", f"--device={card}", words)
+        self.spawn("paplay", f"--device={card}", words)
         with wave.open(words) as spoken:
             return spoken.getnframes() / spoken.getframerate()
 
     def start_orvel(self, binary, station, *arguments):
         self.env["ORVEL_HOME"] = station
         log = open(os.path.join(self.folder, "orvel.log"), "w", encoding="utf-8")
-        self.orvel = subprocess.Popen([binary, *arguments], env=self.env, stdout=log, stderr=log,
+        self.orvel = subprocess.Popen([*DIES_TOO, binary, *arguments], env=self.env, stdout=log, stderr=log,
                                       stdin=subprocess.DEVNULL)
 
     # What is on the screen
@@ -172,8 +182,13 @@ class Desk:
                 continue
         return found
 
+    @staticmethod
+    def area(node):
+        """Where a control is on the screen, asked of the program itself."""
+        return node.get_extents(Atspi.CoordType.SCREEN)
+
     def click(self, node, double=False):
-        area = node.get_extents(Atspi.CoordType.SCREEN)
+        area = self.area(node)
         self.run("xdotool", "mousemove", str(area.x + min(area.width // 2, 300)),
                  str(area.y + area.height // 2), "click", "--repeat", "2" if double else "1", "1")
 
@@ -203,6 +218,8 @@ class Desk:
         self.run("import", "-window", "root", path)
 
     def close(self):
+        for share in self._shares:
+            share.close()  # first: a program that waits for it cannot end
         if self.orvel and self.orvel.poll() is None:
             self.orvel.terminate()
             self.orvel.wait(10)

@@ -3,8 +3,9 @@ import os
 import signal
 import time
 
-from presenter import set_key, wait_for
+from presenter import set_key
 from road import RECORD, SAVE, STOP, changed_bytes, read
+from waiting import wait_for
 
 
 def click_to_file(road):
@@ -103,7 +104,7 @@ def microphone_unplugged(road):
     road.desk.press(RECORD)
     road.desk.find(STOP, "push button", 30)
     time.sleep(road.desk.say("Deze woorden blijven bewaard.") + 0.3)
-    road.desk.run("pactl", "unload-module", "module-remap-source")
+    road.desk.unplug_microphone()
     road.desk.find("Foutmelding", seconds=10)
     road.picture("told")
     road.desk.press("OK")

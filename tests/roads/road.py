@@ -10,9 +10,9 @@ RECORD, STOP, SAVE = "START OPNAME", "STOP OPNAME", "Bewaar opname"
 
 
 class Road:
-    def __init__(self, name, binary, sample, pictures, microphone=True):
+    def __init__(self, name, binary, sample, pictures, **desk):
         self.name, self.binary, self.pictures = name, binary, pictures
-        self.desk = Desk(microphone)
+        self.desk = Desk(**desk)
         self.station = os.path.join(self.desk.folder, "mijn station")
         copy_station(sample, self.station)
         set_key(self.station, "Countdown", "1")

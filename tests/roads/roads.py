@@ -1,26 +1,46 @@
 #!/usr/bin/python3
 """Whole journeys through the real program, judged by outside tools.
 
-usage: roads.py ROAD BINARY SAMPLE_STATION PICTURES
+usage: roads.py [--sound pulseaudio|pipewire] ROAD BINARY SAMPLE_STATION PICTURES
 """
+import argparse
 import os
 import sys
 
 import recording_roads
+import share_roads
 import sound_roads
 import window_roads
 from road import Road
+from share import Skipped
+from sound_servers import SERVERS
 
-ROADS = {road.__name__: road for road in recording_roads.ROADS + sound_roads.ROADS + window_roads.ROADS}
+ROADS = {road.__name__: road for road in recording_roads.ROADS + share_roads.ROADS + sound_roads.ROADS +
+         window_roads.ROADS}
+SKIPPED = 77  # CTest's agreed exit code
+
+
+def arguments():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--sound", choices=SERVERS, default="pulseaudio")
+    parser.add_argument("road", choices=ROADS)
+    for name in ("binary", "sample", "pictures"):
+        parser.add_argument(name)
+    return parser.parse_args()
 
 
 def main():
-    name, binary, sample, pictures = sys.argv[1:5]
-    if not os.path.exists(binary):
-        sys.exit(f"there is no program at {binary}")
-    road = Road(name, binary, sample, pictures, microphone=name != "no_sound_card")
+    given = arguments()
+    if not os.path.exists(given.binary):
+        sys.exit(f"there is no program at {given.binary}")
+    name = given.road if given.sound == "pulseaudio" else f"{given.road}-{given.sound}"
+    road = Road(name, given.binary, given.sample, given.pictures, microphone=given.road != "no_sound_card",
+                sound=given.sound)
     try:
-        ROADS[name](road)
+        ROADS[given.road](road)
+    except Skipped as reason:
+        print(f"{name}: skipped: {reason}")
+        sys.exit(SKIPPED)
     except BaseException:
         road.picture("failed")
         with open(os.path.join(road.desk.folder, "orvel.log"), encoding="utf-8", errors="replace") as log:

@@ -3,8 +3,9 @@ import os
 import re
 import time
 
-from presenter import set_key, wait_for
+from presenter import set_key
 from road import RECORD, SAVE, STOP
+from waiting import wait_for
 
 STAGES = {"UseAmp": 1, "Amp": 6, "UseNorm": 1, "Norm": 80, "UseTrim": 1, "Trim": -45, "UseComp": 1, "CompTresh": -18,
           "CompRate": 50, "UseReverb": 1, "RevDelay": 20, "RevDepth": 5, "RevDecay": 5, "RevRate": 30}

@@ -3,8 +3,9 @@ import os
 import shutil
 import time
 
-from presenter import set_key, wait_for
+from presenter import set_key
 from road import RECORD, SAVE, read
+from waiting import wait_for
 
 
 def setup_survives_restart(road):
