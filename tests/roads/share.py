@@ -56,4 +56,4 @@ class Share:
 
     def _unmount(self):
         # -z: also while a program has a file open on it.
-        subprocess.run(["fusermount3", "-u", "-z", self.folder], check=False, stdin=subprocess.DEVNULL)
+        subprocess.run(["fusermount", "-u", "-z", self.folder], check=False, stdin=subprocess.DEVNULL)

@@ -1,10 +1,9 @@
 """What the presenter hears and what goes on air."""
 import os
 import re
-import time
 
 from presenter import set_key
-from road import RECORD, SAVE, STOP
+from road import RECORD, SAVE
 from waiting import wait_for
 
 STAGES = {"UseAmp": 1, "Amp": 6, "UseNorm": 1, "Norm": 80, "UseTrim": 1, "Trim": -45, "UseComp": 1, "CompTresh": -18,

@@ -1,4 +1,4 @@
-"""The sound servers that stations have. A desk starts one of its own, with no devices but those that a road plugs in."""
+"""The sound servers that stations have. A desk starts one of its own, with the devices that a road plugs in."""
 import os
 
 from waiting import wait_for

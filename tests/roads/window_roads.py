@@ -4,7 +4,7 @@ import shutil
 import time
 
 from presenter import set_key
-from road import RECORD, SAVE, read
+from road import SAVE, read
 from waiting import wait_for
 
 
