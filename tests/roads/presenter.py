@@ -64,17 +64,24 @@ class Desk:
         return subprocess.run(command, env=self.env, check=check, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
                               stdin=subprocess.DEVNULL, text=True, timeout=60).stdout
 
+    def dead(self):
+        """The commands of programs that have ended."""
+        return [" ".join(process.args) for process in self.processes if process.poll() is not None]
+
     def _start_screen(self):
         # A number of its own: a screen that is still closing takes the socket of the next one with its number along.
         display = f":{100 + os.getpid() % 30000}"
         read, write = os.pipe()
-        self.spawn("Xvfb", display, "-displayfd", str(write), "-screen", "0", "1280x800x24", "-nolisten", "tcp",
-                   pass_fds=[write])
+        # -noreset: when the first program that asks the screen something is done, the others stay.
+        self.spawn("Xvfb", display, "-noreset", "-displayfd", str(write), "-screen", "0", "1280x800x24", "-nolisten",
+                   "tcp", pass_fds=[write])
         os.close(write)
         with os.fdopen(read) as numbers:
             assert numbers.readline().strip(), "no screen"
         self.env["DISPLAY"] = display
         self.spawn("openbox")
+        # It answers once there is a window manager: windows that come before it are moved by it later.
+        wait_for("the window manager", lambda: self.run("xdotool", "get_num_desktops", check=False).strip().isdigit())
 
     def _start_bus(self):
         bus = self.spawn("dbus-daemon", "--session", "--nofork", "--print-address", stdout=subprocess.PIPE)
@@ -187,8 +194,23 @@ class Desk:
         """Where a control is on the screen, asked of the program itself."""
         return node.get_extents(Atspi.CoordType.SCREEN)
 
+    def _resting_place(self, node):
+        """Where a control is once its window is up: before that a click would miss it. None while it is not."""
+        window = node
+        while window.get_parent() and window.get_parent().get_role() != Atspi.Role.APPLICATION:
+            window = window.get_parent()
+        up = window.get_state_set().contains(Atspi.StateType.ACTIVE)
+        # What drops down is never active.
+        if not up and window.get_role() in (Atspi.Role.FRAME, Atspi.Role.DIALOG, Atspi.Role.ALERT):
+            return None
+        before = self.area(node)
+        time.sleep(0.05)
+        after = self.area(node)
+        same = all(getattr(before, side) == getattr(after, side) for side in ("x", "y", "width", "height"))
+        return after if same else None
+
     def click(self, node, double=False):
-        area = self.area(node)
+        area = wait_for("the control to be in its place", lambda: self._resting_place(node))
         self.run("xdotool", "mousemove", str(area.x + min(area.width // 2, 300)),
                  str(area.y + area.height // 2), "click", "--repeat", "2" if double else "1", "1")
 
