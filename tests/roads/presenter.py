@@ -6,7 +6,6 @@ import os
 import shutil
 import signal
 import subprocess
-import tempfile
 import time
 import wave
 
@@ -15,33 +14,22 @@ import gi
 gi.require_version("Atspi", "2.0")
 from gi.repository import Atspi  # noqa: E402
 
+from private_machine import DIES_TOO, PrivateMachine  # noqa: E402
 from share import Share  # noqa: E402
 from sound_servers import SERVERS  # noqa: E402
 from waiting import wait_for  # noqa: E402
 
 Atspi.set_timeout(3000, 15000)
-DIES_TOO = ("setpriv", "--pdeathsig", "TERM")
-# What would lead a desk's programs to the sound or the settings of who runs it.
-FOREIGN = ("WAYLAND_DISPLAY", "PIPEWIRE_REMOTE", "PIPEWIRE_RUNTIME_DIR", "PULSE_COOKIE", "PULSE_RUNTIME_PATH",
-           "PULSE_SINK", "PULSE_SOURCE", "PULSE_STATE_PATH", "XDG_CACHE_HOME", "XDG_CONFIG_HOME", "XDG_DATA_HOME",
-           "XDG_STATE_HOME")
 
 
-class Desk:
+class Desk(PrivateMachine):
     """Screen, window manager, accessibility bus and sound server, all private, in a temporary folder."""
 
     def __init__(self, microphone=True, sound="pulseaudio"):
-        self.folder = tempfile.mkdtemp(prefix="orvel-desk-")
-        self.processes = []
+        super().__init__(QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", ORVEL_THEME="dark")
         self.orvel = None
         self._rooms = {}
         self._shares = []
-        runtime = os.path.join(self.folder, "run")
-        os.makedirs(runtime, mode=0o700)
-        self.env = dict(os.environ, XDG_RUNTIME_DIR=runtime, HOME=self.folder, LC_ALL="C.UTF-8",
-                        QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", ORVEL_THEME="dark")
-        for name in FOREIGN:
-            self.env.pop(name, None)
         try:
             self._start_screen()
             self._start_bus()
@@ -51,22 +39,6 @@ class Desk:
         except BaseException:
             self.close()
             raise
-
-    def spawn(self, *command, **options):
-        """A program of this desk, which goes with it, however the road ends."""
-        process = subprocess.Popen(DIES_TOO + command, env=self.env, stdout=options.pop("stdout", subprocess.DEVNULL),
-                                   stderr=subprocess.DEVNULL, stdin=subprocess.DEVNULL, **options)
-        self.processes.append(process)
-        return process
-
-    def run(self, *command, check=True):
-        """What an outside tool prints."""
-        return subprocess.run(command, env=self.env, check=check, stdout=subprocess.PIPE, stderr=subprocess.STDOUT,
-                              stdin=subprocess.DEVNULL, text=True, timeout=60).stdout
-
-    def dead(self):
-        """The commands of programs that have ended."""
-        return [" ".join(process.args) for process in self.processes if process.poll() is not None]
 
     def _start_screen(self):
         # A number of its own: a screen that is still closing takes the socket of the next one with its number along.
@@ -245,14 +217,7 @@ class Desk:
         if self.orvel and self.orvel.poll() is None:
             self.orvel.terminate()
             self.orvel.wait(10)
-        for process in reversed(self.processes):
-            process.send_signal(signal.SIGTERM)
-        for process in self.processes:
-            try:
-                process.wait(5)
-            except subprocess.TimeoutExpired:
-                process.kill()
-        shutil.rmtree(self.folder, ignore_errors=True)
+        super().close()
 
 
 class Listener:
