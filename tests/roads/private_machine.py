@@ -23,6 +23,10 @@ class PrivateMachine:
         self.env = dict(os.environ, XDG_RUNTIME_DIR=runtime, HOME=self.folder, LC_ALL="C.UTF-8", **variables)
         for name in FOREIGN:
             self.env.pop(name, None)
+        # Where PulseAudio is installed a client would start one, on the machine's own sound cards.
+        self.env["PULSE_CLIENTCONFIG"] = os.path.join(self.folder, "client.conf")
+        with open(self.env["PULSE_CLIENTCONFIG"], "w", encoding="utf-8") as file:
+            file.write("autospawn = no\n")
 
     def spawn(self, *command, **options):
         """A program that goes with this one, however that ends."""
