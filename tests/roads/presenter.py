@@ -28,6 +28,7 @@ class Desk(PrivateMachine):
     def __init__(self, microphone=True, sound="pulseaudio"):
         super().__init__(QT_QPA_PLATFORM="xcb", QT_LINUX_ACCESSIBILITY_ALWAYS_ON="1", ORVEL_THEME="dark")
         self.orvel = None
+        self._log = os.path.join(self.folder, "orvel.log")
         self._rooms = {}
         self._shares = []
         try:
@@ -108,9 +109,16 @@ class Desk(PrivateMachine):
 
     def start_orvel(self, binary, station, *arguments):
         self.env["ORVEL_HOME"] = station
-        log = open(os.path.join(self.folder, "orvel.log"), "w", encoding="utf-8")
-        self.orvel = subprocess.Popen([*DIES_TOO, binary, *arguments], env=self.env, stdout=log, stderr=log,
-                                      stdin=subprocess.DEVNULL)
+        with open(self._log, "w", encoding="utf-8") as log:
+            self.orvel = subprocess.Popen([*DIES_TOO, binary, *arguments], env=self.env, stdout=log, stderr=log,
+                                          stdin=subprocess.DEVNULL)
+
+    def log(self):
+        """What ORVEL has printed."""
+        if not self.orvel:
+            return ""
+        with open(self._log, encoding="utf-8", errors="replace") as log:
+            return log.read()
 
     # What is on the screen
 
@@ -216,7 +224,10 @@ class Desk(PrivateMachine):
             share.close()  # first: a program that waits for it cannot end
         if self.orvel and self.orvel.poll() is None:
             self.orvel.terminate()
-            self.orvel.wait(10)
+            try:
+                self.orvel.wait(10)
+            except subprocess.TimeoutExpired:
+                self.orvel.kill()
         super().close()
 
 

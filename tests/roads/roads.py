@@ -43,8 +43,7 @@ def main():
         sys.exit(SKIPPED)
     except BaseException:
         road.picture("failed")
-        with open(os.path.join(road.desk.folder, "orvel.log"), encoding="utf-8", errors="replace") as log:
-            sys.stderr.write(log.read())
+        sys.stderr.write(road.desk.log())
         sys.stderr.write("on the screen: " + ", ".join(filter(None, road.desk.texts())) + "\n")
         sys.stderr.write("ended by now: " + "; ".join(road.desk.dead()) + "\n")
         raise

@@ -26,8 +26,8 @@ class Share:
 
     def mount(self):
         # KILL: a program that waits for the share cannot end before the share answers or is gone.
-        self._daemon = subprocess.Popen(["setpriv", "--pdeathsig", "KILL", "bindfs", "-f", self.server, self.folder],
-                                        stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
+        command = ["setpriv", "--pdeathsig", "KILL", "bindfs", "-f", "--no-allow-other", self.server, self.folder]
+        self._daemon = subprocess.Popen(command, stdin=subprocess.DEVNULL, stdout=subprocess.DEVNULL)
         wait_for("the share", lambda: os.path.ismount(self.folder) or self._daemon.poll() is not None)
         assert self._daemon.poll() is None, "the share could not be mounted"
 
