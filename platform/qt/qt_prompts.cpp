@@ -54,7 +54,7 @@ class QtWaitingSign : public WaitingSign {
   public:
     explicit QtWaitingSign(const QString &folder) : dialog_({}, QObject::tr("Niet langer wachten"), 0, 0, owner()) {
         QApplication::setOverrideCursor(Qt::BusyCursor);
-        auto *text = new QLabel(QObject::tr("Wachten op antwoord van %1").arg(folder));
+        auto *text = new QLabel(QObject::tr("Wachten op antwoord van de schijf of server:\n%1").arg(folder));
         text->setTextFormat(Qt::PlainText);
         dialog_.setLabel(text);
         dialog_.setObjectName(QStringLiteral("WaitingSign"));

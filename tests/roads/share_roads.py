@@ -93,13 +93,30 @@ def share_stalls(road):
     road.picture("waits")
     slowest = slowest_answer(road, control, 2.0)
     assert slowest < ANSWERED, f"the window took {slowest:.2f} s to answer"
-    # Another control does its work.
-    road.desk.click(road.desk.find("Processor", "page tab"))
-    road.desk.find("Trimmen", "panel", 2)
     assert not os.listdir(share.server)
     share.resume()
     check_filed(road, share)
     wait_for("the end of the waiting", lambda: not said(road, "wacht", "server"))
+
+
+def share_is_not_waited_for(road):
+    """The share stalls and the presenter does not wait: the take is kept, work goes on, and later it is filed."""
+    share = take_for_the_share(road)
+    share.stall()
+    road.desk.press(SAVE)
+    road.desk.press("Niet langer wachten")
+    check_kept(road, share)
+    road.desk.click(road.desk.find("Processor", "page tab"))
+    road.desk.find("Trimmen", "panel", 2)
+    # The next try fails at once: nobody waits for the same call twice.
+    road.desk.press(SAVE)
+    road.desk.find("OK", "push button", 2)
+    road.desk.press("OK")
+    share.resume()
+    wait_for("the call to come back", lambda: os.path.isdir(share.folder))
+    time.sleep(0.5)
+    road.desk.press(SAVE)
+    check_filed(road, share)
 
 
 def share_goes(road):
@@ -125,4 +142,4 @@ def share_goes_while_waiting(road):
     assert not os.listdir(share.server), os.listdir(share.server)
 
 
-ROADS = (share_files, share_stalls, share_goes, share_goes_while_waiting)
+ROADS = (share_files, share_stalls, share_is_not_waited_for, share_goes, share_goes_while_waiting)

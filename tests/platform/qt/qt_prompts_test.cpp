@@ -184,7 +184,8 @@ TEST(QtPrompts, ASignOfWaitingShowsItselfAfterAMomentAndCanBeGivenUp) {
     ASSERT_TRUE(QTest::qWaitFor([&] { return sign->isShown(); }, 2000));
     auto *dialog = qobject_cast<QProgressDialog *>(QApplication::activeModalWidget());
     ASSERT_NE(dialog, nullptr);
-    EXPECT_EQ(dialog->labelText(), QStringLiteral("Wachten op antwoord van /server/<b>stemmen</b>"));
+    EXPECT_EQ(dialog->labelText(),
+              QStringLiteral("Wachten op antwoord van de schijf of server:\n/server/<b>stemmen</b>"));
     EXPECT_EQ(dialog->findChild<QLabel *>()->textFormat(), Qt::PlainText);
     EXPECT_FALSE(sign->isGivenUp());
     auto *button = dialog->findChild<QPushButton *>();
