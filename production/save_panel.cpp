@@ -127,7 +127,7 @@ void SavePanel::saveVersion() {
     Take version = take();
     version.name = isGeneral ? version.name : StationCode + version.name;
     version.mp3 = takeFile(context_.programFolder, QStringLiteral("\\temp\\"), version.name, QStringLiteral(".mp3"));
-    if (!canFile(version) || !encodeAndFile(version)) {
+    if (!isServerThere(version) || !encodeAndFile(version)) {
         takeBackMark();
         return;
     }
@@ -181,7 +181,7 @@ bool SavePanel::saveForPlaylist(const Take &take) {
     if (!context_.platform.files.fileExists(take.wav)) {
         return false;
     }
-    if (!canFile(take) || !encodeAndFile(take)) {
+    if (!isServerThere(take) || !encodeAndFile(take)) {
         takeBackMark();
         return false;
     }
@@ -189,7 +189,7 @@ bool SavePanel::saveForPlaylist(const Take &take) {
     return true;
 }
 
-bool SavePanel::canFile(const Take &take) {
+bool SavePanel::isServerThere(const Take &take) {
     const QString &folder = context_.settings.VoicetrackPath;
     if (!context_.settings.ServerMode || context_.platform.files.folderExists(folder)) {
         return true;
@@ -198,6 +198,7 @@ bool SavePanel::canFile(const Take &take) {
         tr("%1 is niet bewaard: de map met voicetracks %2 is niet bereikbaar. De opname blijft klaarstaan.")
             .arg(take.name, folder);
     context_.tell(sentence);
+    takeBackMark(); // before the box says that nothing was saved
     context_.platform.prompts.message(sentence, QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
     return false;
 }

@@ -57,6 +57,7 @@ class QtWaitingSign : public WaitingSign {
         auto *text = new QLabel(QObject::tr("Wachten op antwoord van de schijf of server:\n%1").arg(folder));
         text->setTextFormat(Qt::PlainText);
         dialog_.setLabel(text);
+        dialog_.setMinimumWidth(dialog_.fontMetrics().averageCharWidth() * 60); // room for the title
         dialog_.setObjectName(QStringLiteral("WaitingSign"));
         dialog_.setWindowTitle(QObject::tr("De map geeft nog geen antwoord"));
         dialog_.setWindowModality(Qt::ApplicationModal);
