@@ -80,9 +80,9 @@ class SavePanel : public QWidget {
     bool save();
     bool saveAs(const Take &take);
     bool saveForPlaylist(const Take &take);
-    /// Looks whether there is a folder to file a voice track in, and tells when not. Nothing is made: behind a share
-    /// that is not mounted it would be a folder that nobody looks in.
-    [[nodiscard]] bool canFile(const Take &take);
+    /// Looks in server mode whether there is a folder to file a voice track in, and tells when not. Nothing is made: in
+    /// the place of a share that is not mounted it would be a folder that nobody looks in.
+    [[nodiscard]] bool isServerThere(const Take &take);
     /// False when it could not be filed: the take is then where it was before.
     bool encodeAndFile(const Take &take);
     void takeBackMark();
