@@ -1,6 +1,7 @@
 #include "platform/pulse/pulse_recorder.h"
 
 #include "platform/runtime_error.h"
+#include "platform/samples.h"
 
 #include <algorithm>
 #include <pulse/pulseaudio.h>
@@ -12,10 +13,8 @@ namespace {
 using namespace std::chrono_literals;
 using Clock = std::chrono::steady_clock;
 
-constexpr pa_sample_spec kTakeFormat{PA_SAMPLE_S16LE, kTakeRate, 1};
-constexpr auto kFrameBytes = sizeof(std::int16_t);
-/// Samples come in pieces of so many bytes, 20 ms: the meters are lively and little is on its way at stop.
-constexpr std::uint32_t kPieceBytes = kTakeRate / 50 * kFrameBytes;
+/// Samples come in pieces of so many frames, 20 ms: the meters are lively and little is on its way at stop.
+constexpr std::uint32_t kPieceFrames = kTakeRate / 50;
 constexpr auto kOpenPatience = 3s;
 /// No server holds back more than that: PulseAudio's longest latency is two seconds.
 constexpr std::chrono::microseconds kMostHeld = 3s;
@@ -30,6 +29,15 @@ std::int64_t framesIn(std::chrono::microseconds time) {
 
 [[noreturn]] void throwDeviceError(const char *detail) {
     throw RuntimeError(ErrorNumber::DeviceError, {}, QString::fromUtf8(detail));
+}
+
+pa_channel_map channelsOf(const PulseSource &source) {
+    const std::vector<int> &positions = source.levels.positions;
+    pa_channel_map map{};
+    map.channels = static_cast<std::uint8_t>(positions.size());
+    std::transform(positions.begin(), positions.end(), map.map,
+                   [](int position) { return static_cast<pa_channel_position_t>(position); });
+    return map;
 }
 
 } // namespace
@@ -104,26 +112,38 @@ void PulseRecorder::openStream() {
     }
     if (!hasStreamOf(source_)) {
         closeStream();
-        connectStream(source_.toUtf8());
+        const PulseDevices devices = server_.devices();
+        const PulseSource *source = devices.source(source_.toUtf8());
+        if (source == nullptr) {
+            throwDeviceError("de geluidskaart is weg");
+        }
+        connectStream(*source);
     }
 }
 
-void PulseRecorder::connectStream(const QByteArray &source) {
+/// Asks for the source's own channels: how servers make one of two differs, and PipeWire's way is 3 dB too loud. Asks
+/// for floating point: what the server's change of rate makes louder than full scale is still there when channels are
+/// mixed.
+void PulseRecorder::connectStream(const PulseSource &source) {
     const PulseServer::Lock lock(server_);
     streamLost_.store(false, std::memory_order_relaxed);
-    pa_stream *stream = server_.isReady() ? pa_stream_new(server_.context(), "Opname", &kTakeFormat, nullptr) : nullptr;
+    const pa_channel_map map = channelsOf(source);
+    const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, kTakeRate, map.channels};
+    pa_stream *stream = server_.isReady() ? pa_stream_new(server_.context(), "Opname", &format, &map) : nullptr;
     if (stream == nullptr) {
-        throwDeviceError("de geluidsserver is weg");
+        throwDeviceError("de geluidskaart kan niet opnemen");
     }
     stream_ = stream;
-    streamSource_ = QString::fromUtf8(source);
+    streamSource_ = QString::fromUtf8(source.name);
+    channels_ = map.channels;
     pa_stream_set_state_callback(stream, PulseRecorderCallbacks::state, this);
     pa_stream_set_read_callback(stream, PulseRecorderCallbacks::read, this);
     pa_stream_set_suspended_callback(stream, PulseRecorderCallbacks::suspended, this);
     constexpr auto kServersChoice = static_cast<std::uint32_t>(-1);
-    const pa_buffer_attr buffer{kServersChoice, kServersChoice, kServersChoice, kServersChoice, kPieceBytes};
+    const pa_buffer_attr buffer{kServersChoice, kServersChoice, kServersChoice, kServersChoice,
+                                static_cast<std::uint32_t>(kPieceFrames * pa_frame_size(&format))};
     const auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY);
-    const bool asked = pa_stream_connect_record(stream, source.constData(), &buffer, flags) == 0;
+    const bool asked = pa_stream_connect_record(stream, source.name.constData(), &buffer, flags) == 0;
     const auto answered = [&] { return pa_stream_get_state(stream) != PA_STREAM_CREATING; };
     if (!asked || !server_.waitUntil(answered, kOpenPatience) || pa_stream_get_state(stream) != PA_STREAM_READY) {
         dropStream();
@@ -219,14 +239,24 @@ void PulseRecorder::takeSamples() {
     const void *data = nullptr;
     std::size_t bytes = 0;
     while (pa_stream_readable_size(stream_) > 0 && pa_stream_peek(stream_, &data, &bytes) == 0 && bytes > 0) {
-        const std::size_t frames = bytes / kFrameBytes;
+        const std::size_t samples = bytes / sizeof(float);
+        const auto frames = static_cast<std::int64_t>(samples / channels_);
         if (take != nullptr && data != nullptr) {
-            take->push(std::span(static_cast<const std::int16_t *>(data), frames));
+            pushMixed(*take, std::span(static_cast<const float *>(data), samples));
         } else if (take != nullptr) {
-            take->pushHole(static_cast<std::int64_t>(frames));
+            take->pushHole(frames);
         }
-        received_.fetch_add(static_cast<std::int64_t>(frames), std::memory_order_relaxed);
+        received_.fetch_add(frames, std::memory_order_relaxed);
         pa_stream_drop(stream_);
+    }
+}
+
+void PulseRecorder::pushMixed(TakeWriter &take, std::span<const float> samples) {
+    while (samples.size() >= channels_) {
+        const std::span<std::int16_t> mono = std::span(mono_).first(std::min(mono_.size(), samples.size() / channels_));
+        mixToMono(samples, channels_, mono);
+        take.push(mono);
+        samples = samples.subspan(mono.size() * channels_);
     }
 }
 

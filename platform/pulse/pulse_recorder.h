@@ -5,10 +5,12 @@
 #include "platform/pulse/pulse_server.h"
 #include "platform/sndfile/take_writer.h"
 
+#include <array>
 #include <atomic>
 #include <chrono>
 #include <memory>
 #include <optional>
+#include <span>
 
 struct pa_stream;
 
@@ -37,7 +39,7 @@ class PulseRecorder : public WaveRecorder {
     friend struct PulseRecorderCallbacks;
     [[nodiscard]] bool hasStreamOf(const QString &source) const;
     void openStream();
-    void connectStream(const QByteArray &source);
+    void connectStream(const PulseSource &source);
     void closeStream();
     void dropStream(); ///< with the server's lock held
     void drain();
@@ -46,6 +48,7 @@ class PulseRecorder : public WaveRecorder {
     // The server's thread.
     void streamChanged();
     void takeSamples();
+    void pushMixed(TakeWriter &take, std::span<const float> samples);
     void sourceSuspended(bool suspended);
 
     PulseServer &server_;
@@ -54,12 +57,15 @@ class PulseRecorder : public WaveRecorder {
     int device_ = 0;
     QString source_;
     pa_stream *stream_ = nullptr;
-    QString streamSource_; ///< what stream_ records from
+    QString streamSource_;     ///< what stream_ records from
+    std::size_t channels_ = 1; ///< of stream_; set before it runs
     bool recording_ = false;
     std::int64_t receivedBefore_ = 0;                     ///< when samples came in last, as far as status() saw
     std::chrono::steady_clock::time_point receivedSince_; ///< when status() saw that
     bool stallTold_ = false;
     std::unique_ptr<TakeWriter> writer_; ///< of the running or the latest take
+
+    std::array<std::int16_t, 4096> mono_{}; ///< the server's thread: what it mixes
 
     // What both threads see.
     std::atomic<TakeWriter *> take_{nullptr}; ///< where samples go; without it they go nowhere

@@ -1,13 +1,13 @@
 #include "platform/sndfile/sndfile_reader.h"
 
 #include "platform/runtime_error.h"
+#include "platform/samples.h"
 #include "platform/sndfile/mpeg_stream.h"
 
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
-#include <cmath>
 #include <sndfile.h>
 #include <vector>
 
@@ -44,12 +44,6 @@ sf_count_t fileWrite(const void * /*from*/, sf_count_t /*count*/, void * /*user*
 
 sf_count_t fileTell(void *user) {
     return fileOf(user).pos();
-}
-
-std::int16_t toInt16(float sample) {
-    // A NaN in a damaged file is silence: the comparison with itself fails.
-    const float scaled = sample == sample ? sample * 32768.0F : 0.0F; // NOLINT(misc-redundant-expression)
-    return static_cast<std::int16_t>(std::lrint(std::clamp(scaled, -32768.0F, 32767.0F)));
 }
 
 } // namespace

@@ -4,11 +4,14 @@
 
 #include <QFile>
 
+#include <algorithm>
 #include <chrono>
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <span>
 #include <thread>
 #include <unistd.h>
+#include <utility>
 
 namespace orvel {
 namespace {
@@ -114,31 +117,53 @@ TEST_F(PulseTest, RecordsWhatIsPlayedFromTheCardThatWasChosen) {
     EXPECT_NEAR(soxStat(take, "RMS     amplitude", speech), 0.354, 0.01);
 }
 
-/// Samples that a pipe brings to the server, with nothing in between.
-TEST_F(PulseTest, TakesEverySampleOnceAndInOrder) {
-    const QString pipe = folder.path("pipe");
-    ASSERT_GE(pulse.load("module-pipe-source",
-                         {"source_name=mic", "file=" + pipe, "format=s16le", "rate=44100", "channels=1"}),
-              0);
-    connect();
+/// A microphone whose samples a pipe brings to the server, with nothing in between.
+class PipeMicrophone : public PulseTest, public testing::WithParamInterface<int> {
+  protected:
+    PipeMicrophone() {
+        const QString format = "format=s16le rate=44100 channels=%1";
+        const QStringList source{"source_name=mic", "file=" + pipe};
+        EXPECT_GE(pulse.load("module-pipe-source", source + format.arg(GetParam()).split(' ')), 0);
+        out = open(pipe.toLocal8Bit().constData(), O_WRONLY);
+    }
+    ~PipeMicrophone() override { close(out); }
+    PipeMicrophone(const PipeMicrophone &) = delete;
+    PipeMicrophone(PipeMicrophone &&) = delete;
+    PipeMicrophone &operator=(const PipeMicrophone &) = delete;
+    PipeMicrophone &operator=(PipeMicrophone &&) = delete;
+
+    /// The same on every channel, at about the pace of a card; the last part at once.
+    void speak(const std::vector<std::int16_t> &samples) const {
+        std::vector<std::int16_t> bytes;
+        for (const std::int16_t sample : samples) {
+            bytes.insert(bytes.end(), static_cast<std::size_t>(GetParam()), sample);
+        }
+        const std::size_t ahead = std::min<std::size_t>(bytes.size(), 15'000);
+        for (auto rest = std::span(std::as_const(bytes)); !rest.empty();) {
+            const auto part = rest.first(rest.size() > ahead ? std::min<std::size_t>(rest.size() - ahead, 880) : ahead);
+            ASSERT_EQ(write(out, part.data(), part.size_bytes()), static_cast<ssize_t>(part.size_bytes()));
+            rest = rest.subspan(part.size());
+            std::this_thread::sleep_for(2ms);
+        }
+    }
+
+    QString pipe = folder.path("pipe");
+    int out = -1;
+};
+
+TEST_P(PipeMicrophone, TakesEverySampleOnceAndInOrder) {
+    connect().recorder().prepare();
+    speak(std::vector<std::int16_t>(4410)); // it is on
     startTake("a.wav");
     const std::vector<std::int16_t> samples = counting(88'200);
-    const auto *bytes = reinterpret_cast<const char *>(samples.data());
-    const std::size_t size = samples.size() * 2;
-    const int out = open(pipe.toLocal8Bit().constData(), O_WRONLY);
-    ASSERT_GE(out, 0);
-    std::size_t at = 0;
-    while (at < size - 30'000) {
-        const ssize_t count = write(out, bytes + at, 1764);
-        ASSERT_GT(count, 0);
-        at += static_cast<std::size_t>(count);
-        std::this_thread::sleep_for(2ms);
-    }
-    ASSERT_EQ(write(out, bytes + at, size - at), static_cast<ssize_t>(size - at));
+    speak(samples);
     card->recorder().stop(); // at once: the end is still in the pipe or in the server
-    close(out);
-    EXPECT_EQ(samplesOf(take), samples);
+    std::vector<std::int16_t> taken = samplesOf(take);
+    taken.erase(taken.begin(), std::find_if(taken.begin(), taken.end(), [](std::int16_t s) { return s != 0; }));
+    EXPECT_EQ(taken, samples);
 }
+
+INSTANTIATE_TEST_SUITE_P(Channels, PipeMicrophone, testing::Values(1, 2, 4));
 
 TEST_F(PulseTest, ATakeIsAsLongAsTheClockSays) {
     pulse.loadNullSink("A");
