@@ -89,7 +89,8 @@ class WaveRecorder {
     /// would lose the first syllable. Meant for the begin of a count-down. Never fails; start() tells what is wrong.
     /// The card stays open until stop().
     virtual void prepare() = 0;
-    /// Overwrites an existing file, but not before the card is ready. Throws DeviceError (the card, or it records
+    /// Overwrites an existing file, but not before samples come from the card: one that brings none is refused, after
+    /// 0.3 s when it is switched off or was opened ahead, 2.3 s otherwise. Throws DeviceError (the card, or it records
     /// already), PathNotFound, PathAccess, PermissionDenied, DiskFull (the file).
     virtual void start() = 0;
     /// Takes what the sound server still holds, closes the file; nothing happens when it does not record. Throws

@@ -16,6 +16,11 @@ using Clock = std::chrono::steady_clock;
 /// Samples come in pieces of so many frames, 20 ms: the meters are lively and little is on its way at stop.
 constexpr std::uint32_t kPieceFrames = kTakeRate / 50;
 constexpr auto kOpenPatience = 3s;
+/// A card that has just been opened brings its first samples after so long at most: an idle output without hardware
+/// sleeps for two seconds.
+constexpr std::chrono::milliseconds kWakePatience = 2300ms;
+/// What of that a count-down does not leave, and all that a card gets which the server says is off.
+constexpr std::chrono::milliseconds kShortPatience = 300ms;
 /// No server holds back more than that: PulseAudio's longest latency is two seconds.
 constexpr std::chrono::microseconds kMostHeld = 3s;
 /// No working source pauses longer, by the same rule.
@@ -52,6 +57,7 @@ struct PulseRecorderCallbacks {
 
     static void suspended(pa_stream *stream, void *user) {
         recorder(user).sourceSuspended(pa_stream_is_suspended(stream) == 1);
+        recorder(user).server_.wakeWaiters();
     }
 
     static void timing(pa_stream * /*stream*/, int /*success*/, void *user) { recorder(user).server_.wakeWaiters(); }
@@ -83,6 +89,7 @@ void PulseRecorder::start() {
     }
     openStream();
     try {
+        waitForSound();
         writer_ = std::make_unique<TakeWriter>(path_);
     } catch (...) {
         closeStream();
@@ -97,6 +104,24 @@ void PulseRecorder::start() {
     receivedBefore_ = 0;
     receivedSince_ = Clock::now();
     stallTold_ = false;
+}
+
+/// A card can be there and bring nothing: switched off by the user, or dead. Then nobody may believe that it records.
+void PulseRecorder::waitForSound() {
+    const PulseServer::Lock lock(server_);
+    const auto isOff = [this] { return pa_stream_is_suspended(stream_) == 1; };
+    const auto isOver = [&] {
+        const bool hasSound = soundAt_ && Clock::now() - *soundAt_ < kLongestPause;
+        return streamLost_.load(std::memory_order_relaxed) || (hasSound && !isOff());
+    };
+    const auto open = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - openedAt_);
+    const auto more = std::max<std::chrono::milliseconds>(kWakePatience - kShortPatience - open, 0ms);
+    if (!server_.waitUntil(isOver, kShortPatience) && (isOff() || !server_.waitUntil(isOver, more))) {
+        throwDeviceError(isOff() ? "de geluidskaart is uitgezet" : "de geluidskaart geeft geen geluid");
+    }
+    if (streamLost_.load(std::memory_order_relaxed)) {
+        throwDeviceError("de geluidskaart is weg");
+    }
 }
 
 bool PulseRecorder::hasStreamOf(const QString &source) const {
@@ -127,6 +152,7 @@ void PulseRecorder::openStream() {
 void PulseRecorder::connectStream(const PulseSource &source) {
     const PulseServer::Lock lock(server_);
     streamLost_.store(false, std::memory_order_relaxed);
+    soundAt_.reset();
     const pa_channel_map map = channelsOf(source);
     const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, kTakeRate, map.channels};
     pa_stream *stream = server_.isReady() ? pa_stream_new(server_.context(), "Opname", &format, &map) : nullptr;
@@ -149,6 +175,7 @@ void PulseRecorder::connectStream(const PulseSource &source) {
         dropStream();
         throwDeviceError("de geluidskaart kan niet opnemen");
     }
+    openedAt_ = Clock::now();
 }
 
 void PulseRecorder::closeStream() {
@@ -248,6 +275,10 @@ void PulseRecorder::takeSamples() {
         }
         received_.fetch_add(frames, std::memory_order_relaxed);
         pa_stream_drop(stream_);
+        if (!soundAt_) {
+            server_.wakeWaiters();
+        }
+        soundAt_ = Clock::now();
     }
 }
 

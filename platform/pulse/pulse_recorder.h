@@ -40,6 +40,7 @@ class PulseRecorder : public WaveRecorder {
     [[nodiscard]] bool hasStreamOf(const QString &source) const;
     void openStream();
     void connectStream(const PulseSource &source);
+    void waitForSound();
     void closeStream();
     void dropStream(); ///< with the server's lock held
     void drain();
@@ -57,8 +58,9 @@ class PulseRecorder : public WaveRecorder {
     int device_ = 0;
     QString source_;
     pa_stream *stream_ = nullptr;
-    QString streamSource_;     ///< what stream_ records from
-    std::size_t channels_ = 1; ///< of stream_; set before it runs
+    QString streamSource_;                           ///< what stream_ records from
+    std::chrono::steady_clock::time_point openedAt_; ///< stream_
+    std::size_t channels_ = 1;                       ///< of stream_; set before it runs
     bool recording_ = false;
     std::int64_t receivedBefore_ = 0;                     ///< when samples came in last, as far as status() saw
     std::chrono::steady_clock::time_point receivedSince_; ///< when status() saw that
@@ -73,6 +75,7 @@ class PulseRecorder : public WaveRecorder {
     std::atomic<bool> takeLost_{false};
     std::atomic<std::int64_t> received_{0};                               ///< frames of the take
     std::optional<std::chrono::steady_clock::time_point> suspendedSince_; ///< under the server's lock
+    std::optional<std::chrono::steady_clock::time_point> soundAt_; ///< when stream_ brought some last; under that lock
 };
 
 } // namespace orvel

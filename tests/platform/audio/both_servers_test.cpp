@@ -106,22 +106,27 @@ class RecordingFrom : public testing::TestWithParam<Microphone> {
         return folder.path("voice.wav");
     }
 
-    /// The take of what is played to the microphone.
-    std::vector<std::int16_t> record(const QString &path) {
-        const QString format = "rate=%1 channels=%2";
-        QStringList words = format.arg(GetParam().rate).arg(GetParam().channels).split(' ');
-        words << (GetParam().channels == 1 ? "channel_map=mono" : "channel_map=front-left,front-right");
-        server->loadMicrophone("mic", words);
+    /// From the source "mic".
+    void startTake() {
         card.emplace();
         AudioRecord &cards = card->audioRecord();
         EXPECT_TRUE(comesTrue([&] {
             cards.refresh();
             return cards.deviceName(1) == "mic";
         }));
+        card->recorder().setDevice(0);
+        card->recorder().setFileName(folder.path("take.wav"));
+        card->recorder().start();
+    }
+
+    /// The take of what is played to the microphone.
+    std::vector<std::int16_t> record(const QString &path) {
+        const QString format = "rate=%1 channels=%2";
+        QStringList words = format.arg(GetParam().rate).arg(GetParam().channels).split(' ');
+        words << (GetParam().channels == 1 ? "channel_map=mono" : "channel_map=front-left,front-right");
+        server->loadMicrophone("mic", words);
+        startTake();
         WaveRecorder &recorder = card->recorder();
-        recorder.setDevice(0);
-        recorder.setFileName(folder.path("take.wav"));
-        recorder.start();
         EXPECT_TRUE(comesTrue([&] { return recorder.status().frames > 0; }));
         EXPECT_EQ(test::waitForTool(server->play(path, "mic-speaker")), 0);
         std::this_thread::sleep_for(300ms);
@@ -170,6 +175,17 @@ TEST_P(RecordingFromTwo, WhatTheServerMakesLouderThanFullScaleIsNotCutBeforeTheM
     EXPECT_GT(*std::max_element(take.begin(), take.end()), 0.52 * 32768);
 }
 
+class RecordingFromPipeWire : public RecordingFrom {};
+
+/// What PulseAudio leaves off, PipeWire wakes up for whoever records.
+TEST_P(RecordingFromPipeWire, ASuspendedSourceIsNotRefused) {
+    server->loadMicrophone("mic");
+    server->pactl({"suspend-source", "mic", "1"});
+    server->pactl({"suspend-sink", "mic-speaker", "1"});
+    startTake();
+    EXPECT_TRUE(comesTrue([&] { return card->recorder().status().frames > 0; }));
+}
+
 std::string titleOf(const testing::TestParamInfo<Microphone> &info) {
     const Microphone &mic = info.param;
     return nameOf(mic.server) + std::to_string(mic.channels) + "channels" + std::to_string(mic.rate);
@@ -185,6 +201,8 @@ INSTANTIATE_TEST_SUITE_P(
 INSTANTIATE_TEST_SUITE_P(Every, RecordingFromTwo,
                          testing::Values(Microphone{Server::PulseAudio, 2, 48000},
                                          Microphone{Server::PipeWire, 2, 48000}),
+                         titleOf);
+INSTANTIATE_TEST_SUITE_P(Every, RecordingFromPipeWire, testing::Values(Microphone{Server::PipeWire, 2, 48000}),
                          titleOf);
 
 } // namespace

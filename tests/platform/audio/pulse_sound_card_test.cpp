@@ -259,6 +259,86 @@ TEST_F(PulseTest, ASuspendedCardLeavesAHoleOfItsOwnLengthAndTells) {
     EXPECT_FALSE(card->recorder().status().deviceLost);
 }
 
+/// Such a card was "recorded" from for three seconds, and then there was a take of no frames in place of the earlier
+/// one.
+class DeadCard : public PulseTest {
+  protected:
+    void loadCard() { pulse.load("module-null-source", {"source_name=mic", "rate=44100"}); }
+    void suspend(bool off) { pulse.pactl({"suspend-source", "mic", off ? "1" : "0"}); }
+
+    /// Tries to record over an earlier take: the refusal's text, empty when it records.
+    QString refusal() {
+        take = folder.path("a.wav");
+        test::writeContent(take, "earlier take");
+        card->recorder().setFileName(take);
+        const auto before = Clock::now();
+        QString text;
+        try {
+            card->recorder().start();
+        } catch (const RuntimeError &error) {
+            EXPECT_EQ(error.number(), ErrorNumber::DeviceError);
+            text = error.description();
+            EXPECT_FALSE(card->recorder().isRecording());
+            EXPECT_EQ(test::contentOf(take), "earlier take");
+        }
+        took = Clock::now() - before;
+        return text;
+    }
+
+    using Clock = std::chrono::steady_clock;
+    Clock::duration took{};
+};
+
+TEST_F(DeadCard, ThatIsSwitchedOffIsRefusedAtOnce) {
+    loadCard();
+    suspend(true);
+    connect();
+    EXPECT_TRUE(refusal().contains("uitgezet"));
+    EXPECT_LT(took, 500ms);
+    suspend(false);
+    EXPECT_EQ(refusal(), QString());
+    card->recorder().stop();
+    EXPECT_FALSE(samplesOf(take).empty());
+}
+
+TEST_F(DeadCard, ThatIsSwitchedOffDuringTheCountDownIsRefused) {
+    loadCard();
+    connect().recorder().prepare();
+    std::this_thread::sleep_for(200ms);
+    suspend(true);
+    EXPECT_TRUE(refusal().contains("uitgezet"));
+    EXPECT_LT(took, 500ms);
+}
+
+TEST_F(DeadCard, ThatBringsNothingIsRefused) {
+    const QString pipe = folder.path("pipe");
+    pulse.load("module-pipe-source", {"source_name=mic", "file=" + pipe});
+    connect();
+    EXPECT_TRUE(refusal().contains("geen geluid"));
+    EXPECT_LT(took, 2500ms);
+    card->recorder().prepare();
+    std::this_thread::sleep_for(2100ms);
+    EXPECT_TRUE(refusal().contains("geen geluid"));
+    EXPECT_LT(took, 500ms) << "it has had the count-down";
+}
+
+TEST_F(PulseTest, ACardThatSleepsUntilItIsUsedIsNotRefused) {
+    pulse.load("module-null-source", {"source_name=mic", "rate=44100"});
+    pulse.load("module-suspend-on-idle", {"timeout=0"});
+    connect();
+    ASSERT_TRUE(comesTrue([&] { return pulse.pactl({"list", "short", "sources"}).contains("SUSPENDED"); }));
+    EXPECT_EQ(errorOf([&] { startTake("a.wav"); }), 0);
+}
+
+TEST_F(PulseTest, ACardThatIsSwitchedOnWhileItIsWaitedForIsNotRefused) {
+    pulse.load("module-null-source", {"source_name=mic", "rate=44100"});
+    pulse.pactl({"suspend-source", "mic", "1"});
+    connect();
+    const pid_t late = test::startTool("sh", {"-c", "sleep 0.1; pactl suspend-source mic 0"});
+    EXPECT_EQ(errorOf([&] { startTake("a.wav"); }), 0);
+    test::waitForTool(late);
+}
+
 TEST_F(PulseTest, AFileThatCannotBeMadeLeavesTheRecorderUsable) {
     pulse.loadNullSink("A");
     connect();
