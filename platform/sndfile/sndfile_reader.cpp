@@ -17,6 +17,17 @@ namespace {
 /// Frames a block: 4 frames of MP3, 0.1 s, so that a window that handles events between blocks stays lively.
 constexpr sf_count_t kBlockFrames = 4L * 1152;
 
+// What a file may claim. A damaged header must not make anybody take memory for it, or divide by it.
+
+/// Hz: from the worst telephone to the highest rate of any converter.
+constexpr int kLowestRate = 4000;
+constexpr int kHighestRate = 384'000;
+/// As many as a sound server takes.
+constexpr int kMostChannels = 32;
+/// Frames in a byte of the file at most: silence in FLAC, 65535 frames in a dozen bytes; MP3 (24 kHz, 8 kbit/s) has 24.
+constexpr sf_count_t kMostFramesPerByte = 8192;
+constexpr sf_count_t kMostMpegFramesPerByte = 64;
+
 // libsndfile reads through these from a QFile: paths with any character work on every system, and no file name tempts
 // the library to guess a format from an extension.
 
@@ -67,7 +78,8 @@ class SndfileReader::Impl {
         if (sound_ == nullptr || info_.seekable == 0) {
             return -2;
         }
-        return (info_.format & SF_FORMAT_TYPEMASK) != SF_FORMAT_MPEG || openMpeg() ? 0 : -2;
+        const bool isMpeg = (info_.format & SF_FORMAT_TYPEMASK) == SF_FORMAT_MPEG;
+        return (!isMpeg || openMpeg()) && isCredible(isMpeg ? kMostMpegFramesPerByte : kMostFramesPerByte) ? 0 : -2;
     }
 
     QByteArray readBlock() {
@@ -103,6 +115,11 @@ class SndfileReader::Impl {
         info_.channels = mpeg_->channels();
         info_.frames = mpeg_->frames();
         return isOpen;
+    }
+
+    [[nodiscard]] bool isCredible(sf_count_t framesPerByte) const {
+        return info_.samplerate >= kLowestRate && info_.samplerate <= kHighestRate && info_.channels >= 1 &&
+               info_.channels <= kMostChannels && info_.frames / framesPerByte <= file_.size();
     }
 
     [[nodiscard]] bool hasFailed() const {

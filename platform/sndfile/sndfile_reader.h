@@ -16,7 +16,8 @@ class SndfileReader : public AudioFileReader {
     SndfileReader &operator=(SndfileReader &&) = delete;
 
     void open(const QString &path) override;
-    /// 0 open or never opened, -1 no file that can be read, -2 not a sound file.
+    /// 0 open or never opened, -1 no file that can be read, -2 not a sound file, or one that claims what no sound file
+    /// has: rates outside 4 .. 384 kHz, more than 32 channels, more sound than so many bytes can hold.
     [[nodiscard]] int errorState() const override;
     [[nodiscard]] int sampleRate() const override;
     [[nodiscard]] int channels() const override;

@@ -6,6 +6,7 @@
 #include <QFile>
 
 #include <cmath>
+#include <sys/resource.h>
 #include <unistd.h>
 
 namespace orvel {
@@ -64,6 +65,26 @@ class WavePlayerTest : public test::PulseFixture {
     bool wasRightThread = false;
     std::thread::id windowThread = std::this_thread::get_id();
 };
+
+/// The most memory that this process ever had in use, bytes.
+std::int64_t mostMemory() {
+    rusage usage{};
+    getrusage(RUSAGE_SELF, &usage);
+    return std::int64_t{usage.ru_maxrss} * 1024;
+}
+
+/// A file of one kilobyte took 1.7 GB and four seconds, and was refused only then.
+TEST_F(WavePlayerTest, AFileThatClaimsMadnessIsRefusedBeforeMemoryIsTakenForIt) {
+    const QString path = folder.path("c.wav");
+    test::writeContent(path, test::wavThatClaims(100'000'000, 16));
+    const std::int64_t before = mostMemory();
+    EXPECT_EQ(errorOf([&] { play(path); }), 57);
+    EXPECT_EQ(player->length(), 0);
+    test::writeContent(path, test::wavThatClaims(384'000, 32));
+    player->setOutput({.bufferSize = 1 << 30, .buffers = 1 << 30});
+    EXPECT_EQ(errorOf([&] { play(path); }), 0);
+    EXPECT_LT(mostMemory() - before, INT64_C(200) << 20);
+}
 
 TEST_F(WavePlayerTest, PlaysTheWholeFileOnTheChosenOutput) {
     Listener chosen("B", folder.path("b.wav"));

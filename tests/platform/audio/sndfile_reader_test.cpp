@@ -8,6 +8,7 @@
 #include <cmath>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <utility>
 
 namespace orvel {
 namespace {
@@ -217,6 +218,60 @@ TEST_F(SndfileReaderTest, TellsWhatItCannotRead) {
     EXPECT_EQ(errorStateOf(folder.path("kop.wav")), -2);
     test::writeContent(folder.path("rommel.raw"), QByteArray(5000, '\x55'));
     EXPECT_EQ(errorStateOf(folder.path("rommel.raw")), -2);
+}
+
+TEST_F(SndfileReaderTest, ReadsTheHighestRatesAndManyChannels) {
+    const QString path = folder.path("c.wav");
+    for (const auto &[rate, channels] : {std::pair(4000U, 1U), std::pair(384'000U, 2U), std::pair(192'000U, 32U)}) {
+        test::writeContent(path, test::wavThatClaims(rate, channels));
+        SndfileReader reader;
+        reader.open(path);
+        EXPECT_EQ(reader.errorState(), 0);
+        EXPECT_EQ(reader.sampleRate(), static_cast<int>(rate));
+        EXPECT_EQ(readAll(reader).size(), 512U);
+    }
+}
+
+/// Whoever believed such a file took gigabytes of memory for what waits for the sound card.
+TEST_F(SndfileReaderTest, RefusesClaimsThatNoSoundFileMakes) {
+    const QString path = folder.path("c.wav");
+    for (const auto &[rate, channels] : {std::pair(100'000'000U, 16U), std::pair(384'001U, 1U), std::pair(3999U, 1U),
+                                         std::pair(1U, 1U), std::pair(44'100U, 33U), std::pair(44'100U, 512U)}) {
+        test::writeContent(path, test::wavThatClaims(rate, channels));
+        EXPECT_EQ(errorStateOf(path), -2) << rate << ' ' << channels;
+    }
+}
+
+/// The length stands in a header, and the processing takes memory for it.
+TEST_F(SndfileReaderTest, RefusesMoreSoundThanTheFileCanHold) {
+    const QString flac = converted("l.flac", {"-b", "16"});
+    QByteArray content = test::contentOf(flac);
+    ASSERT_EQ(content.left(4), "fLaC");
+    content[21] = static_cast<char>(content.at(21) | 0x0f); // 36 bits: the number of frames
+    content.replace(22, 4, QByteArray(4, '\xff'));
+    test::writeContent(flac, content);
+    EXPECT_EQ(errorStateOf(flac), -2);
+
+    const QString mp3 = folder.path("l.mp3");
+    ASSERT_EQ(runTool("lame", {"--quiet", "-b", "128", take, mp3}).exitCode, 0);
+    content = test::contentOf(mp3);
+    const qsizetype tag = std::max(content.indexOf("Info"), content.indexOf("Xing"));
+    ASSERT_GT(tag, 0);
+    content.replace(tag + 8, 4, QByteArray::fromHex("7fffffff")); // frames of 1152
+    test::writeContent(mp3, content);
+    EXPECT_EQ(errorStateOf(mp3), -2);
+}
+
+TEST_F(SndfileReaderTest, ReadsALongSilenceInASmallFile) {
+    const QString flac = folder.path("stil.flac");
+    ASSERT_EQ(runTool("sox", {"-n", "-r", "44100", "-b", "16", flac, "trim", "0", "600"}).exitCode, 0);
+    SndfileReader reader;
+    reader.open(flac);
+    EXPECT_EQ(reader.errorState(), 0);
+    EXPECT_EQ(reader.frames(), 600 * 44'100);
+    const QString mp3 = folder.path("stil.mp3");
+    ASSERT_EQ(runTool("lame", {"--quiet", "-b", "8", "--resample", "24", "-m", "m", take, mp3}).exitCode, 0);
+    EXPECT_EQ(errorStateOf(mp3), 0);
 }
 
 TEST_F(SndfileReaderTest, DoesNotWaitForAPipe) {

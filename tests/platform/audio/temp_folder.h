@@ -62,6 +62,23 @@ inline std::vector<std::int16_t> samplesOf(const QString &path) {
     return samples;
 }
 
+/// A number, low byte first.
+inline QByteArray littleEndian(std::uint32_t value, int bytes) {
+    QByteArray result;
+    for (int i = 0; i < bytes; ++i, value >>= 8) {
+        result.append(static_cast<char>(value & 0xff));
+    }
+    return result;
+}
+
+/// A whole 16-bit WAV file of one kilobyte of silence that claims this rate and these channels.
+inline QByteArray wavThatClaims(std::uint32_t rate, std::uint32_t channels) {
+    const QByteArray samples(1024, '\0');
+    return "RIFF" + littleEndian(36 + 1024, 4) + "WAVEfmt " + littleEndian(16, 4) + littleEndian(1, 2) +
+           littleEndian(channels, 2) + littleEndian(rate, 4) + littleEndian(rate * channels * 2, 4) +
+           littleEndian(channels * 2, 2) + littleEndian(16, 2) + "data" + littleEndian(1024, 4) + samples;
+}
+
 /// Samples that tell where they belong: a gap, a double or a change shows.
 inline std::vector<std::int16_t> counting(std::size_t count, std::size_t from = 0) {
     std::vector<std::int16_t> samples(count);
