@@ -116,7 +116,8 @@ void frmMain::loadSettings() {
 }
 
 bool frmMain::checkSoundCard() {
-    if (platform_.sound.audioRecord().deviceCount() >= 1) {
+    // What records an output is no input, and a sound server without any card makes itself an output.
+    if (platform_.sound.audioRecord().inputCount() >= 1) {
         return true;
     }
     platform_.prompts.message(QStringLiteral("Geen geluidskaart gevonden !"), QStringLiteral("Fatale fout"),

@@ -19,9 +19,10 @@ struct LineProperty {
     int maximum = 0;
 };
 
-/// The sound cards as a recording mixer sees them: real inputs first, then what records an output. Cards are numbered
-/// from 1; number 0 and numbers past the last card are not valid, but they may be asked about (false, empty, 0) and
-/// even be made current. The list stands still until refresh(); without a sound server it is empty.
+/// The sound cards as a recording mixer sees them: real inputs first, then what records an output (a monitor). Cards
+/// are numbered from 1; number 0 and numbers past the last card are not valid, but they may be asked about (false,
+/// empty, 0) and even be made current. The list stands still until refresh(); without a sound server it is empty. Until
+/// one is made current the first real input is; a monitor never is by itself.
 class AudioRecord {
   public:
     virtual ~AudioRecord() = default;
@@ -31,6 +32,8 @@ class AudioRecord {
     /// new number; one that is gone leaves number 0 as current, and is current again when it comes back.
     virtual bool refresh() = 0;
     [[nodiscard]] virtual int deviceCount() const = 0;
+    /// How many of them are real inputs that can record: without any there is no microphone to speak into.
+    [[nodiscard]] virtual int inputCount() const = 0;
     [[nodiscard]] virtual bool canRecord(int device) const = 0;
     [[nodiscard]] virtual QString deviceName(int device) const = 0;
     [[nodiscard]] virtual int currentDevice() const = 0;
@@ -81,8 +84,8 @@ class WaveRecorder {
   public:
     virtual ~WaveRecorder() = default;
 
-    /// The card, counted from 0 as AudioRecord lists them now. Takes effect at the next start(). The first card when
-    /// never set.
+    /// The card, counted from 0 as AudioRecord lists them now. Takes effect at the next start(). AudioRecord's current
+    /// card when never set.
     virtual void setDevice(int device) = 0;
     virtual void setFileName(const QString &path) = 0;
     /// Opens the card ahead of start(), which then begins at once: a card that sleeps takes a while to wake up, and

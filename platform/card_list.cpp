@@ -7,6 +7,10 @@
 namespace orvel {
 namespace {
 
+bool isInput(const Card &card) {
+    return card.canRecord && !card.isMonitor;
+}
+
 void tellCardsApart(std::vector<Card> &cards) {
     QStringList names;
     for (const Card &card : cards) {
@@ -32,20 +36,25 @@ void tellApart(QStringList &names) {
 }
 
 CardList::CardList(std::function<std::vector<Card>()> look, LineMixer &mixer)
-    : look_(std::move(look)), mixer_(mixer), cards_(look_()) {
-    tellCardsApart(cards_);
-    setCurrentDevice(cards_.empty() ? 0 : 1);
+    : look_(std::move(look)), mixer_(mixer), cards_(lookInOrder()) {
+    chooseFirstInput();
+}
+
+std::vector<Card> CardList::lookInOrder() const {
+    std::vector<Card> cards = look_();
+    std::stable_partition(cards.begin(), cards.end(), isInput);
+    tellCardsApart(cards);
+    return cards;
 }
 
 bool CardList::refresh() {
-    std::vector<Card> found = look_();
-    tellCardsApart(found);
+    std::vector<Card> found = lookInOrder();
     if (found == cards_) {
         return false;
     }
     cards_ = std::move(found);
     if (currentKey_.isEmpty()) {
-        setCurrentDevice(cards_.empty() ? 0 : 1);
+        chooseFirstInput();
         return true;
     }
     const auto current =
@@ -56,6 +65,10 @@ bool CardList::refresh() {
 
 int CardList::deviceCount() const {
     return static_cast<int>(cards_.size());
+}
+
+int CardList::inputCount() const {
+    return static_cast<int>(std::count_if(cards_.begin(), cards_.end(), isInput));
 }
 
 bool CardList::canRecord(int device) const {

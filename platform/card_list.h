@@ -16,6 +16,7 @@ struct Card {
     QStringList lines;
     int activeLine = 1; ///< from 1
     bool canRecord = true;
+    bool isMonitor = false; ///< records an output, not a voice
 
     bool operator==(const Card &) const = default;
 };
@@ -48,7 +49,8 @@ class LineMixer {
     virtual void setProperty(const QString &key, int line, const QString &name, const QVariant &value) = 0;
 };
 
-/// The enumerating half of every backend: numbers cards and lines and follows what comes and goes.
+/// The enumerating half of every backend: numbers cards and lines and follows what comes and goes. The first real input
+/// is current until somebody chooses.
 class CardList : public AudioRecord {
   public:
     /// look: the cards that are there now, in their order. Called by refresh() and once here. mixer outlives the list.
@@ -56,6 +58,7 @@ class CardList : public AudioRecord {
 
     bool refresh() override;
     [[nodiscard]] int deviceCount() const override;
+    [[nodiscard]] int inputCount() const override;
     [[nodiscard]] bool canRecord(int device) const override;
     [[nodiscard]] QString deviceName(int device) const override;
     [[nodiscard]] int currentDevice() const override { return currentDevice_; }
@@ -81,6 +84,9 @@ class CardList : public AudioRecord {
     [[nodiscard]] QString key(int device) const;
 
   private:
+    /// What look() finds, in the order of the numbers.
+    [[nodiscard]] std::vector<Card> lookInOrder() const;
+    void chooseFirstInput() { setCurrentDevice(inputCount() > 0 ? 1 : 0); }
     [[nodiscard]] const Card *find(int device) const;
     /// The current card, when the current line is one of its lines.
     [[nodiscard]] const Card *cardOfLine() const;

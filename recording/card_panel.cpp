@@ -78,7 +78,7 @@ void CardPanel::listCards() {
 
 void CardPanel::selectCard(int position) {
     const bool valid = position >= 0 && position < cobKaart->count();
-    cobKaart->setCurrentIndex(valid ? position : 0);
+    cobKaart->setCurrentIndex(valid ? position : cobKaart->findData(platform_.sound.audioRecord().currentDevice()));
 }
 
 void CardPanel::cobKaart_Click() {

@@ -27,7 +27,7 @@ class CardPanel : public QWidget {
 
     /// Fills the list with the cards that can record; the current card stays current.
     void listCards();
-    /// Selects a list position; one that is not in the list selects the first card.
+    /// Selects a list position; one that is not in the list selects the current card: the first that is no monitor.
     void selectCard(int position);
     /// The list position to store: that of the card that was chosen last, also while it is unplugged.
     [[nodiscard]] int chosenCard() const { return chosenCard_; }

@@ -44,7 +44,7 @@ struct PulseSink {
 };
 
 struct PulseDevices {
-    std::vector<PulseSource> sources; ///< real inputs first, then monitors, each by name: plugging one leaves the rest
+    std::vector<PulseSource> sources; ///< by name: plugging one leaves the order of the rest
     std::vector<PulseSink> sinks;     ///< by name
     QByteArray defaultSink;
 

@@ -129,8 +129,10 @@ bool PulseRecorder::hasStreamOf(const QString &source) const {
 }
 
 void PulseRecorder::openStream() {
-    if (source_.isEmpty()) {
-        source_ = cards_.key(device_ + 1); // it was not there yet when the number was set
+    if (!device_) {
+        source_ = cards_.key(cards_.currentDevice());
+    } else if (source_.isEmpty()) {
+        source_ = cards_.key(*device_ + 1); // it was not there yet when the number was set
     }
     if (source_.isEmpty()) {
         throwDeviceError("de geluidskaart is niet gevonden");

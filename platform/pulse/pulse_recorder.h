@@ -55,7 +55,7 @@ class PulseRecorder : public WaveRecorder {
     PulseServer &server_;
     const CardList &cards_;
     QString path_;
-    int device_ = 0;
+    std::optional<int> device_;
     QString source_;
     pa_stream *stream_ = nullptr;
     QString streamSource_;                           ///< what stream_ records from

@@ -5,7 +5,6 @@
 #include <algorithm>
 #include <pulse/pulseaudio.h>
 #include <span>
-#include <tuple>
 
 namespace orvel {
 namespace {
@@ -215,11 +214,9 @@ void PulseServer::askForDevices() {
 }
 
 void PulseServer::devicesComplete() {
-    std::sort(arriving_.sources.begin(), arriving_.sources.end(), [](const PulseSource &a, const PulseSource &b) {
-        return std::tie(a.isMonitor, a.name) < std::tie(b.isMonitor, b.name);
-    });
-    std::sort(arriving_.sinks.begin(), arriving_.sinks.end(),
-              [](const PulseSink &a, const PulseSink &b) { return a.name < b.name; });
+    const auto byName = [](const auto &a, const auto &b) { return a.name < b.name; };
+    std::sort(arriving_.sources.begin(), arriving_.sources.end(), byName);
+    std::sort(arriving_.sinks.begin(), arriving_.sinks.end(), byName);
     for (PulseSource &source : arriving_.sources) {
         const auto card = cardNames_.find(source.card);
         source.cardName = card == cardNames_.end() ? QByteArray() : card->second;

@@ -23,6 +23,7 @@ std::vector<Card> cardsOf(const PulseServer &server) {
             card.lines << source.description;
         }
         card.activeLine = source.activePort + 1;
+        card.isMonitor = source.isMonitor;
         cards.push_back(card);
     }
     return cards;

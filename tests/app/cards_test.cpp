@@ -14,6 +14,13 @@ std::vector<Card> twoCards() {
         {desk, QStringLiteral("Mengtafel"), {QStringLiteral("Lijn"), QStringLiteral("Micro"), QStringLiteral("Aux")}}};
 }
 
+/// A microphone behind what records an output.
+std::vector<Card> monitorAndMicrophone() {
+    Card monitor{QStringLiteral("m"), QStringLiteral("Monitor"), {QStringLiteral("Uitgang")}};
+    monitor.isMonitor = true;
+    return {monitor, twoCards().front()};
+}
+
 class Cards : public Station {
   protected:
     void startWith(std::vector<Card> cards, const QString &settings = {}) {
@@ -127,6 +134,30 @@ TEST_F(Cards, TheChosenCardIsNotReplacedWhileItIsAwayAndIsChosenAgainWhenItRetur
     replug(twoCards());
     EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Mengtafel"));
     EXPECT_EQ(shownStrips(), 3);
+}
+
+TEST_F(Cards, AMonitorIsListedLastAndNotChosenByItself) {
+    for (const char *settings : {"", "[Audio]\nRecCard=9", "[Audio]\nRecCard=-1"}) {
+        startWith(monitorAndMicrophone(), QString::fromLatin1(settings));
+        EXPECT_EQ(panel->cobKaart->count(), 2);
+        EXPECT_EQ(panel->cobKaart->itemText(1), QStringLiteral("Monitor"));
+        EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Microfoon")) << settings;
+        EXPECT_EQ(sound.recorderDevice(), 0);
+    }
+    replug({monitorAndMicrophone().front()});
+    EXPECT_EQ(panel->cobKaart->currentIndex(), -1) << "nor when the microphone is unplugged";
+    replug(monitorAndMicrophone());
+    EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Microfoon"));
+    EXPECT_EQ(sound.recorderDevice(), 0);
+}
+
+TEST_F(Cards, AMonitorThatThePresenterChoseStaysChosen) {
+    startWith(monitorAndMicrophone(), QStringLiteral("[Audio]\nRecCard=1"));
+    EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Monitor"));
+    EXPECT_EQ(sound.recorderDevice(), 1);
+    replug({monitorAndMicrophone().front()});
+    EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Monitor"));
+    EXPECT_EQ(sound.recorderDevice(), 0);
 }
 
 TEST_F(Cards, AVolumeThatSomebodyElseMovedIsShown) {

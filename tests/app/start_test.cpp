@@ -28,6 +28,21 @@ TEST_F(Station, WithoutASoundCardTheProgramEndsAndWritesNothing) {
     EXPECT_EQ(content(QStringLiteral("orvel.ini")), before);
 }
 
+/// PipeWire makes itself an output when there is no card; what records it was taken for a microphone, and a silent take
+/// was recorded.
+TEST_F(Station, WhatRecordsAnOutputIsNoSoundCard) {
+    configure(QStringLiteral("[Audio]\nRecCard=0"));
+    const QByteArray before = content(QStringLiteral("orvel.ini"));
+    Card monitor{QStringLiteral("m"), QStringLiteral("Monitor of Dummy Output"), {QStringLiteral("Ingang")}};
+    monitor.isMonitor = true;
+    sound.plug({monitor});
+    sound.audioRecord().refresh();
+    prompts.expectMessage(QStringLiteral("Geen geluidskaart gevonden !"), QStringLiteral("Fatale fout"),
+                          MessageIcon::Critical);
+    EXPECT_FALSE(start());
+    EXPECT_EQ(content(QStringLiteral("orvel.ini")), before);
+}
+
 TEST_F(Station, ABitRateOutsideTheTableLeavesTheWriterWithoutAFormat) {
     configure(QStringLiteral("[Audio]\nBitRate=7"));
     ASSERT_TRUE(start());

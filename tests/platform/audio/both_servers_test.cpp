@@ -186,6 +186,20 @@ TEST_P(RecordingFromPipeWire, ASuspendedSourceIsNotRefused) {
     EXPECT_TRUE(comesTrue([&] { return card->recorder().status().frames > 0; }));
 }
 
+/// PipeWire without devices makes itself "Dummy Output", whose monitor was taken for a microphone.
+TEST(PipeWireWithoutDevices, HasNoInput) {
+    const test::PrivatePipeWire server;
+    PulseSoundCard card;
+    AudioRecord &cards = card.audioRecord();
+    EXPECT_TRUE(comesTrue([&] {
+        cards.refresh();
+        return cards.deviceName(1) == "Monitor of Dummy Output";
+    }));
+    EXPECT_EQ(cards.inputCount(), 0);
+    EXPECT_EQ(cards.currentDevice(), 0);
+    EXPECT_EQ(test::errorOf([&] { card.recorder().start(); }), 57) << "nor is it recorded from unasked";
+}
+
 std::string titleOf(const testing::TestParamInfo<Microphone> &info) {
     const Microphone &mic = info.param;
     return nameOf(mic.server) + std::to_string(mic.channels) + "channels" + std::to_string(mic.rate);

@@ -84,6 +84,56 @@ TEST(CardList, TheFirstCardThatComesIsCurrent) {
     EXPECT_EQ(record.currentDevice(), 1);
 }
 
+/// A computer without a card has a "Monitor of Dummy Output" on PipeWire: it counted as a card, was chosen by itself,
+/// and a silent take was recorded from it.
+Card monitor(const char *key, const char *name) {
+    Card card{QString::fromUtf8(key), QString::fromUtf8(name), {QStringLiteral("Ingang")}};
+    card.isMonitor = true;
+    return card;
+}
+
+TEST(CardList, MonitorsComeLastAndAreNoInputs) {
+    FakeSoundCard sound({monitor("m", "M"), card("a", "A"), monitor("n", "N"), card("b", "B")});
+    AudioRecord &record = sound.audioRecord();
+    QStringList names;
+    for (int number = 1; number <= record.deviceCount(); ++number) {
+        names << record.deviceName(number);
+        EXPECT_TRUE(record.canRecord(number)) << "who chooses a monitor records from it";
+    }
+    EXPECT_EQ(names, (QStringList{"A", "B", "M", "N"}));
+    EXPECT_EQ(record.inputCount(), 2);
+    EXPECT_EQ(record.currentDevice(), 1);
+}
+
+TEST(CardList, AMonitorIsNeverCurrentByItself) {
+    FakeSoundCard sound({monitor("m", "M")});
+    AudioRecord &record = sound.audioRecord();
+    EXPECT_EQ(record.currentDevice(), 0);
+    EXPECT_EQ(record.inputCount(), 0);
+    sound.plug({monitor("m", "M"), monitor("n", "N")});
+    EXPECT_TRUE(record.refresh());
+    EXPECT_EQ(record.currentDevice(), 0);
+    sound.plug({monitor("m", "M"), monitor("n", "N"), card("a", "A")});
+    EXPECT_TRUE(record.refresh());
+    EXPECT_EQ(record.currentDevice(), 1);
+    EXPECT_EQ(record.deviceName(1), "A");
+    sound.plug({monitor("m", "M")});
+    EXPECT_TRUE(record.refresh());
+    EXPECT_EQ(record.currentDevice(), 0) << "nor when the chosen card goes";
+}
+
+TEST(CardList, AMonitorThatWasChosenStaysChosen) {
+    FakeSoundCard sound({card("a", "A"), monitor("m", "M")});
+    AudioRecord &record = sound.audioRecord();
+    record.setCurrentDevice(2);
+    sound.plug({card("a", "A"), card("b", "B"), monitor("m", "M")});
+    EXPECT_TRUE(record.refresh());
+    EXPECT_EQ(record.currentDevice(), 3);
+    sound.plug({monitor("m", "M")});
+    EXPECT_TRUE(record.refresh());
+    EXPECT_EQ(record.currentDevice(), 1);
+}
+
 class FakeRecorderTest : public testing::Test {
   protected:
     FakeRecorderTest() : path(folder.path("take.wav")) { sound.recorder().setFileName(path); }

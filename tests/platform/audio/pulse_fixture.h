@@ -27,8 +27,11 @@ bool comesTrue(Condition condition) {
 /// A sound server of the test's own, and a card that is connected to it once the test says so.
 class PulseFixture : public testing::Test {
   protected:
-    /// A card for what the server has now.
-    SoundCard &connect() { return card.emplace(); }
+    /// A card for what the server has now. The first of the list is chosen, also where it is a monitor.
+    SoundCard &connect() {
+        card.emplace().audioRecord().setCurrentDevice(1);
+        return *card;
+    }
 
     /// A file with a sine of amplitude 0.5; the name's extension tells the kind.
     QString tone(const char *name, const char *seconds, const char *hertz, const char *rate = "44100",

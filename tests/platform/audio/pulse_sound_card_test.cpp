@@ -54,7 +54,7 @@ TEST_F(PulseTest, ListsRealInputsBeforeMonitors) {
     pulse.loadNullSink("A");
     pulse.load("module-remap-source",
                {"master=B.monitor", "source_name=z-mic", "source_properties=device.description=Microfoon"});
-    AudioRecord &record = connect().audioRecord();
+    AudioRecord &record = card.emplace().audioRecord();
     EXPECT_EQ(namesOf(record), (QStringList{"Microfoon", "Monitor of A", "Monitor of B"}));
     EXPECT_EQ(record.currentDevice(), 1);
     EXPECT_TRUE(record.canRecord(1));
@@ -81,7 +81,7 @@ TEST_F(PulseTest, FollowsCardsThatComeAndGo) {
 
 TEST_F(PulseTest, FindsAServerThatComesLater) {
     pulse.kill();
-    AudioRecord &record = connect().audioRecord();
+    AudioRecord &record = card.emplace().audioRecord();
     EXPECT_EQ(record.deviceCount(), 0);
     EXPECT_EQ(record.currentDevice(), 0);
     EXPECT_FALSE(record.canRecord(1));
@@ -89,8 +89,9 @@ TEST_F(PulseTest, FindsAServerThatComesLater) {
     EXPECT_EQ(errorOf([&] { startTake("a.wav"); }), 57);
     EXPECT_EQ(errorOf([&] { card->audioPlayer().setOutputMute(true); }), 0) << "there is nothing to mute";
     pulse.restart();
-    pulse.loadNullSink("A");
+    pulse.load("module-null-source", {"source_name=mic"});
     EXPECT_TRUE(comesTrue([&] { return record.refresh() && record.deviceCount() == 1; }));
+    EXPECT_EQ(record.currentDevice(), 1);
     EXPECT_EQ(errorOf([&] { startTake("a.wav"); }), 0);
 }
 
