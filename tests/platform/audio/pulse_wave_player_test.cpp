@@ -80,10 +80,7 @@ TEST_F(WavePlayerTest, AFileThatClaimsMadnessIsRefusedBeforeMemoryIsTakenForIt) 
     const std::int64_t before = mostMemory();
     EXPECT_EQ(errorOf([&] { play(path); }), 57);
     EXPECT_EQ(player->length(), 0);
-    test::writeContent(path, test::wavThatClaims(384'000, 32));
-    player->setOutput({.bufferSize = 1 << 30, .buffers = 1 << 30});
-    EXPECT_EQ(errorOf([&] { play(path); }), 0);
-    EXPECT_LT(mostMemory() - before, INT64_C(200) << 20);
+    EXPECT_LT(mostMemory() - before, INT64_C(20) << 20);
 }
 
 TEST_F(WavePlayerTest, PlaysTheWholeFileOnTheChosenOutput) {
