@@ -9,19 +9,51 @@
 #include <QRegularExpression>
 
 #include <algorithm>
+#include <optional>
+#include <utility>
+#include <vector>
 
 namespace orvel {
 
 namespace {
 
-/// The time in a kept file's name, which sorts by age; empty for a file that was not kept by this class.
-QString stampOf(const QString &fileName) {
-    static const QRegularExpression stamp(QStringLiteral("\\.(\\d{8}-\\d{6}-\\d{3}-\\d{3})(\\.[^.]*)?$"));
-    return stamp.match(fileName).captured(1);
+/// A file that was kept by this class, by what its name tells.
+struct Kept {
+    QString name;
+    /// Counts up over the whole folder; 0 for the files of before it was counted.
+    qint64 number;
+    QString stamp;
+};
+
+/// Clocks are set back and forth, so that the number tells the order of keeping; the stamp is for people, and for files
+/// without a number. Names of another form are somebody else's.
+std::optional<Kept> keptFile(const QString &name) {
+    static const QRegularExpression form(QStringLiteral("\\.(\\d{8}-\\d{6}-\\d{3}-(?:\\d{3}|(\\d{6,9})))(\\.[^.]*)?$"));
+    const QRegularExpressionMatch match = form.match(name);
+    if (!match.hasMatch()) {
+        return {};
+    }
+    return Kept{name, match.captured(2).toLongLong(), match.captured(1)};
 }
 
-QString extensionOf(const QFileInfo &file) {
-    return file.suffix().isEmpty() ? QString() : u'.' + file.suffix();
+bool isOlder(const Kept &a, const Kept &b) {
+    return a.number != b.number ? a.number < b.number : a.stamp < b.stamp;
+}
+
+std::vector<Kept> filesKeptIn(const FileSystem &files, const QString &folder) {
+    QStringList names;
+    ignoringErrors([&] { names = files.list(folder, QStringLiteral("*")); });
+    std::vector<Kept> kept;
+    for (const QString &name : std::as_const(names)) {
+        if (auto file = keptFile(name)) {
+            kept.push_back(std::move(*file));
+        }
+    }
+    return kept;
+}
+
+bool isOfKind(const QString &name, const QString &extension) {
+    return QFileInfo(name).suffix().compare(extension, Qt::CaseInsensitive) == 0;
 }
 
 } // namespace
@@ -30,11 +62,16 @@ Recovery::Recovery(FileSystem &files, const QString &programFolder)
     : files_(files), folder_(joined(programFolder, QStringLiteral("\\herstel"))) {}
 
 QString Recovery::newPlace(const QString &path) const {
+    qint64 number = 0;
+    for (const Kept &kept : filesKeptIn(files_, folder_)) {
+        number = std::max(number, kept.number);
+    }
     const QFileInfo file(path);
     const QString stamp = QDateTime::currentDateTime().toString(QStringLiteral("yyyyMMdd-HHmmss-zzz"));
     const QString start = folder_ + u'/' + file.completeBaseName() + u'.' + stamp + u'-';
-    for (int number = 0;; ++number) {
-        const QString place = start + QStringLiteral("%1").arg(number, 3, 10, QLatin1Char('0')) + extensionOf(file);
+    const QString end = file.suffix().isEmpty() ? QString() : u'.' + file.suffix();
+    for (;;) {
+        const QString place = start + QStringLiteral("%1").arg(++number, 6, 10, QLatin1Char('0')) + end;
         if (!files_.fileExists(place)) {
             return place;
         }
@@ -45,18 +82,19 @@ QString Recovery::keep(const QString &path) {
     files_.makeFolder(folder_);
     const QString place = newPlace(path);
     files_.move(path, place);
-    dropOldest(extensionOf(QFileInfo(path)));
+    dropOldest(place);
     return place;
 }
 
 bool Recovery::keepCopy(const QString &path) {
     try {
         files_.makeFolder(folder_);
-        files_.copy(path, newPlace(path));
+        const QString place = newPlace(path);
+        files_.copy(path, place);
+        dropOldest(place);
     } catch (const RuntimeError &) {
         return false;
     }
-    dropOldest(extensionOf(QFileInfo(path)));
     return true;
 }
 
@@ -64,14 +102,14 @@ void Recovery::discard(const QString &kept) {
     ignoringErrors([&] { files_.remove(kept); });
 }
 
-void Recovery::dropOldest(const QString &extension) {
-    QStringList names;
-    ignoringErrors([&] { names = files_.list(folder_, u'*' + extension); });
-    names.removeIf([](const QString &name) { return stampOf(name).isEmpty(); });
-    std::sort(names.begin(), names.end(), [](const QString &a, const QString &b) { return stampOf(a) < stampOf(b); });
-    while (names.size() > keptFiles) {
-        const QString oldest = names.takeFirst();
-        ignoringErrors([&] { files_.remove(folder_ + u'/' + oldest); });
+void Recovery::dropOldest(const QString &newest) {
+    const QFileInfo last(newest);
+    std::vector<Kept> others = filesKeptIn(files_, folder_);
+    std::erase_if(
+        others, [&](const Kept &kept) { return kept.name == last.fileName() || !isOfKind(kept.name, last.suffix()); });
+    std::sort(others.begin(), others.end(), isOlder);
+    for (std::size_t i = 0; i + keptFiles - 1 < others.size(); ++i) {
+        ignoringErrors([&] { files_.remove(folder_ + u'/' + others[i].name); });
     }
 }
 

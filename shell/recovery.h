@@ -7,8 +7,9 @@ namespace orvel {
 class FileSystem;
 
 /// The folder "herstel" in the program folder: what was recorded but not filed, and playlists as they were before they
-/// were changed. The newest fifty of each kind (by extension) stay; files that somebody else put there are never
-/// touched.
+/// were changed. The fifty of each kind (by extension) that were kept last stay; files that somebody else put there are
+/// never touched. Kept files are called name.yyyyMMdd-HHmmss-zzz-NNNNNN.extension, where the last number counts up over
+/// the whole folder.
 class Recovery {
   public:
     static constexpr int keptFiles = 50;
@@ -25,7 +26,7 @@ class Recovery {
 
   private:
     [[nodiscard]] QString newPlace(const QString &path) const;
-    void dropOldest(const QString &extension);
+    void dropOldest(const QString &newest);
 
     FileSystem &files_;
     QString folder_;

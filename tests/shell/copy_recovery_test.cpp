@@ -108,6 +108,47 @@ TEST_F(CopyAndRecovery, EachKindHasItsNewestFiftyAndFilesOfOthersStay) {
     EXPECT_TRUE(kept().contains(QStringLiteral("oud.20200101-000000-001-000.wav")));
 }
 
+// The clock had been ahead: fifty files bore later stamps, and the take that was kept was the first to go.
+TEST_F(CopyAndRecovery, TheOrderOfKeepingCountsWhateverTheClockSaid) {
+    QDir(folder.path()).mkdir(QStringLiteral("herstel"));
+    for (int number = 0; number < Recovery::keptFiles; ++number) {
+        writeContent(
+            folder.path(
+                QStringLiteral("herstel/later.29990101-000000-%1-000.wav").arg(number, 3, 10, QLatin1Char('0'))),
+            "later");
+    }
+    writeContent(folder.path("herstel/nog later.29990101-000000-999-000007.mdb"), "lijst");
+    QStringList places;
+    for (int take = 0; take < Recovery::keptFiles + 2; ++take) {
+        writeContent(folder.path("x.wav"), QByteArray::number(take));
+        places << recovery.keep(folder.path("x.wav"));
+        ASSERT_EQ(contentOf(places.last()), QByteArray::number(take)) << "just kept, and gone";
+        EXPECT_EQ(kept("*.wav").size(), Recovery::keptFiles);
+        if (take == 0) {
+            EXPECT_FALSE(kept().contains(QStringLiteral("later.29990101-000000-000-000.wav")));
+            EXPECT_TRUE(kept().contains(QStringLiteral("later.29990101-000000-001-000.wav")));
+            EXPECT_TRUE(places.last().endsWith(QStringLiteral("-000008.wav"))) << "one number for all kinds";
+        }
+    }
+    EXPECT_TRUE(kept("later*").isEmpty());
+    EXPECT_FALSE(disk.fileExists(places.at(0)));
+    EXPECT_FALSE(disk.fileExists(places.at(1)));
+    EXPECT_TRUE(disk.fileExists(places.at(2)));
+}
+
+// A folder that cannot be listed tells no numbers: what stands there is not replaced, and what was kept stays.
+TEST_F(CopyAndRecovery, AFolderThatCannotBeListedLosesNothing) {
+    files.fail(Operation::List, QStringLiteral("herstel"), ErrorNumber::PermissionDenied);
+    QStringList places;
+    for (int take = 0; take < 5; ++take) {
+        writeContent(folder.path("x.wav"), QByteArray::number(take));
+        places << recovery.keep(folder.path("x.wav"));
+    }
+    for (int take = 0; take < 5; ++take) {
+        EXPECT_EQ(contentOf(places.at(take)), QByteArray::number(take));
+    }
+}
+
 TEST_F(CopyAndRecovery, WhatCannotBeKeptStaysWhereItIs) {
     writeContent(folder.path("x.wav"), "stem");
     files.fail(Operation::Move, QStringLiteral("herstel"), ErrorNumber::DiskFull);
