@@ -26,9 +26,9 @@ void Completion::CheckLijst() {
 void Completion::finishPlaylist() {
     const QString name = playlist_.fileName();
     grid_.closePlaylist();
-    const QString toDo = joined(settings_.NewPath, QStringLiteral("\\") + name);
+    const QString toDo = inFolder(settings_.NewPath, name);
     if (!settings_.ServerMode) {
-        files_.copy(toDo, joined(settings_.OkPath, QStringLiteral("\\") + name));
+        files_.copy(toDo, inFolder(settings_.OkPath, name));
     }
     files_.remove(toDo);
     lists_.refreshNew();

@@ -130,7 +130,7 @@ std::optional<QStringList> FilePanel::wantedGone(const QListWidget &list, const 
     }
     QStringList paths;
     for (const QString &file : names) {
-        paths.append(joined(folder, QStringLiteral("\\") + file));
+        paths.append(inFolder(folder, file));
     }
     return paths;
 }

@@ -94,7 +94,7 @@ void frmExport::copy(const std::vector<Source> &sources, const QString &target) 
     int copied = 0;
     for (const Source &source : sources) {
         const ShellCopyResult part = Global::ShellCopyFile(
-            context_.platform, this, joined(source.folder, QStringLiteral("\\") + source.pattern), target, false,
+            context_.platform, this, inFolder(source.folder, source.pattern), target, false,
             QStringLiteral("Copieert...."), [this] { barProgres->setValue(barProgres->value() + 1); });
         copied += part.copied;
         if (part.stopped) {

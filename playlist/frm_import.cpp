@@ -17,10 +17,6 @@ namespace {
 
 const QString playlistPattern = QStringLiteral("*.mdb");
 
-QString inFolder(const QString &folder, const QString &name) {
-    return joined(folder, QStringLiteral("\\") + name);
-}
-
 } // namespace
 
 frmImport::frmImport(TransferContext context, QWidget *parent)

@@ -27,7 +27,7 @@ Playlist::Playlist(DatabaseEngine &databases, std::function<void(const QString &
 void Playlist::open(const QString &newPath, const QString &name) {
     close();
     fileName_ = name;
-    fullPath_ = joined(newPath, QStringLiteral("\\") + name);
+    fullPath_ = inFolder(newPath, name);
     const auto database = databases_.open(fullPath_);
     countPresentations(*database);
     steps_ = database->query(QStringLiteral("SELECT * FROM Steps ORDER BY [Stap]"));

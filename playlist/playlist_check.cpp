@@ -29,7 +29,7 @@ bool mayPass(ErrorNumber number) {
 } // namespace
 
 QString PlaylistCheck::problem(const QString &folder, const QString &name) {
-    const QString path = joined(folder, QStringLiteral("\\") + name);
+    const QString path = inFolder(folder, name);
     const QFileInfo file(path);
     Answer &known = answers_[path];
     const qint64 time = file.lastModified().toMSecsSinceEpoch();

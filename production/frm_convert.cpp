@@ -50,7 +50,7 @@ void frmConvert::showState() {
 }
 
 QString frmConvert::sourcePath(const QString &file) const {
-    return joined(browser->folder(), QStringLiteral("\\") + file);
+    return inFolder(browser->folder(), file);
 }
 
 QString frmConvert::targetPath(const QString &name) const {

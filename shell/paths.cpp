@@ -23,6 +23,10 @@ QString joined(const QString &folder, const QString &literal) {
     return folder + tail;
 }
 
+QString inFolder(const QString &folder, const QString &name) {
+    return folder + QDir::separator() + name;
+}
+
 namespace {
 
 /// Names that Windows keeps for devices, whatever extension follows.

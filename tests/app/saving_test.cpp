@@ -344,6 +344,45 @@ TEST_F(Saving, DeletingAllClosesTheOpenPlaylist) {
     EXPECT_FALSE(window->datList.isOpen());
 }
 
+// A backslash in a playlist's name was taken for a folder: the button deleted, and a click opened, a file outside the
+// station.
+TEST_F(Saving, ABackslashInANameIsACharacterLikeAnyOther) {
+    const QString tricky = QStringLiteral("map.mdb\\..\\..\\buiten.mdb");
+    QDir(folder.path()).mkpath(QStringLiteral("new/map.mdb"));
+    addPlaylist(QStringLiteral("no-steps.mdb"), QStringLiteral("../buiten.mdb"));
+    addPlaylist(demo, tricky);
+    disk.write(path(QStringLiteral("ok/")) + tricky, "klaar");
+    ASSERT_TRUE(start());
+    open(tricky);
+    EXPECT_GT(window->datList.stepCount(), 0);
+    prompts.expectAsk(QStringLiteral("Wenst U het bestand %1 te verwijderen ?").arg(tricky),
+                      QStringLiteral("Playlists verwijderen"), true);
+    click(window->filePanel->cmdWisNew);
+    EXPECT_TRUE(exists(QStringLiteral("buiten.mdb")));
+    EXPECT_TRUE(filesIn(QStringLiteral("new")).isEmpty());
+    EXPECT_EQ(content(QStringLiteral("ok/") + tricky), "klaar");
+    window->filePanel->tabFiles->setCurrentIndex(1);
+    prompts.expectAsk(QStringLiteral("Wenst U ALLE afgewerkte playlists te verwijderen ?"),
+                      QStringLiteral("Playlists verwijderen"), true);
+    click(window->filePanel->cdmWisKlaar);
+    EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
+}
+
+TEST_F(Saving, APlaylistWithABackslashInItsNameIsFinishedUnderThatName) {
+    const QString tricky = QStringLiteral("avond\\lijst.mdb");
+    addPlaylist(demo, tricky);
+    ASSERT_TRUE(start());
+    open(tricky);
+    row = nextPresentation(0);
+    select(row);
+    finishAllBut(row);
+    record(300);
+    prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), true);
+    save();
+    EXPECT_TRUE(filesIn(QStringLiteral("new")).isEmpty());
+    EXPECT_EQ(filesIn(QStringLiteral("ok")).filter(QStringLiteral(".mdb")), QStringList{tricky});
+}
+
 TEST_F(Saving, DeletingToDoPlaylistsIgnoresEveryError) {
     addPlaylist(demo, QStringLiteral("een.mdb"));
     ASSERT_TRUE(start());

@@ -49,6 +49,19 @@ class Transfer : public Station {
 
 } // namespace
 
+// The name was taken for a path: the import said that the copy was missing, and left the source.
+TEST_F(Transfer, ABackslashInANameIsACharacterLikeAnyOther) {
+    const QString tricky = QStringLiteral("een\\twee.mdb");
+    putOnStick(tricky);
+    openImport(forced());
+    prompts.expectAsk(mayDelete, deleteTitle, true);
+    click(import->cmdImport);
+    EXPECT_TRUE(filesIn(QStringLiteral("stick")).isEmpty());
+    EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{tricky});
+    ASSERT_NE(toDo(tricky), nullptr);
+    EXPECT_TRUE(toDo(tricky)->toolTip().isEmpty()) << "it is a playlist like any other";
+}
+
 TEST_F(Transfer, PlaylistsAreCopiedAndTheSourcesDeletedOnYes) {
     putOnStick(QStringLiteral("een.mdb"));
     putOnStick(QStringLiteral("twee.MDB"));

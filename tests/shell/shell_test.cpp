@@ -187,6 +187,12 @@ TEST_F(Shell, RecoveryKeepsTheNewestFiftyAndOverwritesNothing) {
     EXPECT_FALSE(disk.fileExists(first));
 }
 
+TEST(Paths, ANameFromAListIsTakenAsItStands) {
+    EXPECT_EQ(inFolder(QStringLiteral("/p/new"), QStringLiteral("a\\..\\b.mdb")),
+              QStringLiteral("/p/new/a\\..\\b.mdb"));
+    EXPECT_EQ(inFolder(QStringLiteral("/p/a\\b"), QStringLiteral("c")), QStringLiteral("/p/a\\b/c"));
+}
+
 TEST(Paths, NamesThatLeaveTheirFolderAreRefused) {
     const QString folder = QStringLiteral("/p");
     const QString temp = QStringLiteral("\\temp\\");
