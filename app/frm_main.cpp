@@ -26,7 +26,7 @@ const QString errorTitle = QStringLiteral("Foutmelding");
 } // namespace
 
 frmMain::frmMain(Platform &platform, QString programFolder, QString commandLine)
-    : datList(platform.databases, [this](const QString &path) { recovery.keepCopy(path); }),
+    : datList(platform.databases, [this](const QString &path) { keepCopy(path); }),
       recovery(platform.files, programFolder), platform_(platform), programFolder_(std::move(programFolder)),
       commandLine_(std::move(commandLine)), drives_(platform.files, programFolder_), Joystick1(platform.joystick),
       tmrJoystick_(platform.timers.create(joystickMs, MissedTicks::Drop, [this] {
@@ -288,6 +288,13 @@ void frmMain::enableOthers(bool idle) const {
 
 void frmMain::tell(const QString &sentence) const {
     lblStatus->setText(sentence);
+}
+
+void frmMain::keepCopy(const QString &playlist) {
+    const QString problem = recovery.keepCopy(playlist);
+    if (!problem.isEmpty()) {
+        tell(problem);
+    }
 }
 
 void frmMain::setBusy(bool busy) const {

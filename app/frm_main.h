@@ -114,6 +114,8 @@ class frmMain : public QMainWindow {
     void showProcess(bool visible) const;
     void enableOthers(bool idle) const;
     void tell(const QString &sentence) const;
+    /// Of a playlist that is about to be changed for the first time.
+    void keepCopy(const QString &playlist);
     void setBusy(bool busy) const;
 
     Platform &platform_;

@@ -15,6 +15,8 @@ class FileSystem {
     virtual ~FileSystem() = default;
 
     [[nodiscard]] virtual bool fileExists(const QString &path) const = 0;
+    /// Bytes of a file.
+    [[nodiscard]] virtual qint64 fileSize(const QString &path) const = 0;
     [[nodiscard]] virtual bool folderExists(const QString &path) const = 0;
     /// Whether both are the same folder, by whatever path; a folder that does not exist is none.
     [[nodiscard]] virtual bool isSameFolder(const QString &one, const QString &other) const = 0;

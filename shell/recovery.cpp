@@ -6,6 +6,7 @@
 
 #include <QDateTime>
 #include <QFileInfo>
+#include <QObject>
 #include <QRegularExpression>
 
 #include <algorithm>
@@ -86,16 +87,22 @@ QString Recovery::keep(const QString &path) {
     return place;
 }
 
-bool Recovery::keepCopy(const QString &path) {
+QString Recovery::keepCopy(const QString &path) {
+    const auto notKept = [&](const QString &why) {
+        return QObject::tr("Van %1 is geen kopie bewaard in de map herstel (%2).").arg(QFileInfo(path).fileName(), why);
+    };
     try {
+        if (files_.fileSize(path) > largestCopy) {
+            return notKept(QObject::tr("het bestand is te groot"));
+        }
         files_.makeFolder(folder_);
         const QString place = newPlace(path);
         files_.copy(path, place);
         dropOldest(place);
-    } catch (const RuntimeError &) {
-        return false;
+    } catch (const RuntimeError &error) {
+        return notKept(error.description());
     }
-    return true;
+    return {};
 }
 
 void Recovery::discard(const QString &kept) {

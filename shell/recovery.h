@@ -13,14 +13,16 @@ class FileSystem;
 class Recovery {
   public:
     static constexpr int keptFiles = 50;
+    static constexpr qint64 largestCopy = qint64{16} * 1024 * 1024; ///< bytes; playlists have less than a million
 
     Recovery(FileSystem &files, const QString &programFolder);
 
     /// Moves a file there under its name and the present time; gives its new path. Throws what the disk throws; the
     /// file then stays where it is.
     QString keep(const QString &path);
-    /// Copies a file there; false when that failed, which must not keep the presenter from working.
-    bool keepCopy(const QString &path);
+    /// Copies a file there. What fails must not keep the presenter from working: gives a sentence that tells it, else
+    /// nothing. A file beyond any playlist's size is not copied: it would take the room that takes need.
+    QString keepCopy(const QString &path);
     /// Drops a kept file that was filed after all.
     void discard(const QString &kept);
 

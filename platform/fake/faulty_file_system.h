@@ -21,6 +21,7 @@ class FaultyFileSystem : public FileSystem {
     void heal() { faults_.clear(); }
 
     [[nodiscard]] bool fileExists(const QString &path) const override { return real_.fileExists(path); }
+    [[nodiscard]] qint64 fileSize(const QString &path) const override { return real_.fileSize(path); }
     [[nodiscard]] bool folderExists(const QString &path) const override { return real_.folderExists(path); }
     [[nodiscard]] bool isSameFolder(const QString &one, const QString &other) const override {
         return real_.isSameFolder(one, other);

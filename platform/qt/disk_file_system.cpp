@@ -71,6 +71,13 @@ bool DiskFileSystem::fileExists(const QString &path) const {
     return QFileInfo(path).isFile();
 }
 
+qint64 DiskFileSystem::fileSize(const QString &path) const {
+    if (!fileExists(path)) {
+        throw missing(path);
+    }
+    return QFileInfo(path).size();
+}
+
 bool DiskFileSystem::folderExists(const QString &path) const {
     return !path.isEmpty() && QFileInfo(path).isDir();
 }

@@ -9,6 +9,7 @@ namespace orvel {
 class DiskFileSystem : public FileSystem {
   public:
     [[nodiscard]] bool fileExists(const QString &path) const override;
+    [[nodiscard]] qint64 fileSize(const QString &path) const override;
     [[nodiscard]] bool folderExists(const QString &path) const override;
     [[nodiscard]] bool isSameFolder(const QString &one, const QString &other) const override;
     [[nodiscard]] QStringList list(const QString &folder, const QString &pattern) const override;

@@ -173,6 +173,28 @@ TEST_F(Recording, StartingClearsTheStepsMarkAndKeepsACopyOfThePlaylist) {
 }
 
 TEST_F(Recording, ASecondClickStartsTheCountDownOver) {
+// The copy had no bound: a playlist of 100 GiB, most of it holes, filled the disk at the first click.
+TEST_F(Recording, APlaylistTooLargeToCopyIsMarkedAndTheStatusLineTellsIt) {
+    openDemo();
+    QFile list(path(QStringLiteral("new/") + demo));
+    ASSERT_TRUE(list.resize(qint64{64} * 1024 * 1024));
+    window->gridPanel->setCurrentImported(true);
+    EXPECT_TRUE(imported(row));
+    EXPECT_TRUE(filesIn(QStringLiteral("herstel")).isEmpty());
+    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("te groot")))
+        << window->lblStatus->text().toStdString();
+    EXPECT_TRUE(window->lblStatus->text().contains(demo));
+}
+
+TEST_F(Recording, ACopyOfThePlaylistThatFailsIsToldAndTheMarkIsWritten) {
+    openDemo();
+    files.fail(FaultyFileSystem::Operation::Copy, QStringLiteral("herstel"), ErrorNumber::DiskFull);
+    window->gridPanel->setCurrentImported(true);
+    EXPECT_TRUE(imported(row));
+    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("De schijf is vol")))
+        << window->lblStatus->text().toStdString();
+}
+
     openDemo();
     click(rec->cmdRec);
     timers.advance(2500);

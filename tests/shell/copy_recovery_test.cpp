@@ -154,11 +154,25 @@ TEST_F(CopyAndRecovery, WhatCannotBeKeptStaysWhereItIs) {
     files.fail(Operation::Move, QStringLiteral("herstel"), ErrorNumber::DiskFull);
     EXPECT_EQ(errorOf([&] { recovery.keep(folder.path("x.wav")); }), 61);
     EXPECT_EQ(contentOf(folder.path("x.wav")), "stem");
-    EXPECT_TRUE(recovery.keepCopy(folder.path("x.wav")));
+    EXPECT_EQ(recovery.keepCopy(folder.path("x.wav")), QString());
     EXPECT_EQ(contentOf(folder.path("x.wav")), "stem");
     EXPECT_EQ(kept().size(), 1);
     files.fail(Operation::Copy, QStringLiteral("herstel"), ErrorNumber::DiskFull);
-    EXPECT_FALSE(recovery.keepCopy(folder.path("x.wav")));
+    EXPECT_EQ(recovery.keepCopy(folder.path("x.wav")),
+              QStringLiteral("Van x.wav is geen kopie bewaard in de map herstel (De schijf is vol)."));
+    EXPECT_EQ(kept().size(), 1);
+}
+
+// A file of any size was copied: one of 100 GiB, most of it holes, filled the disk.
+TEST_F(CopyAndRecovery, AFileBeyondAnyPlaylistsSizeIsNotCopied) {
+    QFile list(folder.path("lijst.mdb"));
+    ASSERT_TRUE(list.open(QIODevice::WriteOnly));
+    ASSERT_TRUE(list.resize(qint64{16} * 1024 * 1024 + 1));
+    EXPECT_EQ(recovery.keepCopy(list.fileName()),
+              QStringLiteral("Van lijst.mdb is geen kopie bewaard in de map herstel (het bestand is te groot)."));
+    EXPECT_TRUE(kept().isEmpty());
+    ASSERT_TRUE(list.resize(qint64{16} * 1024 * 1024));
+    EXPECT_EQ(recovery.keepCopy(list.fileName()), QString());
     EXPECT_EQ(kept().size(), 1);
 }
 
