@@ -98,6 +98,15 @@ void frmStation::cmdSave_Click() {
         cobStation->setFocus();
         return;
     }
+    const QString code = stations_.item(cobStation->currentIndex(), CodeColumn)->text();
+    if (code.isEmpty()) {
+        // Its version would be filed under the name of the general one.
+        platform_.prompts.message(tr("Het station %1 heeft geen code in de stationslijst. Kies een ander station.")
+                                      .arg(cobStation->currentText()),
+                                  QStringLiteral("Ontbrekende gegevens"), MessageIcon::Exclamation);
+        cobStation->setFocus();
+        return;
+    }
     // The window's events run meanwhile.
     saving_ = true;
     setEnabled(false);
@@ -105,7 +114,7 @@ void frmStation::cmdSave_Click() {
         saving_ = false;
         setEnabled(true);
     });
-    if (save_(stations_.item(cobStation->currentIndex(), CodeColumn)->text())) {
+    if (save_(code)) {
         saving_ = false;
         close();
     }
