@@ -234,14 +234,14 @@ void frmConvert::cmdPlay_Click() {
         return;
     }
     cmdPlay->setText(tr("Stop"));
-    cmdPlay->setIcon(QIcon(QStringLiteral(":/icons/stop.svg")));
+    cmdPlay->setIcon(stopIcon_);
 }
 
 void frmConvert::player_End() {
     player_->stop();
     player_->close();
     cmdPlay->setText(tr("Beluister"));
-    cmdPlay->setIcon(QIcon(QStringLiteral(":/icons/play.svg")));
+    cmdPlay->setIcon(playIcon_);
     showState();
 }
 

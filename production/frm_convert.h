@@ -84,6 +84,9 @@ class frmConvert : public QDialog {
     void player_End();
 
     ConvertContext context_;
+    // Made once: a new icon is drawn anew, and its pictures stay in a cache.
+    QIcon playIcon_{QStringLiteral(":/icons/play.svg")};
+    QIcon stopIcon_{QStringLiteral(":/icons/stop.svg")};
     std::unique_ptr<WavePlayer> player_;
     Mp3Format format_;
     bool running_ = false;

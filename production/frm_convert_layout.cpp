@@ -28,7 +28,7 @@ frmConvert::frmConvert(ConvertContext context, QWidget *parent)
       cmdSingle(button(this, "cmdSingle", QStringLiteral("Importeer Bestand"),
                        tr("Gebruik het gekozen bestand voor de gekozen stap"), "")),
       cmdQuit(button(this, "cmdQuit", tr("Sluiten"), tr("Verlaat dit scherm"), ":/icons/exit.svg")),
-      cmdPlay(button(this, "cmdPlay", tr("Beluister"), tr("Beluister het gekozen bestand"), ":/icons/play.svg")),
+      cmdPlay(button(this, "cmdPlay", tr("Beluister"), tr("Beluister het gekozen bestand"), "")),
       progressconvert(new Gauge(this)), lstFailed(new QListWidget(this)), context_(std::move(context)),
       player_(context_.platform.sound.makePlayer()) {
     setObjectName(QStringLiteral("frmConvert"));
@@ -39,6 +39,7 @@ frmConvert::frmConvert(ConvertContext context, QWidget *parent)
     lstFailed->setAccessibleName(tr("Bestanden die niet konden worden omgezet"));
     lstFailed->setSelectionMode(QAbstractItemView::NoSelection);
     lstFailed->setFixedHeight(fontMetrics().height() * 4);
+    cmdPlay->setIcon(playIcon_);
     cmdSingle->setProperty("role", QStringLiteral("primary"));
     layOut();
     player_->setEndHandler([this] { player_End(); });

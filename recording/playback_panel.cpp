@@ -18,14 +18,15 @@ const QString stopCaption = QStringLiteral("Stop Weergave");
 } // namespace
 
 PlaybackPanel::PlaybackPanel(PlaybackContext context, QWidget *parent)
-    : QWidget(parent), cmdPlay(new QPushButton(QIcon(QStringLiteral(":/icons/listen.svg")), listenCaption, this)),
-      context_(std::move(context)), player_(context_.platform.sound.makePlayer()),
+    : QWidget(parent), cmdPlay(new QPushButton(listenCaption, this)), context_(std::move(context)),
+      player_(context_.platform.sound.makePlayer()),
       tmrPlay(context_.platform.timers.create(10, MissedTicks::Drop, [this] { tmrPlay_Timer(); })),
       tmrLevels_(context_.platform.timers.create(40, MissedTicks::Drop, [this] {
           const StereoPeaks peaks = player_->peaks();
           Q_EMIT levelsChanged(peaks.left, peaks.right);
       })) {
     cmdPlay->setObjectName(QStringLiteral("cmdPlay"));
+    cmdPlay->setIcon(listenIcon_);
     cmdPlay->setToolTip(QStringLiteral("Beluister opname"));
     cmdPlay->setEnabled(false);
     auto *layout = new QHBoxLayout(this);
@@ -68,7 +69,7 @@ void PlaybackPanel::play(const QString &path) {
     tmrLevels_->setEnabled(true);
     context_.enableOthers(false);
     cmdPlay->setText(stopCaption);
-    cmdPlay->setIcon(QIcon(QStringLiteral(":/icons/stop.svg")));
+    cmdPlay->setIcon(stopIcon_);
 }
 
 void PlaybackPanel::tmrPlay_Timer() {
@@ -84,7 +85,7 @@ void PlaybackPanel::backToIdle() {
     Q_EMIT levelsChanged(0.0F, 0.0F);
     context_.enableOthers(true);
     cmdPlay->setText(listenCaption);
-    cmdPlay->setIcon(QIcon(QStringLiteral(":/icons/listen.svg")));
+    cmdPlay->setIcon(listenIcon_);
 }
 
 void PlaybackPanel::interrupt() {

@@ -58,6 +58,9 @@ class PlaybackPanel : public QWidget {
     void backToIdle();
 
     PlaybackContext context_;
+    // Made once: a new icon is drawn anew, and its pictures stay in a cache.
+    QIcon listenIcon_{QStringLiteral(":/icons/listen.svg")};
+    QIcon stopIcon_{QStringLiteral(":/icons/stop.svg")};
     std::unique_ptr<WavePlayer> player_;
     std::unique_ptr<Timer> tmrPlay;
     std::unique_ptr<Timer> tmrLevels_;

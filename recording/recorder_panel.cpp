@@ -24,9 +24,8 @@ const QColor blue(0x00, 0x00, 0xFF);
 const QColor yellow(0xFF, 0xFF, 0x00);
 const QColor red(0xFF, 0x00, 0x00);
 
-QPushButton *button(QWidget *parent, const char *name, const QString &caption, const QString &toolTip,
-                    const char *icon) {
-    auto *made = new QPushButton(QIcon(QString::fromLatin1(icon)), caption, parent);
+QPushButton *button(QWidget *parent, const char *name, const QString &caption, const QString &toolTip) {
+    auto *made = new QPushButton(caption, parent);
     made->setObjectName(QString::fromLatin1(name));
     made->setToolTip(toolTip);
     return made;
@@ -54,8 +53,7 @@ TimeDisplay *display(QWidget *parent, const char *name, TimeDisplay::Fields fiel
 } // namespace
 
 RecorderPanel::RecorderPanel(RecorderContext context, QWidget *parent)
-    : QWidget(parent),
-      cmdRec(button(this, "cmdRec", startCaption, QStringLiteral("Opname starten/stoppen"), ":/icons/record.svg")),
+    : QWidget(parent), cmdRec(button(this, "cmdRec", startCaption, QStringLiteral("Opname starten/stoppen"))),
       ledCount(display(this, "ledCount", TimeDisplay::Fields::Seconds, tr("Aftelling"))),
       ledTijd(display(this, "ledTijd", TimeDisplay::Fields::HoursMinutesSecondsMillis, tr("Opnametijd"))),
       lblOpname(notice(this, "lblOpname", QStringLiteral("OPNAME LOOPT"))),
@@ -65,6 +63,7 @@ RecorderPanel::RecorderPanel(RecorderContext context, QWidget *parent)
       tmrRec(context_.platform.timers.create(10, MissedTicks::CatchUp, [this] { tmrRec_Timer(); })),
       tmrWatch_(context_.platform.timers.create(40, MissedTicks::Drop, [this] { watchRecorder(); })) {
     cmdRec->setProperty("role", QStringLiteral("record"));
+    cmdRec->setIcon(startIcon_);
     cmdRec->setEnabled(false);
     layOut();
     connect(cmdRec, &QPushButton::clicked, this, &RecorderPanel::cmdRec_Click);
@@ -208,8 +207,7 @@ void RecorderPanel::stopRecorder() {
 
 void RecorderPanel::setCaption(bool recording) {
     cmdRec->setText(recording ? stopCaption : startCaption);
-    cmdRec->setIcon(
-        QIcon(recording ? QStringLiteral(":/icons/record_stop.svg") : QStringLiteral(":/icons/record.svg")));
+    cmdRec->setIcon(recording ? stopIcon_ : startIcon_);
     setRecording(*cmdRec, recording);
 }
 

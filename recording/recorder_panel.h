@@ -82,6 +82,9 @@ class RecorderPanel : public QWidget {
     void layOut();
 
     RecorderContext context_;
+    // Made once: a new icon is drawn anew, and its pictures stay in a cache.
+    QIcon startIcon_{QStringLiteral(":/icons/record.svg")};
+    QIcon stopIcon_{QStringLiteral(":/icons/record_stop.svg")};
     AudioPlayer &AudioPlayer1;
     std::unique_ptr<Timer> tmrCountDown;
     std::unique_ptr<Timer> tmrRec;

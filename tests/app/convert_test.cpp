@@ -155,6 +155,31 @@ TEST_F(Convert, AnMp3FileIsCopiedAsItIsAndOverwrites) {
     EXPECT_EQ(content(track(0)), music);
 }
 
+// The name was taken for a path, and the file was not found.
+TEST_F(Convert, ABackslashInANameIsACharacterLikeAnyOther) {
+    makeSound(QStringLiteral("map\\stem.wav"), 700, 0.5);
+    openConvert();
+    choose(QStringLiteral("map\\stem.wav"));
+    click(convert->cmdSingle);
+    EXPECT_NEAR(tone(track(0)), 700, 20);
+    EXPECT_EQ(convert->lstFailed->count(), 0);
+}
+
+// A new icon for every caption filled the cache of drawn pictures, a few kilobytes a click.
+TEST_F(Convert, TheButtonsPicturesAreMadeOnce) {
+    makeSound(QStringLiteral("stem.wav"), 700, 0.5);
+    openConvert();
+    choose(QStringLiteral("stem.wav"));
+    QSet<qint64> pictures;
+    for (int cycle = 0; cycle < 4; ++cycle) {
+        click(convert->cmdPlay);
+        pictures << convert->cmdPlay->icon().cacheKey();
+        click(convert->cmdPlay);
+        pictures << convert->cmdPlay->icon().cacheKey();
+    }
+    EXPECT_EQ(pictures.size(), 2);
+}
+
 TEST_F(Convert, WithoutAStepASingleImportIsRefused) {
     makeSound(QStringLiteral("stem.wav"), 1000);
     openConvert();

@@ -65,6 +65,26 @@ TEST_F(Playing, TheTakeThatWasJustRecordedIsPlayedAndTheClockShowsWhatIsHeard) {
     EXPECT_TRUE(othersEnabled());
 }
 
+// A new icon for every caption filled the cache of drawn pictures: 6 MB after some hundred takes.
+TEST_F(Playing, TheButtonsPicturesAreMadeOnce) {
+    openDemo();
+    QSet<qint64> listening;
+    QSet<qint64> recording;
+    for (int cycle = 0; cycle < 4; ++cycle) {
+        beginRecording();
+        recording << window->recorderPanel->cmdRec->icon().cacheKey();
+        click(window->recorderPanel->cmdRec);
+        recording << window->recorderPanel->cmdRec->icon().cacheKey();
+        click(play());
+        ASSERT_EQ(play()->text(), stopIt);
+        listening << play()->icon().cacheKey();
+        click(play());
+        listening << play()->icon().cacheKey();
+    }
+    EXPECT_EQ(recording.size(), 2);
+    EXPECT_EQ(listening.size(), 2);
+}
+
 TEST_F(Playing, TheEndOfTheTakePutsTheControlsBack) {
     openDemo();
     record(1000);
