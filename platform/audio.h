@@ -73,7 +73,8 @@ struct RecorderStatus {
     std::int64_t frames = 0; ///< frames written to the take
     int overruns = 0;        ///< buffers lost because the disk was too slow, and gaps that the sound server told of
     bool deviceLost = false; ///< the card or the sound server vanished while recording
-    bool diskFull = false;   ///< the take could not be written to its end, for this or another reason of the disk's
+    bool diskFull = false;   ///< the take could not be written to its end: there is no room for more
+    bool diskFailed = false; ///< the take could not be written to its end, for another reason of the disk's
     float peak = 0.0F;       ///< highest sample since the last look, 0..1
 };
 

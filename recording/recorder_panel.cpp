@@ -43,6 +43,19 @@ QLabel *notice(QWidget *parent, const char *name, const QString &text) {
     return label;
 }
 
+/// Why a recording cannot go on; empty when it can.
+QString whatEnded(const RecorderStatus &status) {
+    if (status.deviceLost) {
+        return RecorderPanel::tr("De geluidskaart is verdwenen tijdens de opname.");
+    }
+    if (status.diskFull) {
+        return RecorderPanel::tr("De schijf is vol: de opname kon niet verder worden weggeschreven.");
+    }
+    return status.diskFailed
+               ? RecorderPanel::tr("De schijf gaf een fout: de opname kon niet verder worden weggeschreven.")
+               : QString();
+}
+
 TimeDisplay *display(QWidget *parent, const char *name, TimeDisplay::Fields fields, const QString &accessibleName) {
     auto *made = new TimeDisplay(fields, parent);
     made->setObjectName(QString::fromLatin1(name));
@@ -280,11 +293,10 @@ void RecorderPanel::watchRecorder() {
         toldOverruns_ = status.overruns;
         context_.tell(tr("Let op: er zit een gat in deze opname; beluister ze of neem opnieuw op."));
     }
-    if (!status.deviceLost && !status.diskFull) {
+    const QString what = whatEnded(status);
+    if (what.isEmpty()) {
         return;
     }
-    const QString what = status.deviceLost ? tr("De geluidskaart is verdwenen tijdens de opname.")
-                                           : tr("De schijf is vol: de opname kon niet verder worden weggeschreven.");
     // What the stop would report is what is told here, except what ends the program.
     std::exception_ptr fatal;
     try {

@@ -10,8 +10,9 @@ namespace orvel {
 class OutputFile {
   public:
     OutputFile() = default;
-    /// Creates the file, or empties an existing one. Throws PathNotFound (no such folder), PathAccess (it is a folder),
-    /// PermissionDenied, DiskFull.
+    /// Creates the file anew: under another name in its folder, then in the place of what stood there, so that nothing
+    /// is written through a link and an earlier file stays when this fails. Throws PathNotFound (no such folder),
+    /// PathAccess (it is a folder or a device), PermissionDenied, DiskFull, DeviceError.
     void create(const QString &path);
 
     /// All or nothing told: throws DiskFull (also at a quota or a size limit) or DeviceError; some bytes may have been
@@ -30,6 +31,9 @@ class OutputFile {
     [[nodiscard]] qint64 position() const { return file_.pos(); }
 
   private:
+    [[noreturn]] void fail(int error) const;
+
+    QString path_;
     QFile file_;
 };
 

@@ -89,7 +89,8 @@ class TakeWriter::Impl {
         RecorderStatus status;
         status.frames = frames_.load(std::memory_order_relaxed);
         status.overruns = overruns_.load(std::memory_order_relaxed);
-        status.diskFull = failed_.load(std::memory_order_relaxed);
+        status.diskFull = full_.load(std::memory_order_relaxed);
+        status.diskFailed = failed_.load(std::memory_order_relaxed);
         status.peak = static_cast<float>(peak_.exchange(0, std::memory_order_relaxed)) / 32768.0F;
         return status;
     }
@@ -187,7 +188,7 @@ class TakeWriter::Impl {
             if (!failure_) {
                 failure_ = error;
                 frames_.store(file_.cutToWholeFrames(), std::memory_order_relaxed);
-                failed_.store(true, std::memory_order_relaxed);
+                (error.number() == ErrorNumber::DiskFull ? full_ : failed_).store(true, std::memory_order_relaxed);
                 drainRest();
             }
         }
@@ -202,7 +203,8 @@ class TakeWriter::Impl {
     SpscRing<std::int16_t> ring_;
     std::atomic<int> overruns_{0};
     std::atomic<int> peak_{0};
-    std::atomic<bool> failed_{false};
+    std::atomic<bool> full_{false};
+    std::atomic<bool> failed_{false}; ///< for another reason
     std::atomic<std::int64_t> frames_{0};
     std::int64_t missing_ = 0; ///< sound card's thread only: frames lost that silence must still come for
 

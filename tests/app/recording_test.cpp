@@ -1,5 +1,6 @@
 // The recording session: prompt, count-down, take, talk-over bar, stop.
 #include "station.h"
+#include "tests/platform/audio/full_disk.h"
 
 #include <QElapsedTimer>
 
@@ -172,7 +173,6 @@ TEST_F(Recording, StartingClearsTheStepsMarkAndKeepsACopyOfThePlaylist) {
     EXPECT_EQ(filesIn(QStringLiteral("herstel")).size(), 1);
 }
 
-TEST_F(Recording, ASecondClickStartsTheCountDownOver) {
 // The copy had no bound: a playlist of 100 GiB, most of it holes, filled the disk at the first click.
 TEST_F(Recording, APlaylistTooLargeToCopyIsMarkedAndTheStatusLineTellsIt) {
     openDemo();
@@ -195,6 +195,7 @@ TEST_F(Recording, ACopyOfThePlaylistThatFailsIsToldAndTheMarkIsWritten) {
         << window->lblStatus->text().toStdString();
 }
 
+TEST_F(Recording, ASecondClickStartsTheCountDownOver) {
     openDemo();
     click(rec->cmdRec);
     timers.advance(2500);
@@ -323,6 +324,22 @@ TEST_F(Recording, AFullDiskIsToldAndTheTakeIsKept) {
     timers.advance(200);
     EXPECT_EQ(rec->cmdRec->text(), start_);
     EXPECT_TRUE(exists(takeFileName()));
+}
+
+// Whatever the disk had was told as a full disk; the presenter deleted files, and lost the next take as well.
+TEST_F(Recording, ADiskThatFailsIsNotToldAsAFullOne) {
+    openDemo();
+    beginRecording();
+    sound.deliver(44100);
+    sound.flush();
+    ASSERT_TRUE(test::breakDiskUnder(path(takeFileName())));
+    sound.deliver(44100);
+    sound.flush();
+    prompts.expectReport(QStringLiteral("De schijf gaf een fout: de opname kon niet verder worden weggeschreven.\n"));
+    timers.advance(200);
+    EXPECT_EQ(rec->cmdRec->text(), start_);
+    EXPECT_EQ(output(QStringLiteral("soxi"), {QStringLiteral("-s"), path(takeFileName())}).trimmed(),
+              QStringLiteral("44100"));
 }
 
 TEST_F(Recording, AHoleInATakeIsTold) {

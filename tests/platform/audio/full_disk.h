@@ -2,7 +2,11 @@
 
 #include "platform/runtime_error.h"
 
+#include <QDir>
+#include <QFileInfo>
+
 #include <csignal>
+#include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -39,6 +43,22 @@ inline void limitFileSize(rlim_t bytes) {
     const rlimit size{bytes, bytes};
     static_cast<void>(std::signal(SIGXFSZ, SIG_IGN));
     setrlimit(RLIMIT_FSIZE, &size);
+}
+
+/// Puts in place of a file that this process has open one that fails with an input/output error wherever it is written:
+/// the kernel's view of memory where none is. False when the file is not open.
+inline bool breakDiskUnder(const QString &path) {
+    const QString wanted = QFileInfo(path).canonicalFilePath();
+    const QFileInfoList open = QDir(QStringLiteral("/proc/self/fd")).entryInfoList(QDir::Files | QDir::System);
+    for (const QFileInfo &one : open) {
+        if (one.symLinkTarget() == wanted) {
+            const int broken = ::open("/proc/self/mem", O_RDWR | O_CLOEXEC);
+            const bool isBroken = broken >= 0 && ::dup2(broken, one.fileName().toInt()) >= 0;
+            ::close(broken);
+            return isBroken;
+        }
+    }
+    return false;
 }
 
 } // namespace orvel::test

@@ -239,6 +239,21 @@ TEST(LameWriter, TellsWhyItCannotBegin) {
     EXPECT_EQ(writer.errorState(), 0);
 }
 
+// An MP3 file was written through a link that stood in its place.
+TEST(LameWriter, MakesTheFileAnewNeverThroughALink) {
+    const TempFolder folder;
+    test::writeContent(folder.path("elders.txt"), "van een ander");
+    ASSERT_TRUE(QFile::link(folder.path("elders.txt"), folder.path("a.mp3")));
+    LameWriter writer;
+    writer.setFormat(stationFormat(128));
+    writer.setInput(44100, 1);
+    writer.create(folder.path("a.mp3"));
+    writer.write(bytesOf(voiceLike(4410)));
+    writer.close();
+    EXPECT_EQ(test::contentOf(folder.path("elders.txt")), "van een ander");
+    EXPECT_GT(test::contentOf(folder.path("a.mp3")).size(), 1000);
+}
+
 TEST(LameWriter, TellsAFullDiskOnceAndClosesTheFile) {
     const TempFolder folder;
     EXPECT_TRUE(test::inChild([&] {

@@ -8,6 +8,7 @@
 #include <gtest/gtest.h>
 #include <numeric>
 #include <sys/mount.h>
+#include <sys/stat.h>
 #include <sys/wait.h>
 #include <thread>
 #include <unistd.h>
@@ -128,6 +129,78 @@ TEST(TakeWriter, TellsWhyAFileCannotBeMade) {
     EXPECT_EQ(errorOf([&] { const TakeWriter writer(folder.path("no/such/a.wav")); }), 76);
     EXPECT_EQ(errorOf([&] { const TakeWriter writer(folder.path()); }), 75);
     EXPECT_EQ(errorOf([&] { const TakeWriter writer(QStringLiteral("/proc/orvel.wav")); }), 70);
+}
+
+// A file that could not be made was told as one without access, also where the disk had no room for it.
+TEST(TakeWriter, ADiskWithoutRoomForANewFileIsFull) {
+    const TempFolder folder;
+    const QByteArray mountPoint = folder.path().toLocal8Bit();
+    // Room for the folder itself and for no file.
+    if (mount("tmpfs", mountPoint.constData(), "tmpfs", 0, "size=128k,nr_inodes=1") != 0) {
+        GTEST_SKIP() << "mounting a small disk is not allowed here";
+    }
+    EXPECT_EQ(errorOf([&] { const TakeWriter writer(folder.path("a.wav")); }), 61);
+    umount(mountPoint.constData());
+}
+
+// Every failure while writing was told as a full disk.
+TEST(TakeWriter, ADiskThatFailsIsNotFull) {
+    const TempFolder folder;
+    const QString path = folder.path("a.wav");
+    TakeWriter writer(path);
+    writer.push(counting(1000));
+    writer.flush();
+    EXPECT_FALSE(writer.status().diskFailed);
+    ASSERT_TRUE(test::breakDiskUnder(path));
+    writer.push(counting(1000));
+    writer.flush();
+    EXPECT_TRUE(writer.status().diskFailed);
+    EXPECT_FALSE(writer.status().diskFull);
+    EXPECT_EQ(errorOf([&] { writer.finish(); }), 57);
+    EXPECT_EQ(samplesOf(path), counting(1000));
+}
+
+// A work file was written through a link: a file elsewhere became a take.
+TEST(TakeWriter, MakesTheFileAnewNeverThroughALink) {
+    const TempFolder folder;
+    const QString path = folder.path("a.wav");
+    test::writeContent(folder.path("elders.txt"), "van een ander");
+    for (const bool hard : {false, true}) {
+        QFile::remove(path);
+        ASSERT_TRUE(hard ? link(QFile::encodeName(folder.path("elders.txt")), QFile::encodeName(path)) == 0
+                         : QFile::link(folder.path("elders.txt"), path));
+        TakeWriter writer(path);
+        writer.push(counting(10));
+        writer.finish();
+        EXPECT_EQ(contentOf(folder.path("elders.txt")), "van een ander");
+        EXPECT_EQ(samplesOf(path), counting(10));
+        EXPECT_FALSE(QFileInfo(path).isSymLink());
+    }
+    QFile::remove(path);
+    ASSERT_TRUE(QFile::link(folder.path("nergens.txt"), path));
+    TakeWriter(path).finish();
+    EXPECT_FALSE(QFile::exists(folder.path("nergens.txt")));
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::Files | QDir::Hidden), (QStringList{"a.wav", "elders.txt"}));
+}
+
+TEST(TakeWriter, AnEarlierTakeStaysWhereNoneCanBeMade) {
+    const TempFolder folder;
+    const QByteArray mountPoint = folder.path().toLocal8Bit();
+    if (mount("tmpfs", mountPoint.constData(), "tmpfs", 0, "size=128k,nr_inodes=2") != 0) {
+        GTEST_SKIP() << "mounting a small disk is not allowed here";
+    }
+    test::writeContent(folder.path("a.wav"), "eerder");
+    EXPECT_EQ(errorOf([&] { const TakeWriter writer(folder.path("a.wav")); }), 61);
+    EXPECT_EQ(contentOf(folder.path("a.wav")), "eerder");
+    umount(mountPoint.constData());
+}
+
+TEST(TakeWriter, TakesNoDeviceForAFile) {
+    const TempFolder folder;
+    const QString path = folder.path("a.wav");
+    ASSERT_EQ(mkfifo(QFile::encodeName(path), 0600), 0);
+    EXPECT_EQ(errorOf([&] { const TakeWriter writer(path); }), 75);
+    EXPECT_EQ(QDir(folder.path()).entryList(QDir::System | QDir::Hidden | QDir::NoDotAndDotDot), QStringList{"a.wav"});
 }
 
 // Disks that fill up.
