@@ -1,3 +1,4 @@
+#include "app/dutch_texts.h"
 #include "app/frm_main.h"
 #include "app/frm_splash.h"
 #include "app/orvel_application.h"
@@ -14,9 +15,6 @@
 #include "shell/paths.h"
 #include "widgets/theme.h"
 
-#include <QLibraryInfo>
-#include <QTranslator>
-
 #include <clocale>
 
 namespace {
@@ -25,14 +23,6 @@ using namespace orvel;
 
 QString commandLine() {
     return QCoreApplication::arguments().mid(1).join(u' ');
-}
-
-/// Standard dialogs speak Dutch, whatever language the desktop has.
-void speakDutch(QApplication &application) {
-    auto *translator = new QTranslator(&application);
-    if (translator->load(QStringLiteral("qtbase_nl"), QLibraryInfo::path(QLibraryInfo::TranslationsPath))) {
-        QCoreApplication::installTranslator(translator);
-    }
 }
 
 int Main(OrvelApplication &application) {
