@@ -110,8 +110,8 @@ void frmMain::layOut() {
     statusBar()->setSizeGripEnabled(false);
     statusBar()->addWidget(lblStatus, 1);
     statusBar()->addPermanentWidget(savePanel->barProgress);
-    // Fits a screen of 1280 x 800 with its title bar.
-    resize(1280, 750);
+    // Fits a screen of 1280 x 800 with its title bar and frame.
+    resize(1240, 750);
 }
 
 } // namespace orvel

@@ -103,8 +103,10 @@ void RecorderPanel::layOut() {
     grid->addWidget(ledCount, 2, 1);
     grid->addWidget(timeCaption, 1, 2);
     grid->addWidget(ledTijd, 2, 2);
-    grid->addWidget(lblOpname, 1, 3);
-    grid->addWidget(lblProcess, 2, 3, Qt::AlignCenter);
+    // Above the times and never both at once: beside them they would widen the window beyond small screens.
+    for (QLabel *notice : {lblOpname, lblProcess}) {
+        grid->addWidget(notice, 0, 1, 1, 2);
+    }
     grid->setRowStretch(0, 1);
     grid->setRowStretch(3, 1);
 }

@@ -43,6 +43,23 @@ TEST_F(Station, WhatRecordsAnOutputIsNoSoundCard) {
     EXPECT_EQ(content(QStringLiteral("orvel.ini")), before);
 }
 
+// The window was wider than a screen of 1280 where the desktop's letters and frames are broad: 1277 at the least here,
+// 1307 on Wayland.
+TEST_F(Station, TheWindowFitsASmallScreenWithRoomToSpare) {
+    ASSERT_TRUE(start());
+    EXPECT_LE(window->minimumSizeHint().width(), 1160);
+    EXPECT_LE(window->minimumSizeHint().height(), 700);
+    EXPECT_LE(window->width(), 1240);
+    // What tells that a take runs keeps its place and is whole.
+    for (QLabel *notice : {window->recorderPanel->lblOpname, window->recorderPanel->lblProcess}) {
+        notice->show();
+        QCoreApplication::processEvents();
+        EXPECT_GE(notice->width(), notice->sizeHint().width()) << notice->text().toStdString();
+        EXPECT_GE(notice->height(), notice->sizeHint().height()) << notice->text().toStdString();
+        notice->hide();
+    }
+}
+
 TEST_F(Station, ABitRateOutsideTheTableLeavesTheWriterWithoutAFormat) {
     configure(QStringLiteral("[Audio]\nBitRate=7"));
     ASSERT_TRUE(start());
