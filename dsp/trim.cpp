@@ -1,8 +1,10 @@
 #include "dsp/trim.h"
 
+#include "dsp/denormals.h"
+
 #include <algorithm>
 #include <cmath>
-#include <iterator>
+#include <numbers>
 #include <optional>
 #include <span>
 
@@ -10,114 +12,228 @@ namespace orvel {
 
 namespace {
 
-// In blocks of 1 ms.
-constexpr std::ptrdiff_t speechWindow = 40;
-constexpr int speechBlocks = 20;
-constexpr std::ptrdiff_t longestGap = 100;
-constexpr std::ptrdiff_t longestSlope = 50;
-constexpr std::ptrdiff_t slopeGap = 5;
-constexpr std::size_t meanReach = 25;
-constexpr std::ptrdiff_t margin = 1;
-constexpr std::size_t fadeMs = 5;
-constexpr float hysteresis = 3;
+constexpr std::ptrdiff_t blocksPerMs = 4;
+constexpr std::ptrdiff_t windowBlocks = 10 * blocksPerMs;
+/// Of a window: what is loud in it comes later, or the windows before would be loud as well.
+constexpr std::ptrdiff_t beforeCut = 5 * blocksPerMs / 2;
+constexpr std::ptrdiff_t fadeBlocks = 2 * blocksPerMs;
+constexpr std::ptrdiff_t noiseBlocks = 150 * blocksPerMs;
+constexpr std::ptrdiff_t clickBlocks = 10 * blocksPerMs;
+constexpr std::ptrdiff_t clickReach = 300 * blocksPerMs;
+constexpr std::ptrdiff_t settlingBlocks = 100 * blocksPerMs;
 
-std::size_t blockLength(int sampleRate) {
-    return static_cast<std::size_t>(std::max(sampleRate / 1000, 1));
+constexpr double rumble = 10;       ///< Hz
+constexpr double accuracy = 0.99;   ///< of a power, for where the windows begin
+constexpr double clickPower = 0.01; ///< of what is around a click at most, beside the click
+constexpr double beginning = 0.25;  ///< of a window's sound may come before it is said to begin
+constexpr float lowestThreshold = -90;
+
+std::ptrdiff_t blockLength(int sampleRate) {
+    return std::max<std::ptrdiff_t>(sampleRate / (1000 * blocksPerMs), 1);
 }
 
-/// Sums over the samples of blocks, and over those of all blocks before.
-struct Sums {
-    std::vector<std::int64_t> squares;
-    std::vector<std::int64_t> before{0};
+/// A second-order Butterworth high-pass (R. Bristow-Johnson, "Cookbook formulae for audio EQ biquad filter
+/// coefficients"), which leaves the lowest voices as they are.
+class HighPass {
+  public:
+    explicit HighPass(double sampleRate) {
+        const double w = 2 * std::numbers::pi * std::min(rumble / sampleRate, 0.25);
+        const double alpha = std::sin(w) / std::numbers::sqrt2;
+        b_ = (1 + std::cos(w)) / 2 / (1 + alpha);
+        a1_ = -2 * std::cos(w) / (1 + alpha);
+        a2_ = (1 - alpha) / (1 + alpha);
+    }
+
+    double next(double x) {
+        const double y = b_ * x + first_;
+        first_ = second_ - 2 * b_ * x - a1_ * y;
+        second_ = b_ * x - a2_ * y;
+        return y;
+    }
+
+  private:
+    double b_;
+    double a1_;
+    double a2_;
+    double first_ = 0;
+    double second_ = 0;
 };
 
-/// Of whole blocks; samples left over at the end belong to no block.
-Sums sumsOf(std::span<const std::int16_t> samples, std::size_t length) {
-    const std::size_t count = samples.size() / length;
-    Sums sums;
-    sums.squares.reserve(count);
-    sums.before.reserve(count + 1);
-    for (std::size_t b = 0; b < count; ++b) {
-        std::int32_t sum = 0;
-        std::int64_t squares = 0;
-        for (const std::int16_t sample : samples.subspan(b * length, length)) {
-            sum += sample;
-            squares += std::int64_t{sample} * sample;
-        }
-        sums.squares.push_back(squares);
-        sums.before.push_back(sums.before.back() + sum);
-    }
-    return sums;
-}
-
-/// Mean squares of the blocks around the mean of their neighbourhood: before, after or on both sides, whatever gives
-/// least. Beside loud speech, the mean of the quiet side is the offset.
-std::vector<float> powersOf(const Sums &sums, std::size_t length) {
-    const std::size_t count = sums.squares.size();
-    const auto samples = static_cast<double>(length);
-    std::vector<float> powers(count);
-    for (std::size_t b = 0; b < count; ++b) {
-        const auto square = static_cast<double>(sums.squares[b]);
-        const auto sum = static_cast<double>(sums.before[b + 1] - sums.before[b]);
-        const auto around = [&](std::size_t first, std::size_t end) {
-            const double mean = static_cast<double>(sums.before[end] - sums.before[first]) /
-                                (samples * static_cast<double>(end - first));
-            return square - mean * (2 * sum - mean * samples);
-        };
-        const std::size_t first = b - std::min(b, meanReach);
-        const std::size_t end = std::min(b + 1 + meanReach, count);
-        const double least = std::min({around(first, b + 1), around(b, end), around(first, end)});
-        powers[b] = static_cast<float>(std::max(least, 0.0) / samples);
-    }
-    return powers;
-}
-
-float powerAt(float decibels) {
-    constexpr double fullScale = 32768.0 * 32768.0;
-    return static_cast<float>(fullScale * std::pow(10.0, static_cast<double>(decibels) / 10.0));
-}
-
-/// The first block of the first window that is loud for half of its time.
+/// The powers of a take, from one of its sides on; only as far as somebody asks.
 template <typename Iterator>
-std::optional<std::ptrdiff_t> findSpeech(Iterator powers, std::ptrdiff_t count, float open) {
-    int loud = 0;
-    for (std::ptrdiff_t b = 0; b < count; ++b) {
-        loud += powers[b] > open ? 1 : 0;
-        if (b >= speechWindow) {
-            loud -= powers[b - speechWindow] > open ? 1 : 0;
+class Powers {
+  public:
+    /// Samples left over behind the last whole block belong to none.
+    Powers(Iterator samples, std::ptrdiff_t sampleCount, int sampleRate)
+        : samples_(samples), length_(blockLength(sampleRate)), count_(sampleCount / length_), highPass_(sampleRate) {
+        settle();
+    }
+
+    /// Windows that there are: one at every block, as long as it fits in.
+    [[nodiscard]] std::ptrdiff_t windows() const { return std::max<std::ptrdiff_t>(count_ - windowBlocks + 1, 0); }
+    /// Sum of squares of the window that begins with a block: of everything, less the most that was rumble in a quiet
+    /// window before, but of what passes the filter at least. Without rumble a sound's own bass counts.
+    double window(std::ptrdiff_t block) {
+        const auto [filtered, all] = sumOf(block, windowBlocks);
+        return std::max(std::min(filtered, all), all - 2 * rumble_);
+    }
+    double block(std::ptrdiff_t block) { return sumOf(block, 1).filtered; }
+    /// What the filter takes off this window is rumble.
+    void isQuiet(std::ptrdiff_t block) {
+        const auto [filtered, all] = sumOf(block, windowBlocks);
+        rumble_ = std::max(rumble_, all - filtered);
+    }
+    /// Of a window at a level in dB.
+    [[nodiscard]] double windowAt(double decibels) const {
+        constexpr double fullScale = 32768.0 * 32768.0;
+        return fullScale * std::pow(10.0, decibels / 10) * static_cast<double>(windowBlocks * length_);
+    }
+
+  private:
+    struct Sums {
+        double filtered = 0;
+        double all = 0;
+    };
+
+    /// The filter begins as if the take had gone on before, in the mirror: an offset is no sound.
+    void settle() {
+        const std::ptrdiff_t reach = std::min(settlingBlocks, count_) * length_;
+        for (std::ptrdiff_t i = 0; i < reach; ++i) {
+            offset_ += static_cast<double>(samples_[i]) / static_cast<double>(reach);
         }
-        if (loud >= speechBlocks) {
-            const std::ptrdiff_t start = std::max<std::ptrdiff_t>(b - speechWindow + 1, 0);
-            return std::find_if(powers + start, powers + b, [open](float power) { return power > open; }) - powers;
+        for (std::ptrdiff_t i = reach - 1; i > 0; --i) {
+            highPass_.next(static_cast<double>(samples_[i]) - offset_);
+        }
+        for (std::ptrdiff_t w = 0; w < std::min(settlingBlocks, windows()); ++w) {
+            isQuiet(w);
         }
     }
-    return std::nullopt;
+    Sums sumOf(std::ptrdiff_t first, std::ptrdiff_t count) {
+        extend(first + count);
+        const Sums &before = sums_[static_cast<std::size_t>(first)];
+        const Sums &end = sums_[static_cast<std::size_t>(first + count)];
+        return {end.filtered - before.filtered, end.all - before.all};
+    }
+    void extend(std::ptrdiff_t blocks) {
+        while (std::ssize(sums_) <= blocks) {
+            const std::ptrdiff_t start = (std::ssize(sums_) - 1) * length_;
+            Sums sums = sums_.back();
+            for (std::ptrdiff_t i = start; i < start + length_; ++i) {
+                const double x = static_cast<double>(samples_[i]) - offset_;
+                const double y = highPass_.next(x);
+                sums.filtered += y * y;
+                sums.all += x * x;
+            }
+            sums_.push_back(sums);
+        }
+    }
+
+    Iterator samples_;
+    std::ptrdiff_t length_;
+    std::ptrdiff_t count_;
+    HighPass highPass_;
+    double offset_ = 0;
+    double rumble_ = 0;
+    std::vector<Sums> sums_{Sums{}}; ///< of all blocks before
+};
+
+/// Where in a window that is loud enough its sound begins.
+template <typename Iterator>
+std::ptrdiff_t onset(Powers<Iterator> &powers, std::ptrdiff_t window, double open) {
+    double sum = 0;
+    std::ptrdiff_t block = window;
+    for (; block < window + windowBlocks - 1; ++block) {
+        sum += powers.block(block);
+        if (sum > beginning * open) {
+            break;
+        }
+    }
+    return block;
 }
 
-/// The earliest block from which a level is reached again and again, never more than `gap` blocks apart, up to `start`.
+/// Whether what begins in a block, with nothing above the threshold before, is over at once, in all but silence.
 template <typename Iterator>
-std::ptrdiff_t reachBack(Iterator powers, std::ptrdiff_t start, std::ptrdiff_t gap, float level,
-                         std::ptrdiff_t earliest = 0) {
-    for (std::ptrdiff_t b = start - 1; b >= earliest && start - b <= gap; --b) {
-        if (powers[b] > level) {
-            start = b;
+bool isClick(Powers<Iterator> &powers, std::ptrdiff_t start, double open) {
+    const std::ptrdiff_t lastBefore = start - 1 - windowBlocks;
+    const std::ptrdiff_t firstAfter = start + 1 + clickBlocks;
+    double click = 0;
+    for (std::ptrdiff_t w = std::max<std::ptrdiff_t>(lastBefore + 1, 0); w < std::min(firstAfter, powers.windows());
+         ++w) {
+        click = std::max(click, powers.window(w));
+    }
+    const double quiet = std::min(clickPower * click, open);
+    for (std::ptrdiff_t w = std::max<std::ptrdiff_t>(start - clickReach, 0); w <= lastBefore; ++w) {
+        if (powers.window(w) > quiet) {
+            return false;
         }
     }
-    return start;
+    for (std::ptrdiff_t w = firstAfter; w < std::min(start + clickReach, powers.windows()); ++w) {
+        if (powers.window(w) > quiet) {
+            return false;
+        }
+    }
+    return true;
 }
 
-/// Blocks to remove from the side where the iterator begins.
-template <typename Iterator>
-std::ptrdiff_t surplus(Iterator powers, std::ptrdiff_t count, float threshold) {
-    const float open = powerAt(threshold);
-    const std::optional<std::ptrdiff_t> speech = findSpeech(powers, count, open);
-    if (!speech) {
-        return 0;
+/// The noise under a take: the windows of the quietest stretch before the first sound.
+class Noise {
+  public:
+    void add(double window) {
+        sum_ += window;
+        squares_ += window * window;
+        if (++count_ < noiseBlocks) {
+            return;
+        }
+        const double mean = sum_ / noiseBlocks;
+        if (!power_ || mean < *power_) {
+            power_ = mean;
+            unrest_ = std::sqrt(std::max(squares_ / noiseBlocks - mean * mean, 0.0)) / (mean + 1);
+        }
+        sum_ = 0;
+        squares_ = 0;
+        count_ = 0;
     }
-    const std::ptrdiff_t loud = reachBack(powers, *speech, longestGap, open);
-    const std::ptrdiff_t earliest = std::max<std::ptrdiff_t>(loud - longestSlope, 0);
-    const std::ptrdiff_t start = reachBack(powers, loud, slopeGap, powerAt(threshold - hysteresis), earliest);
-    return std::max<std::ptrdiff_t>(start - margin, 0);
+    /// What is left in the take of a sound of so much power: the noise adds its own (if there is little of it, that is
+    /// sure), but some of both amplitudes is the same with opposite signs. The more the noise's windows differ, the
+    /// narrower it is, and the more it can resemble the sound: a tenth for white noise, a third for pink. As long as
+    /// nothing is known, there is noise at -10 dB.
+    [[nodiscard]] double leftOf(double sound) const {
+        const double little = 0.1 * sound;
+        const double noise = power_.value_or(little);
+        const double likeness = std::clamp(1.2 * unrest_, 0.1, 0.33);
+        const double added = noise <= little ? noise : 0;
+        return std::max(accuracy * sound + added - 2 * likeness * std::sqrt(sound * noise), 0.0);
+    }
+
+  private:
+    std::optional<double> power_;
+    double unrest_ = 1; ///< standard deviation of the windows, of their mean
+    double sum_ = 0;
+    double squares_ = 0;
+    std::ptrdiff_t count_ = 0;
+};
+
+/// Blocks to remove from the side where the samples begin.
+template <typename Iterator>
+std::ptrdiff_t surplus(Powers<Iterator> powers, float threshold) {
+    const double wanted = powers.windowAt(static_cast<double>(std::max(threshold, lowestThreshold)));
+    Noise noise;
+    for (std::ptrdiff_t window = 0; window < powers.windows(); ++window) {
+        const double open = noise.leftOf(wanted);
+        const double power = powers.window(window);
+        if (power <= open) {
+            noise.add(power);
+            powers.isQuiet(window);
+            continue;
+        }
+        const std::ptrdiff_t start = onset(powers, window, open);
+        if (!isClick(powers, start, open)) {
+            // What begins with the take has nothing before it.
+            return window > 0 ? window + beforeCut : 0;
+        }
+        window = start + clickBlocks;
+    }
+    return 0;
 }
 
 /// From silence to the full sound, in a raised cosine.
@@ -125,53 +241,51 @@ template <typename Iterator>
 void fadeIn(Iterator samples, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i, ++samples) {
         const double progress = (static_cast<double>(i) + 0.5) / static_cast<double>(count);
-        *samples *= static_cast<float>(0.5 - 0.5 * std::cos(M_PI * progress));
+        *samples *= static_cast<float>(0.5 - 0.5 * std::cos(std::numbers::pi * progress));
     }
 }
 
-std::span<std::int16_t> edge(std::span<std::int16_t> samples, std::size_t count, bool atEnd) {
-    return atEnd ? samples.last(count) : samples.first(count);
+std::size_t fadeLength(const std::vector<std::int16_t> &samples, int sampleRate) {
+    return std::min(samples.size(), static_cast<std::size_t>(fadeBlocks * blockLength(sampleRate)));
 }
 
-void fade(std::span<std::int16_t> samples, bool atEnd, std::size_t length, Dither &dither) {
-    const std::size_t count = std::min(samples.size(), fadeMs * length);
-    const std::span<std::int16_t> faded = edge(samples, count, atEnd);
-    std::vector<float> values(faded.begin(), faded.end());
-    if (atEnd) {
-        fadeIn(values.rbegin(), count);
-    } else {
-        fadeIn(values.begin(), count);
-    }
-    dither.quantise(values, faded);
+/// Also where the threshold is no number.
+bool leavesEverything(float threshold, int sampleRate) {
+    return !(threshold < 0) || sampleRate <= 0;
 }
 
 } // namespace
 
 void trimStart(std::vector<std::int16_t> &samples, float threshold, int sampleRate, Dither &dither, std::int32_t &k) {
-    if (threshold >= 0 || sampleRate <= 0) {
+    if (leavesEverything(threshold, sampleRate)) {
         return;
     }
-    const std::size_t length = blockLength(sampleRate);
-    const std::vector<float> powers = powersOf(sumsOf(samples, length), length);
-    const auto removed = surplus(powers.begin(), std::ssize(powers), threshold) * static_cast<std::ptrdiff_t>(length);
+    const NoDenormals noDenormals;
+    const std::ptrdiff_t removed =
+        surplus(Powers(samples.begin(), std::ssize(samples), sampleRate), threshold) * blockLength(sampleRate);
     if (removed > 0) {
         samples.erase(samples.begin(), samples.begin() + removed);
-        fade(samples, false, length, dither);
+        const std::span<std::int16_t> faded = std::span(samples).first(fadeLength(samples, sampleRate));
+        std::vector<float> values(faded.begin(), faded.end());
+        fadeIn(values.begin(), values.size());
+        dither.quantise(values, faded);
         k += static_cast<std::int32_t>(removed);
     }
 }
 
 void trimEnd(std::vector<std::int16_t> &samples, float threshold, int sampleRate, Dither &dither, std::int32_t &k) {
-    if (threshold >= 0 || sampleRate <= 0) {
+    if (leavesEverything(threshold, sampleRate)) {
         return;
     }
-    const std::size_t length = blockLength(sampleRate);
-    const std::vector<float> powers = powersOf(sumsOf(samples, length), length);
-    const std::ptrdiff_t blocks = surplus(powers.rbegin(), std::ssize(powers), threshold);
-    if (blocks > 0) {
-        const auto removed = static_cast<std::size_t>(blocks) * length + samples.size() % length;
-        samples.resize(samples.size() - removed);
-        fade(samples, true, length, dither);
+    const NoDenormals noDenormals;
+    const std::ptrdiff_t removed =
+        surplus(Powers(samples.rbegin(), std::ssize(samples), sampleRate), threshold) * blockLength(sampleRate);
+    if (removed > 0) {
+        samples.resize(samples.size() - static_cast<std::size_t>(removed));
+        const std::span<std::int16_t> faded = std::span(samples).last(fadeLength(samples, sampleRate));
+        std::vector<float> values(faded.begin(), faded.end());
+        fadeIn(values.rbegin(), values.size());
+        dither.quantise(values, faded);
         k += static_cast<std::int32_t>(removed);
     }
 }

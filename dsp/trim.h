@@ -7,12 +7,14 @@
 
 namespace orvel {
 
-/// Removes what comes before speech begins from signed 16-bit mono samples, and fades the cut edge in over 5 ms.
+/// Removes what comes before the first sound from signed 16-bit mono samples, and fades the cut edge in over 2 ms.
 ///
-/// The level is the RMS of 1 ms with the mean of the 25 ms on either or both sides (DC, rumble) taken off. Speech is
-/// where the level is above the threshold during half of some 40 ms; a click is too short for that. It begins with the
-/// first sound above the threshold that reaches it with gaps of at most 100 ms (the burst before a vowel), or up to
-/// 50 ms earlier as long as the level keeps coming back to 3 dB below the threshold. The cut lies 1 ms before that.
+/// Sound is where the RMS of 10 ms passes the threshold; DC and rumble (below 10 Hz) do not count. No pattern is asked
+/// of it: a low voice is silent between two beats of the vocal cords, and a "t" is nothing but a burst. As noise can
+/// take something off a sound, the level that counts lies lower by what the noise before it can do: next to nothing in
+/// silence, half a decibel or one when the noise is 10 dB below the threshold. The cut lies 2.5 ms after those 10
+/// ms begin, and the fade before their middle. One thing is left out: a click, that is up to 10 ms with at least 20 dB
+/// less, and nothing above the threshold, in the 300 ms on both sides. No word has such a burst.
 ///
 /// threshold: dB below full scale (RMS; a full-scale square wave has 0), -90..0. Where nothing is above it, and with
 /// 0, the samples stay as they are: a take that is all too soft is not thrown away.

@@ -36,6 +36,30 @@ inline Samples noise(double rms, std::size_t count, unsigned seed = 1) {
     return samples;
 }
 
+/// Noise with the same power in every octave, above 20 Hz or so, of this RMS: white noise through P. Kellet's three
+/// first-order filters.
+inline Samples pinkNoise(double rms, std::size_t count, unsigned seed = 1) {
+    std::mt19937 generator(seed);
+    std::normal_distribution<double> normal(0, 1);
+    std::vector<double> values(count);
+    std::array<double, 3> state{};
+    double square = 0;
+    for (double &value : values) {
+        const double white = normal(generator);
+        state[0] = 0.99765 * state[0] + 0.0990460 * white;
+        state[1] = 0.96300 * state[1] + 0.2965164 * white;
+        state[2] = 0.57000 * state[2] + 1.0526913 * white;
+        value = state[0] + state[1] + state[2] + 0.1848 * white;
+        square += value * value;
+    }
+    const double factor = rms / std::sqrt(square / static_cast<double>(count));
+    Samples samples(count);
+    for (std::size_t i = 0; i < count; ++i) {
+        samples[i] = static_cast<std::int16_t>(std::lrint(std::clamp(factor * values[i], -32768.0, 32767.0)));
+    }
+    return samples;
+}
+
 inline Samples square(std::size_t count) {
     Samples samples(count);
     for (std::size_t i = 0; i < count; ++i) {
