@@ -1,6 +1,7 @@
 #include "dsp/compress.h"
 
 #include "dsp/denormals.h"
+#include "dsp/setting.h"
 #include "dsp/wide_vectors.h"
 
 #include <algorithm>
@@ -14,6 +15,8 @@ namespace orvel {
 namespace {
 
 constexpr float fullScale = 32768.0F;
+constexpr float lowestThreshold = -96;
+constexpr float longestRmsTime = 1000;
 
 /// Decibels of a power; off by less than 0.0001 dB. power = m * 2^e with m in sqrt(1/2)..sqrt(2), where the series
 /// ln m = 2 artanh((m - 1) / (m + 1)) is short.
@@ -58,10 +61,10 @@ inline float reductionAt(float level, float threshold, float knee, float slope) 
 } // namespace
 
 Compressor::Compressor(const CompressorSettings &settings, int sampleRate)
-    : threshold_(std::min(settings.threshold, 0.0F)), slope_(std::clamp(settings.rate, 0.0F, 100.0F) / 100.0F),
-      knee_(std::clamp(-2.0F * threshold_, 0.001F, kneeDecibels)), attack_(pole(attackMs, sampleRate)),
-      release_(pole(releaseMs, sampleRate)),
-      detector_(settings.rmsTime > 0 ? 1.0F - pole(settings.rmsTime, sampleRate) : 1.0F) {
+    : threshold_(setting(settings.threshold, lowestThreshold, 0, 0)),
+      slope_(setting(settings.rate, 0, 100, 0) / 100.0F), knee_(std::clamp(-2.0F * threshold_, 0.001F, kneeDecibels)),
+      attack_(pole(attackMs, sampleRate)), release_(pole(releaseMs, sampleRate)),
+      detector_(settings.rmsTime > 0 ? 1.0F - pole(std::min(settings.rmsTime, longestRmsTime), sampleRate) : 1.0F) {
     if (threshold_ >= 0) {
         slope_ = 0;
     }

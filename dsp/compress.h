@@ -7,10 +7,11 @@
 
 namespace orvel {
 
+/// What lies outside the limits counts as the limit; what is no number as 0.
 struct CompressorSettings {
     float threshold = 0; ///< dB below full scale, -96..0; 0 leaves the sound as it is
     float rate = 1;      ///< the share of what is above the threshold that is taken away, percent, 1..100 (a limiter)
-    float rmsTime = 0;   ///< time constant of the mean-square detector in ms; 0 detects peaks
+    float rmsTime = 0;   ///< time constant of the mean-square detector in ms, 0..1000; 0 detects peaks
 };
 
 /// A feed-forward compressor in the decibel domain without make-up gain. The gain computer with its soft knee comes

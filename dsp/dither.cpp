@@ -51,7 +51,8 @@ ORVEL_WIDE_VECTORS void Dither::quantise(std::span<const float> values, std::spa
             add(noisy);
             // Shifted into the positive range, cutting the fraction off rounds to the nearest step.
             for (std::size_t i = 0; i < count; ++i) {
-                const float limited = std::clamp(noisy[i], -32768.0F, 32767.0F);
+                // In this order what is no number has a defined result as well.
+                const float limited = std::max(-32768.0F, std::min(32767.0F, noisy[i]));
                 samples[i] = static_cast<std::int16_t>(static_cast<std::int32_t>(limited + 32768.5F) - 32768);
             }
         }

@@ -1,5 +1,7 @@
 #include "dsp/gain.h"
 
+#include "dsp/setting.h"
+
 #include <cmath>
 
 namespace orvel {
@@ -9,9 +11,12 @@ float decibelsToFactor(float decibels) {
 }
 
 void amplify(std::span<std::int16_t> samples, float factor, Dither &dither) {
-    dither.rework(samples, [factor](std::span<float> block) {
+    // A step of 1 is full scale long before; what is infinite would make a sample of 0 no number.
+    constexpr float mostThatMatters = 65536;
+    const float used = setting(factor, 0, mostThatMatters, 1);
+    dither.rework(samples, [used](std::span<float> block) {
         for (float &sample : block) {
-            sample *= factor;
+            sample *= used;
         }
     });
 }

@@ -1,35 +1,42 @@
 #include "dsp/normalise.h"
 
+#include "dsp/setting.h"
+
 #include <algorithm>
 #include <cmath>
 
 namespace orvel {
 
 void normalise(std::span<std::int16_t> samples, float percent, Dither &dither) {
-    if (samples.empty()) {
+    constexpr float fullScale = 32767;
+    const auto target = static_cast<int>(std::lround(setting(percent, 0, 100, 100) / 100 * fullScale));
+    if (target == 0 || samples.empty()) {
+        std::fill(samples.begin(), samples.end(), std::int16_t{0});
         return;
     }
     int lowest = samples.front();
     int highest = samples.front();
-    std::int64_t sum = 0;
     for (const std::int16_t sample : samples) {
         lowest = std::min<int>(lowest, sample);
         highest = std::max<int>(highest, sample);
-        sum += sample;
     }
     if (lowest == highest) {
         return;
     }
-    const double mean = static_cast<double>(sum) / static_cast<double>(samples.size());
-    const double peak = std::max(highest - mean, mean - lowest);
-    const double target = std::round(static_cast<double>(percent) / 100.0 * 32767.0);
-    const auto factor = static_cast<float>(target / peak);
-    const auto offset = static_cast<float>(mean);
-    dither.rework(samples, [factor, offset](std::span<float> block) {
+    const int peak = std::max(highest, -lowest);
+    const int loudest = highest == peak ? highest : lowest;
+    const auto place = std::find(samples.begin(), samples.end(), loudest);
+    const float factor = static_cast<float>(target) / static_cast<float>(peak);
+    dither.rework(samples, [factor](std::span<float> block) {
         for (float &sample : block) {
-            sample = (sample - offset) * factor;
+            sample *= factor;
         }
     });
+    // The dither may have moved the peak by a step, or made another one.
+    for (std::int16_t &sample : samples) {
+        sample = static_cast<std::int16_t>(std::clamp<int>(sample, -target, target));
+    }
+    *place = static_cast<std::int16_t>(loudest > 0 ? target : -target);
 }
 
 } // namespace orvel

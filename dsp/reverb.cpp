@@ -2,6 +2,7 @@
 
 #include "dsp/denormals.h"
 #include "dsp/room.h"
+#include "dsp/setting.h"
 
 #include <algorithm>
 #include <cmath>
@@ -10,6 +11,8 @@
 namespace orvel {
 
 namespace {
+
+constexpr float longestDelay = 1000; ///< ms
 
 static_assert(Dither::blockSize % roomBlock == 0);
 
@@ -43,13 +46,13 @@ void reverb(std::vector<std::int16_t> &samples, const ReverbSettings &settings, 
         return;
     }
     const NoDenormals noDenormals;
-    const float depth = std::clamp(settings.depth, 0.0F, 100.0F) / 100.0F;
-    const float seconds = std::clamp(settings.decay, 1.0F, 100.0F) / 100.0F * reverbSeconds;
+    const float depth = setting(settings.depth, 1, 100, 1) / 100.0F;
+    const float seconds = setting(settings.decay, 1, 100, 1) / 100.0F * reverbSeconds;
     const float norm = std::sqrt((1 - depth) * (1 - depth) + depth * depth);
     const float dry = (1 - depth) / norm;
     const float wet = depth / norm;
-    Room room(seconds, settings.rate / 100.0F * reverbHertz, sampleRate);
-    const std::size_t late = samplesIn(std::max(settings.delay, 0.0F) / 1000.0F, sampleRate);
+    Room room(seconds, setting(settings.rate, 1, 100, 1) / 100.0F * reverbHertz, sampleRate);
+    const std::size_t late = samplesIn(setting(settings.delay, 0, longestDelay, 0) / 1000.0F, sampleRate);
     Delay before(late);
     samples.resize(samples.size() + late + samplesIn(seconds, sampleRate));
     dither.rework(samples, [&](std::span<float> block) {

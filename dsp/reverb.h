@@ -7,6 +7,7 @@
 
 namespace orvel {
 
+/// What lies outside the limits counts as the limit; what is no number as the lowest one.
 struct ReverbSettings {
     float delay = 0; ///< from the sound to its first reflection, ms, 0..1000
     float depth = 1; ///< share of reverberation in the sound, percent, 1..100 (nothing else)

@@ -130,6 +130,41 @@ TEST(Extremes, NothingWrapsAroundAtAnySetting) {
     }
 }
 
+// A gain of 800 dB in the settings file is infinite as a factor, and times 0 no number: rounding that is undefined.
+TEST(Extremes, SettingsThatAreNoneAreTheirLimits) {
+    constexpr float infinite = std::numeric_limits<float>::infinity();
+    const Samples before = tone(150, 9000, 6000);
+    for (const float value :
+         {std::numeric_limits<float>::quiet_NaN(), infinite, -infinite, 1e30F, -1e30F, -50.0F, 0.0F}) {
+        for (const auto &run : std::vector<std::function<void(AudioTransform &, Samples &)>>{
+                 [=](AudioTransform &transform, Samples &take) {
+                     transform.amplify(take, AudioTransform::decibelsToFactor(value));
+                 },
+                 [=](AudioTransform &transform, Samples &take) { transform.amplify(take, value); },
+                 [=](AudioTransform &transform, Samples &take) { transform.normalise(take, value); },
+                 [=](AudioTransform &transform, Samples &take) { transform.compress(take, value, 50, 0); },
+                 [=](AudioTransform &transform, Samples &take) { transform.compress(take, -40, value, value); },
+                 [=](AudioTransform &transform, Samples &take) {
+                     transform.reverb(take, {value, 50, 10, 10});
+                 },
+                 [=](AudioTransform &transform, Samples &take) {
+                     transform.reverb(take, {10, value, value, value});
+                 },
+                 [=](AudioTransform &transform, Samples &take) { trimBoth(transform, take, value); }}) {
+            AudioTransform transform = ready();
+            Samples take = before;
+            run(transform, take);
+            ASSERT_GE(take.size(), before.size()) << value;
+            ASSERT_LE(take.size(), before.size() + 5 * testRate) << value;
+        }
+    }
+    AudioTransform transform = ready();
+    Samples take = before;
+    transform.amplify(take, AudioTransform::decibelsToFactor(800));
+    EXPECT_EQ(take[0], 0);
+    EXPECT_EQ(take[50], 32767);
+}
+
 TEST(Extremes, OneSampleAndNoneGoThrough) {
     for (const Setting &setting : everySetting()) {
         AudioTransform transform = ready();
