@@ -1,10 +1,12 @@
 #include "dsp/reverb.h"
 
 #include "dsp/denormals.h"
+#include "dsp/gain.h"
 #include "dsp/room.h"
 #include "dsp/setting.h"
 
 #include <algorithm>
+#include <bit>
 #include <cmath>
 #include <utility>
 
@@ -35,6 +37,44 @@ class Delay {
     std::size_t position_ = 0;
 };
 
+/// Blocks that go past full scale, as they were computed.
+class LoudBlocks {
+  public:
+    void look(std::span<const float> block, std::size_t start) {
+        // Positive numbers and their bits have the same order, and whole numbers become vector code.
+        std::int32_t highest = 0;
+        for (const float sample : block) {
+            highest = std::max(highest, std::bit_cast<std::int32_t>(std::abs(sample)));
+        }
+        const auto peak = std::bit_cast<float>(highest);
+        if (peak > fullScale) {
+            peak_ = std::max(peak_, peak);
+            blocks_.emplace_back(start, std::vector<float>(block.begin(), block.end()));
+        }
+    }
+
+    /// Makes the take so much softer that nothing of it goes past full scale, if anything does.
+    void fit(std::span<std::int16_t> samples, Dither &dither) {
+        if (blocks_.empty()) {
+            return;
+        }
+        const float factor = (fullScale - 1) / peak_; // one step for the dither
+        amplify(samples, factor, dither);
+        for (auto &[start, values] : blocks_) {
+            for (float &value : values) {
+                value *= factor;
+            }
+            dither.quantise(values, samples.subspan(start, values.size()));
+        }
+    }
+
+  private:
+    static constexpr float fullScale = 32767;
+
+    std::vector<std::pair<std::size_t, std::vector<float>>> blocks_;
+    float peak_ = 0;
+};
+
 std::size_t samplesIn(float seconds, int sampleRate) {
     return static_cast<std::size_t>(std::lround(static_cast<double>(seconds) * sampleRate));
 }
@@ -55,6 +95,8 @@ void reverb(std::vector<std::int16_t> &samples, const ReverbSettings &settings, 
     const std::size_t late = samplesIn(setting(settings.delay, 0, longestDelay, 0) / 1000.0F, sampleRate);
     Delay before(late);
     samples.resize(samples.size() + late + samplesIn(seconds, sampleRate));
+    LoudBlocks loud;
+    std::size_t position = 0;
     dither.rework(samples, [&](std::span<float> block) {
         for (std::size_t start = 0; start < block.size(); start += roomBlock) {
             const std::span<float> part = block.subspan(start, std::min(roomBlock, block.size() - start));
@@ -65,7 +107,10 @@ void reverb(std::vector<std::int16_t> &samples, const ReverbSettings &settings, 
                 part[n] = dry * part[n] + wet * sound[n];
             }
         }
+        loud.look(block, position);
+        position += block.size();
     });
+    loud.fit(samples, dither);
 }
 
 } // namespace orvel

@@ -24,8 +24,8 @@ inline constexpr float reverbHertz = 1;
 /// fallen by 60 dB where the take ends.
 ///
 /// y = (1 - d) / n * x + d / n * room(x), d = depth / 100, n = sqrt((1 - d)^2 + d^2): as the room lets through as much
-/// energy as comes in, the take keeps its loudness at every depth. See Room for the room itself. An empty take stays
-/// empty.
+/// energy as comes in, the take keeps its loudness at every depth. See Room for the room itself. Where peaks of both
+/// meet past full scale, the whole take becomes just so much softer that nothing is cut off. An empty take stays empty.
 void reverb(std::vector<std::int16_t> &samples, const ReverbSettings &settings, int sampleRate, Dither &dither);
 
 } // namespace orvel

@@ -11,8 +11,8 @@ namespace orvel {
 
 namespace {
 
-constexpr double shortestLine = 0.025; ///< seconds, in a room of 1 s
-constexpr double longestLine = 0.080;
+constexpr double shortestLine = 0.050; ///< seconds, in a room of 1 s
+constexpr double longestLine = 0.110;
 constexpr double widestSwing = 0.00014; ///< seconds
 /// At low sample rates the splines take so much that the bass would not end if 1 kHz were to keep its promise.
 constexpr double longestBass = 1.25;
@@ -89,7 +89,7 @@ void hadamard(std::array<RoomBlock, count> &blocks) {
 
 Room::Room(float seconds, float hertz, int sampleRate)
     : sampleRate_(sampleRate), lowCut_(static_cast<float>(1 - std::exp(-2 * std::numbers::pi * rumble / sampleRate_))) {
-    const double size = seconds < 1 ? seconds : std::sqrt(seconds);
+    const double size = std::pow(seconds, seconds < 1 ? 1.25 : 0.5);
     makeLines(size, seconds, hertz);
     makeDiffusers(size);
     balance();
@@ -166,11 +166,21 @@ void Room::diffuse(Diffuser &diffuser, RoomBlock &block) {
 void Room::read(Line &line, RoomBlock &to) {
     const double delay = line.length + line.swing * line.phase.imag();
     line.phase *= line.turn;
+    const double next = line.length + line.swing * line.phase.imag();
     const auto whole = static_cast<std::size_t>(delay) + 1;
-    const auto [a, b, c, d] = spline(static_cast<double>(whole) - delay, line.gain);
+    // The weights go to those of the next block in a straight line: delays that leap from block to block can be heard.
+    // Where they pass a whole sample on their way, the piece of the spline is used a little past its end, where it
+    // differs from the next by less than 0.0001.
+    const std::array<float, 4> start = spline(static_cast<double>(whole) - delay, line.gain);
+    const std::array<float, 4> end = spline(static_cast<double>(whole) - next, line.gain);
+    constexpr float step = 1.0F / roomBlock;
     const float *from = line.memory.read(whole + 1);
     for (std::size_t n = 0; n < roomBlock; ++n) {
-        to[n] = a * from[n] + b * from[n + 1] + c * from[n + 2] + d * from[n + 3];
+        const float place = step * static_cast<float>(n);
+        to[n] = 0;
+        for (std::size_t k = 0; k < 4; ++k) {
+            to[n] += (start[k] + place * (end[k] - start[k])) * from[n + k];
+        }
     }
 }
 
