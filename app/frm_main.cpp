@@ -111,7 +111,9 @@ bool frmMain::Form_Load() {
 void frmMain::loadSettings() {
     LoadSettings(platform_.files, programFolder_, settings, processorSettings_);
     drives_ = loadDrives(platform_.files, programFolder_);
-    processorPanel->show(processorSettings_);
+    if (const QString sentence = processorPanel->show(processorSettings_); !sentence.isEmpty()) {
+        tell(sentence);
+    }
     gridPanel->steps().setStyles(applyStepStyles(settings));
 }
 

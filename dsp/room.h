@@ -13,8 +13,8 @@ namespace orvel {
 /// (M. R. Schroeder, "Natural sounding artificial reverberation", J. Audio Eng. Soc. 10, 1962).
 ///
 /// - The lines have sixteen prime lengths, 50 to 110 ms in a room of 1 s, together so long that no partial stands out
-///   of the others; smaller rooms are shorter in proportion, larger ones with the square root of
-///   their time. Each loses 60 dB in the reverberation time, at 1 kHz.
+///   of the others; smaller rooms are shorter in proportion and a little more, larger ones longer with the square
+///   root of their time. Each loses 60 dB in the reverberation time, at 1 kHz.
 /// - Their lengths swing slowly, each line at its own speed, by at most 0.14 ms: no tone of the room stays in place.
 ///   They are read with a cubic B-spline, whose loss in the treble (0.5 dB at 4 kHz, 1.9 dB at 8 kHz of 44.1 kHz)
 ///   is the damping of walls and air.

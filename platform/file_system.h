@@ -39,6 +39,9 @@ class FileSystem {
     /// Copies over an existing target as one step: to a temporary name in the target's folder, synced, renamed, so
     /// that nobody sees half a file. false when progress stopped it.
     virtual bool copy(const QString &source, const QString &target, const Progress &progress = {}) = 0;
+    /// Gives a file's present content a second name, at no cost where the disk can (elsewhere it is copied): what later
+    /// replaces the file by a copy or a move leaves the other. An existing target is an error (PermissionDenied).
+    virtual void link(const QString &source, const QString &target) = 0;
     /// Moves within or across disks; an existing target is overwritten.
     virtual void move(const QString &source, const QString &target) = 0;
     virtual void remove(const QString &path) = 0;

@@ -8,6 +8,8 @@
 #include <QFileInfo>
 #include <QGuiApplication>
 
+#include <algorithm>
+#include <cstdlib>
 #include <cstring>
 #include <new>
 #include <utility>
@@ -26,9 +28,18 @@ void fatally(Action action) {
     }
 }
 
+/// The settings file may hold anything, and 0 where it holds nothing.
 float valueOf(const LedSpin *spin) {
-    return static_cast<float>(spin->value());
+    return static_cast<float>(std::clamp(spin->value(), spin->minimum(), spin->maximum()));
 }
+
+/// Whether there is anything louder than so many steps.
+bool isLouder(const std::vector<std::int16_t> &samples, int steps) {
+    return std::any_of(samples.begin(), samples.end(), [steps](int sample) { return std::abs(sample) > steps; });
+}
+
+constexpr int audible = 32;   ///< steps: -60 dB below full scale
+constexpr int inaudible = 10; ///< -70 dB
 
 /// The label and the cursor tell that the window is busy, however the work ends.
 class BusySign {
@@ -63,16 +74,20 @@ void ProcessingChain::AudioProcessing(const QString &wavPath) {
     AudioTransform1.setSampleRate(AudioFile2->sampleRate());
     AudioTransform1.setChannels(1);
     AudioFile2->close();
+    raw_.clear();
+    silencer_.clear();
     try {
         runStages();
     } catch (const FatalError &) {
         abandonStage();
+        settleRaw();
         throw;
     } catch (const RuntimeError &) {
         giveUp();
     } catch (const std::bad_alloc &) {
         giveUp(); // a take of many hours
     }
+    settleRaw();
 }
 
 void ProcessingChain::giveUp() {
@@ -82,29 +97,47 @@ void ProcessingChain::giveUp() {
                                               "De geluidsbewerking is niet voltooid; de opname zelf is bewaard."));
 }
 
+void ProcessingChain::settleRaw() {
+    if (raw_.isEmpty()) {
+        return;
+    }
+    if (silencer_.isEmpty()) {
+        ignoringErrors([&] { context_.platform.files.remove(raw_); });
+        return;
+    }
+    QString place = QStringLiteral("temp2");
+    ignoringErrors([&] {
+        context_.recovery.keep(raw_);
+        place = QStringLiteral("herstel");
+    });
+    context_.tell(QCoreApplication::translate("ProcessingChain",
+                                              "%1 heeft de opname onhoorbaar gemaakt; de ruwe opname ligt in %2.")
+                      .arg(silencer_, place));
+}
+
 void ProcessingChain::runStages() {
     const ProcessorPanel &panel = context_.panel;
     if (panel.chkAmp->isChecked()) {
-        stage([&] {
+        stage(QStringLiteral("Versterking"), [&] {
             const float factor = AudioTransform::decibelsToFactor(valueOf(panel.ledAmp));
             AudioTransform1.amplify(samples_, factor);
         });
     }
     if (panel.chkNorm->isChecked()) {
-        stage([&] { AudioTransform1.normalise(samples_, valueOf(panel.ledNorm)); });
+        stage(QStringLiteral("Normalisatie"), [&] { AudioTransform1.normalise(samples_, valueOf(panel.ledNorm)); });
     }
     if (panel.chkComp->isChecked()) {
         // The panel's RMS time is kept with the settings, but the compressor works on peaks.
         constexpr float rmsTime = 0;
-        stage([&] {
+        stage(QStringLiteral("Compressor"), [&] {
             AudioTransform1.compress(samples_, valueOf(panel.ledCompTreshold), valueOf(panel.ledCompRate), rmsTime);
         });
     }
     if (panel.chkReverb->isChecked()) {
-        stage([this] { reverb(); });
+        stage(QStringLiteral("Reverb"), [this] { reverb(); });
     }
     if (panel.chkTrim->isChecked()) {
-        stage([this] { trim(); });
+        stage(QStringLiteral("Trimmen"), [this] { trim(); });
     }
 }
 
@@ -120,10 +153,30 @@ void ProcessingChain::trim() {
     AudioTransform1.trimEnd(samples_, valueOf(context_.panel.ledTrim), k);
 }
 
-void ProcessingChain::stage(const std::function<void()> &operation) {
+void ProcessingChain::stage(const QString &name, const std::function<void()> &operation) {
     StartOperation();
+    if (raw_.isEmpty()) {
+        keepRaw();
+    }
     operation();
     EndOperation();
+    if (isLouder(samples_, inaudible)) {
+        silencer_.clear();
+    } else if (rawIsAudible_ && silencer_.isEmpty()) {
+        silencer_ = name;
+    }
+}
+
+void ProcessingChain::keepRaw() {
+    const QString path = takeFile(context_.programFolder, QStringLiteral("\\temp2\\"),
+                                  QFileInfo(take_).completeBaseName() + QStringLiteral(".ruw"), QStringLiteral(".wav"));
+    // An earlier run was broken off.
+    if (context_.platform.files.fileExists(path)) {
+        context_.recovery.keep(path);
+    }
+    context_.platform.files.link(take_, path);
+    raw_ = path;
+    rawIsAudible_ = isLouder(samples_, audible);
 }
 
 void ProcessingChain::StartOperation() {

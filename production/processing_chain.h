@@ -36,7 +36,9 @@ class ProcessingChain {
     /// blocked until it returns. Throws FatalError where a folder or a file is missing or a file cannot be
     /// replaced. When the take's sound cannot be read, or a stage's cannot be written, the take stays as it was before
     /// that stage and the status line tells it. In every case the take is complete in "\temp\" or in "\temp2\"; what
-    /// is left in the latter goes to recovery before the name is used again.
+    /// is left in the latter goes to recovery before the name is used again. When the stages have made a take inaudible
+    /// (a peak above -60 dB below full scale came in, nothing above -70 dB came out), the raw take goes to recovery and
+    /// the status line names the stage.
     void AudioProcessing(const QString &wavPath);
 
   private:
@@ -45,7 +47,9 @@ class ProcessingChain {
     void trim();
     void StartOperation();
     void EndOperation();
-    void stage(const std::function<void()> &operation);
+    void stage(const QString &name, const std::function<void()> &operation);
+    void keepRaw();
+    void settleRaw();
     void openTake();
     void createOutput();
     void readTake();
@@ -60,6 +64,9 @@ class ProcessingChain {
     std::vector<std::int16_t> samples_; ///< the whole take, reused by every stage
     QString take_;
     QString stageOutput_;
+    QString raw_; ///< a second name of the raw take, as soon as there is one
+    bool rawIsAudible_ = false;
+    QString silencer_;             ///< the stage after which nothing was to be heard any more
     bool outputIsPartial_ = false; ///< nothing but a part of what the take still has
 };
 

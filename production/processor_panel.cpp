@@ -4,6 +4,8 @@
 #include <QHBoxLayout>
 #include <QLabel>
 
+#include <algorithm>
+
 namespace orvel {
 
 ProcessorPanel::ProcessorPanel(QWidget *parent) : QWidget(parent) {
@@ -82,23 +84,33 @@ void ProcessorPanel::makeReverb() {
         knob(reverb, {"ledRevRate", QStringLiteral("Rate"), percent, 1, 100, 1, tr("Hoe levendig de galm beweegt")});
 }
 
-void ProcessorPanel::show(const ProcessorSettings &settings) {
+QString ProcessorPanel::show(const ProcessorSettings &settings) {
+    QStringList changed;
+    const auto turn = [&changed](LedSpin *spin, int wanted) {
+        const int value = wanted == 0 ? 0 : std::clamp(wanted, spin->minimum(), spin->maximum());
+        if (value != wanted) {
+            changed << tr("%1 van %2 naar %3").arg(spin->accessibleName()).arg(wanted).arg(value);
+        }
+        spin->setValue(value);
+    };
     chkAmp->setChecked(settings.chkAmp != 0);
-    ledAmp->setValue(settings.ledAmp);
+    turn(ledAmp, settings.ledAmp);
     chkNorm->setChecked(settings.chkNorm != 0);
-    ledNorm->setValue(settings.ledNorm);
+    turn(ledNorm, settings.ledNorm);
     chkTrim->setChecked(settings.chkTrim != 0);
-    ledTrim->setValue(settings.ledTrim);
-    ledAttack->setValue(settings.ledAttack);
+    turn(ledTrim, settings.ledTrim);
+    turn(ledAttack, settings.ledAttack);
     chkComp->setChecked(settings.chkComp != 0);
-    ledCompTreshold->setValue(settings.ledCompTreshold);
-    ledCompRate->setValue(settings.ledCompRate);
-    ledCompRMS->setValue(settings.ledCompRMS);
+    turn(ledCompTreshold, settings.ledCompTreshold);
+    turn(ledCompRate, settings.ledCompRate);
+    turn(ledCompRMS, settings.ledCompRMS);
     chkReverb->setChecked(settings.chkReverb != 0);
-    ledRevDelay->setValue(settings.ledRevDelay);
-    ledRevDepth->setValue(settings.ledRevDepth);
-    ledRevDecay->setValue(settings.ledRevDecay);
-    ledRevRate->setValue(settings.ledRevRate);
+    turn(ledRevDelay, settings.ledRevDelay);
+    turn(ledRevDepth, settings.ledRevDepth);
+    turn(ledRevDecay, settings.ledRevDecay);
+    turn(ledRevRate, settings.ledRevRate);
+    return changed.isEmpty() ? QString()
+                             : tr("Buiten de grenzen in orvel.ini: %1.").arg(changed.join(QStringLiteral(", ")));
 }
 
 ProcessorSettings ProcessorPanel::settings() const {

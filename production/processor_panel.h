@@ -33,7 +33,9 @@ class ProcessorPanel : public QWidget {
     LedSpin *ledRevDecay = nullptr;
     LedSpin *ledRevRate = nullptr;
 
-    void show(const ProcessorSettings &settings);
+    /// A value outside its knob's limits becomes the limit; gives a sentence that tells it, or nothing. A value that is
+    /// missing is 0, and shown so even where a knob begins at 1.
+    QString show(const ProcessorSettings &settings);
     using QWidget::show;
     [[nodiscard]] ProcessorSettings settings() const;
 

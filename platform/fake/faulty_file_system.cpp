@@ -41,6 +41,11 @@ bool FaultyFileSystem::copy(const QString &source, const QString &target, const 
     });
 }
 
+void FaultyFileSystem::link(const QString &source, const QString &target) {
+    check(Operation::Link, target);
+    real_.link(source, target);
+}
+
 void FaultyFileSystem::move(const QString &source, const QString &target) {
     check(Operation::Move, target);
     real_.move(source, target);

@@ -10,7 +10,7 @@ namespace orvel {
 /// Another file system with faults: the operations named fail for paths that hold a text.
 class FaultyFileSystem : public FileSystem {
   public:
-    enum class Operation { List, Read, Write, Copy, Move, Remove, MakeFolder };
+    enum class Operation { List, Read, Write, Copy, Link, Move, Remove, MakeFolder };
 
     explicit FaultyFileSystem(FileSystem &real) : real_(real) {}
 
@@ -32,6 +32,7 @@ class FaultyFileSystem : public FileSystem {
     [[nodiscard]] QByteArray read(const QString &path) const override;
     void write(const QString &path, const QByteArray &content) override;
     bool copy(const QString &source, const QString &target, const Progress &progress) override;
+    void link(const QString &source, const QString &target) override;
     void move(const QString &source, const QString &target) override;
     void remove(const QString &path) override;
     void makeFolder(const QString &path) override;

@@ -10,6 +10,8 @@
 #include <QStorageInfo>
 
 #include <algorithm>
+#include <filesystem>
+#include <system_error>
 #include <utility>
 
 namespace orvel {
@@ -177,6 +179,21 @@ bool DiskFileSystem::copy(const QString &source, const QString &target, const Pr
     }
     replacement.replaceTarget();
     return true;
+}
+
+void DiskFileSystem::link(const QString &source, const QString &target) {
+    if (!fileExists(source)) {
+        throw missing(source);
+    }
+    if (QFileInfo::exists(target)) {
+        throw RuntimeError(ErrorNumber::PermissionDenied, target);
+    }
+    std::error_code error;
+    std::filesystem::create_hard_link(QFileInfo(source).filesystemFilePath(), QFileInfo(target).filesystemFilePath(),
+                                      error);
+    if (error) { // another disk, or one that knows no second names
+        copy(source, target, {});
+    }
 }
 
 void DiskFileSystem::move(const QString &source, const QString &target) {

@@ -40,6 +40,10 @@ class LoggedFileSystem : public FaultyFileSystem {
         log << QStringLiteral("copy ") + last(source) + u' ' + last(target);
         return FaultyFileSystem::copy(source, target, progress);
     }
+    void link(const QString &source, const QString &target) override {
+        log << QStringLiteral("link ") + last(source) + u' ' + last(target);
+        FaultyFileSystem::link(source, target);
+    }
     void move(const QString &source, const QString &target) override {
         log << QStringLiteral("move ") + last(source) + u' ' + last(target);
         FaultyFileSystem::move(source, target);
@@ -175,7 +179,9 @@ TEST_F(Processing, EveryStageGoesThroughTheDisk) {
     EXPECT_EQ(audioFiles.closedReaders, 3);
     // The take is never gone from its place, not even for a moment.
     const QString stage = QStringLiteral("move temp2/voice.wav temp/voice.wav");
-    EXPECT_EQ(files.log, (QStringList{stage, stage}));
+    const QString raw = QStringLiteral("temp2/voice.ruw.wav");
+    EXPECT_EQ(files.log, (QStringList{QStringLiteral("link temp/voice.wav ") + raw, stage, stage,
+                                      QStringLiteral("remove ") + raw}));
     EXPECT_TRUE(filesIn("temp2").isEmpty());
     EXPECT_EQ(filesIn("temp"), QStringList{QStringLiteral("voice.wav")});
 }
@@ -190,6 +196,119 @@ TEST_F(Processing, NormalisationWorksOnTheAmplifiedTake) {
     const auto crests = std::count_if(take.begin(), take.end(), [](int sample) { return std::abs(sample) > 16380; });
     EXPECT_GT(crests, 5000);
     EXPECT_NEAR(*std::max_element(take.begin(), take.end()), 16384, 2);
+}
+
+// A tick at "Normalisatie" with its initial 0 % made digital silence of every take, and the raw take was gone.
+TEST_F(Processing, ATakeThatBecomesInaudibleIsKeptRaw) {
+    const auto expectKept = [&](const char *name) {
+        SCOPED_TRACE(name);
+        processed();
+        const QStringList kept = filesIn("herstel");
+        ASSERT_EQ(kept.size(), 1);
+        EXPECT_TRUE(kept.first().startsWith(QStringLiteral("voice.ruw."))) << kept.first().toStdString();
+        EXPECT_EQ(read(path("herstel/") + kept.first()), makeTake());
+        EXPECT_EQ(told,
+                  QStringList{QString::fromLatin1(name) +
+                              QStringLiteral(" heeft de opname onhoorbaar gemaakt; de ruwe opname ligt in herstel.")});
+        EXPECT_TRUE(filesIn("temp2").isEmpty());
+        told.clear();
+        disk.remove(path("herstel/") + kept.first());
+        writeTake(makeTake());
+    };
+    panel.chkNorm->setChecked(true);
+    panel.ledNorm->setValue(0);
+    expectKept("Normalisatie");
+    // What went before and what comes after change nothing about it: the raw take is what was recorded.
+    switchEverythingOn();
+    panel.ledNorm->setValue(0);
+    expectKept("Normalisatie");
+}
+
+TEST_F(Processing, ATakeThatIsAudibleInTheEndIsNotKept) {
+    Samples quiet = makeTake();
+    for (std::int16_t &sample : quiet) {
+        sample = static_cast<std::int16_t>(sample / 300); // -58 dB; less 15 dB is too soft to be heard
+    }
+    writeTake(quiet);
+    panel.chkAmp->setChecked(true);
+    panel.ledAmp->setValue(-15);
+    panel.chkNorm->setChecked(true);
+    panel.ledNorm->setValue(80);
+    processed();
+    EXPECT_TRUE(told.isEmpty());
+    EXPECT_TRUE(filesIn("herstel").isEmpty());
+    writeTake(quiet);
+    panel.chkNorm->setChecked(false);
+    processed();
+    EXPECT_EQ(filesIn("herstel").size(), 1);
+    EXPECT_TRUE(told.value(0).startsWith(QStringLiteral("Versterking")));
+}
+
+TEST_F(Processing, ASilentTakeIsNobodysFault) {
+    writeTake(Samples(44100, 20));
+    panel.chkNorm->setChecked(true);
+    panel.ledNorm->setValue(0);
+    processed();
+    EXPECT_TRUE(told.isEmpty());
+    EXPECT_TRUE(filesIn("herstel").isEmpty());
+}
+
+TEST_F(Processing, ARawTakeThatRecoveryDoesNotTakeStaysWhereItIs) {
+    panel.chkNorm->setChecked(true);
+    panel.ledNorm->setValue(0);
+    files.fail(FaultyFileSystem::Operation::Move, QStringLiteral("herstel"), ErrorNumber::PermissionDenied);
+    processed();
+    EXPECT_EQ(read(path("temp2/voice.ruw.wav")), makeTake());
+    EXPECT_TRUE(told.value(0).endsWith(QStringLiteral("de ruwe opname ligt in temp2.")));
+    files.heal();
+    told.clear();
+    writeTake(makeTake());
+    panel.ledNorm->setValue(50);
+    processed();
+    EXPECT_EQ(filesIn("herstel").size(), 1) << "what an earlier run left is kept before its name is used again";
+    EXPECT_TRUE(filesIn("temp2").isEmpty());
+}
+
+TEST_F(Processing, ATakeThatCannotBeKeptIsNotReplaced) {
+    switchEverythingOn();
+    files.fail(FaultyFileSystem::Operation::Link, QStringLiteral("temp2"), ErrorNumber::DiskFull);
+    EXPECT_EQ(processed(), makeTake());
+    EXPECT_EQ(told.size(), 1);
+    EXPECT_TRUE(filesIn("temp2").isEmpty());
+}
+
+// 800 dB in the settings file made samples that are no numbers, -50 % turned the sound upside down.
+TEST_F(Processing, AKnobOutsideItsLimitsWorksAsTheLimit) {
+    panel.chkAmp->setChecked(true);
+    panel.ledAmp->setValue(800);
+    panel.chkComp->setChecked(true);
+    panel.ledCompTreshold->setValue(-300);
+    panel.ledCompRate->setValue(0); // what a settings file without it gives
+    Dither dither;
+    Samples expected = makeTake();
+    amplify(expected, decibelsToFactor(15), dither);
+    compress(expected, {-96, 1, 0}, 44100, dither);
+    EXPECT_EQ(processed(), expected);
+}
+
+TEST_F(Processing, ThePanelTellsWhatTheSettingsFileMayNotHold) {
+    EXPECT_EQ(panel.show(ProcessorSettings()), QString()) << "what is missing is 0, also for a knob that begins at 1";
+    EXPECT_EQ(panel.ledRevRate->value(), 0);
+    ProcessorSettings settings;
+    settings.ledAmp = 800;
+    settings.ledNorm = -50;
+    settings.ledTrim = -90;
+    settings.ledCompRate = -3;
+    settings.ledRevDelay = 2147483647;
+    EXPECT_EQ(
+        panel.show(settings),
+        QStringLiteral("Buiten de grenzen in orvel.ini: Versterking Niveau van 800 naar 15, Normalisatie Niveau van "
+                       "-50 naar 0, Compressor Rate van -3 naar 1, Reverb Delay van 2147483647 naar 1000."));
+    EXPECT_EQ(panel.ledAmp->value(), 15);
+    EXPECT_EQ(panel.ledNorm->value(), 0);
+    EXPECT_EQ(panel.ledTrim->value(), -90);
+    EXPECT_EQ(panel.ledCompRate->value(), 1);
+    EXPECT_EQ(panel.ledRevDelay->value(), 1000);
 }
 
 TEST_F(Processing, TheRmsTimeMakesNoDifference) {

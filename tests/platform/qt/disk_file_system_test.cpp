@@ -253,6 +253,20 @@ TEST_F(Disk, AMountedStickIsADriveAndOtherMountsAreNot) {
     EXPECT_EQ(WEXITSTATUS(status), 0);
 }
 
+TEST_F(Disk, ASecondNameKeepsWhatTheFirstLoses) {
+    writeContent(path("a.wav"), "raw");
+    disk.write(path("b.wav"), "processed");
+    disk.link(path("a.wav"), path("second.wav"));
+    disk.move(path("b.wav"), path("a.wav"));
+    EXPECT_EQ(disk.read(path("second.wav")), "raw");
+    EXPECT_EQ(disk.read(path("a.wav")), "processed");
+    disk.remove(path("a.wav"));
+    EXPECT_EQ(disk.read(path("second.wav")), "raw");
+    disk.write(path("c.wav"), "else");
+    EXPECT_EQ(errorOf([&] { disk.link(path("c.wav"), path("second.wav")); }), ErrorNumber::PermissionDenied);
+    EXPECT_EQ(errorOf([&] { disk.link(path("none.wav"), path("third.wav")); }), ErrorNumber::FileNotFound);
+}
+
 TEST_F(Disk, AMoveOverwrites) {
     writeContent(path("bron"), "nieuw");
     writeContent(path("doel"), "oud");
