@@ -11,8 +11,8 @@ namespace orvel {
 
 namespace {
 
-constexpr double shortestLine = 0.050; ///< seconds, in a room of 1 s
-constexpr double longestLine = 0.110;
+constexpr double shortestLine = 0.052; ///< seconds, in a room of 1 s
+constexpr double longestLine = 0.130;
 constexpr double widestSwing = 0.00014; ///< seconds
 /// At low sample rates the splines take so much that the bass would not end if 1 kHz were to keep its promise.
 constexpr double longestBass = 1.25;
@@ -21,6 +21,15 @@ constexpr float diffusion = 0.6F;
 constexpr std::array<double, 3> diffuserLengths = {0.0047, 0.0073, 0.0113}; ///< seconds, in a room of 1 s
 constexpr float firstShare = 0.3F;                                          ///< of the energy that comes out at once
 constexpr float mix = 0.25F; ///< keeps the energy in the Hadamard matrix: 1 / sqrt(lines)
+
+/// How far each sample is on the way to the next block.
+constexpr RoomBlock places = [] {
+    RoomBlock parts{};
+    for (std::size_t n = 0; n < roomBlock; ++n) {
+        parts[n] = static_cast<float>(n) / roomBlock;
+    }
+    return parts;
+}();
 
 bool isPrime(std::size_t number) {
     for (std::size_t divisor = 2; divisor * divisor <= number; ++divisor) {
@@ -106,7 +115,8 @@ void Room::makeLines(double scale, float seconds, float hertz) {
         const std::size_t length = primeFrom(std::max({wanted, least, previous + 1}));
         previous = length;
         const auto samples = static_cast<double>(length);
-        const double swing = std::min(widestSwing * sampleRate_, 0.02 * samples);
+        // Everything passes lines that swing; half of them do, as the others cost a third of the time.
+        const double swing = i % 2 == 0 ? std::min(widestSwing * sampleRate_, 0.02 * samples) : 0;
         const double gain = std::min(passGain(samples, seconds, sampleRate_) / lossAtOneKilohertz(sampleRate_),
                                      passGain(samples, longestBass * seconds, sampleRate_));
         // Speeds within a third of each other, none a multiple of another; phases spread by the golden angle.
@@ -164,6 +174,16 @@ void Room::diffuse(Diffuser &diffuser, RoomBlock &block) {
 }
 
 void Room::read(Line &line, RoomBlock &to) {
+    if (line.swing == 0) {
+        // The spline at a whole sample.
+        const float *from = line.memory.read(static_cast<std::size_t>(line.length) + 1);
+        const float side = line.gain / 6;
+        const float middle = line.gain * 4 / 6;
+        for (std::size_t n = 0; n < roomBlock; ++n) {
+            to[n] = side * (from[n] + from[n + 2]) + middle * from[n + 1];
+        }
+        return;
+    }
     const double delay = line.length + line.swing * line.phase.imag();
     line.phase *= line.turn;
     const double next = line.length + line.swing * line.phase.imag();
@@ -171,16 +191,13 @@ void Room::read(Line &line, RoomBlock &to) {
     // The weights go to those of the next block in a straight line: delays that leap from block to block can be heard.
     // Where they pass a whole sample on their way, the piece of the spline is used a little past its end, where it
     // differs from the next by less than 0.0001.
-    const std::array<float, 4> start = spline(static_cast<double>(whole) - delay, line.gain);
-    const std::array<float, 4> end = spline(static_cast<double>(whole) - next, line.gain);
-    constexpr float step = 1.0F / roomBlock;
+    const auto [a, b, c, d] = spline(static_cast<double>(whole) - delay, line.gain);
+    const auto [aEnd, bEnd, cEnd, dEnd] = spline(static_cast<double>(whole) - next, line.gain);
     const float *from = line.memory.read(whole + 1);
     for (std::size_t n = 0; n < roomBlock; ++n) {
-        const float place = step * static_cast<float>(n);
-        to[n] = 0;
-        for (std::size_t k = 0; k < 4; ++k) {
-            to[n] += (start[k] + place * (end[k] - start[k])) * from[n + k];
-        }
+        const float place = places[n];
+        to[n] = (a + place * (aEnd - a)) * from[n] + (b + place * (bEnd - b)) * from[n + 1] +
+                (c + place * (cEnd - c)) * from[n + 2] + (d + place * (dEnd - d)) * from[n + 3];
     }
 }
 

@@ -12,12 +12,12 @@ namespace orvel {
 /// networks for designing artificial reverberators", AES Convention 90, 1991), behind three all-pass diffusers
 /// (M. R. Schroeder, "Natural sounding artificial reverberation", J. Audio Eng. Soc. 10, 1962).
 ///
-/// - The lines have sixteen prime lengths, 50 to 110 ms in a room of 1 s, together so long that no partial stands out
+/// - The lines have sixteen prime lengths, 52 to 130 ms in a room of 1 s, together so long that no partial stands out
 ///   of the others; smaller rooms are shorter in proportion and a little more, larger ones longer with the square
 ///   root of their time. Each loses 60 dB in the reverberation time, at 1 kHz.
-/// - Their lengths swing slowly, each line at its own speed, by at most 0.14 ms: no tone of the room stays in place.
-///   They are read with a cubic B-spline, whose loss in the treble (0.5 dB at 4 kHz, 1.9 dB at 8 kHz of 44.1 kHz)
-///   is the damping of walls and air.
+/// - The lengths of every other line swing slowly, each at its own speed, by at most 0.14 ms: as everything passes them
+///   sooner or later, no tone of the room stays in place. All are read with a cubic B-spline, whose loss in the treble
+///   (0.5 dB at 4 kHz, 1.9 dB at 8 kHz of 44.1 kHz) is the damping of walls and air.
 /// - What enters has no rumble (below 100 Hz) and loses treble (3 dB at a sixth of the sample rate).
 /// - As much energy comes out as goes in; three tenths of it at once, out of the diffusers: the first reflection.
 class Room {
