@@ -200,6 +200,16 @@ TEST_F(Station, ClosingTheWindowWritesTheProcessorAndTheCard) {
     EXPECT_TRUE(window->processorPanel->chkComp->isChecked());
 }
 
+// A gain of 800 dB went from the settings file into the sound.
+TEST_F(Station, AKnobOutsideItsLimitsIsSetToTheLimitAndTold) {
+    configure(QStringLiteral("[AudioProcessor]\nAmp=800\nNorm=70"));
+    ASSERT_TRUE(start());
+    EXPECT_EQ(window->processorPanel->ledAmp->value(), 15);
+    EXPECT_EQ(window->processorPanel->ledNorm->value(), 70);
+    EXPECT_EQ(window->lblStatus->text(),
+              QStringLiteral("Buiten de grenzen in orvel.ini: Versterking Niveau van 800 naar 15."));
+}
+
 TEST_F(Station, TheExitButtonWritesAndEnds) {
     ASSERT_TRUE(start());
     bool ended = false;

@@ -263,8 +263,8 @@ TEST_F(Disk, ASecondNameKeepsWhatTheFirstLoses) {
     disk.remove(path("a.wav"));
     EXPECT_EQ(disk.read(path("second.wav")), "raw");
     disk.write(path("c.wav"), "else");
-    EXPECT_EQ(errorOf([&] { disk.link(path("c.wav"), path("second.wav")); }), ErrorNumber::PermissionDenied);
-    EXPECT_EQ(errorOf([&] { disk.link(path("none.wav"), path("third.wav")); }), ErrorNumber::FileNotFound);
+    EXPECT_EQ(errorOf([&] { disk.link(path("c.wav"), path("second.wav")); }), 70);
+    EXPECT_EQ(errorOf([&] { disk.link(path("none.wav"), path("third.wav")); }), 53);
 }
 
 TEST_F(Disk, AMoveOverwrites) {
