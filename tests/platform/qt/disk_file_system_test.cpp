@@ -88,6 +88,12 @@ TEST_F(Disk, ACopyThatIsStoppedLeavesTheTargetAsItWas) {
     EXPECT_EQ(everything(), QStringList({"bron", "doel"}));
 }
 
+TEST_F(Disk, TellsTheSizeOfAFile) {
+    writeContent(path("a.mdb"), QByteArray(12'345, 'a'));
+    EXPECT_EQ(disk.fileSize(path("a.mdb")), 12'345);
+    EXPECT_EQ(errorOf([&] { static_cast<void>(disk.fileSize(path("weg.mdb"))); }), 53);
+}
+
 TEST_F(Disk, AnEmptyFileIsCopiedToo) {
     writeContent(path("leeg"), {});
     writeContent(path("doel"), "oud");
