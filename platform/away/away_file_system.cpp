@@ -48,6 +48,10 @@ bool AwayFileSystem::fileExists(const QString &path) const {
     return look(folderOf(path), path, [path](const FileSystem &files) { return files.fileExists(path); });
 }
 
+qint64 AwayFileSystem::fileSize(const QString &path) const {
+    return in(folderOf(path), path, [path](const FileSystem &files) { return files.fileSize(path); });
+}
+
 bool AwayFileSystem::folderExists(const QString &path) const {
     return look(path, path, [path](const FileSystem &files) { return files.folderExists(path); });
 }
@@ -93,6 +97,11 @@ bool AwayFileSystem::copy(const QString &source, const QString &target, const Pr
         });
     };
     return work_.runWithProgress(folderOf(isAway(target) ? target : source), job, progress);
+}
+
+void AwayFileSystem::link(const QString &source, const QString &target) {
+    const QString &away = isAway(target) ? target : source;
+    in(folderOf(away), away, [source, target](FileSystem &files) { files.link(source, target); });
 }
 
 void AwayFileSystem::move(const QString &source, const QString &target) {

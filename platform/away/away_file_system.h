@@ -15,6 +15,7 @@ class AwayFileSystem : public FileSystem {
     AwayFileSystem(std::shared_ptr<FileSystem> real, AwayWork &work, const QString &station);
 
     [[nodiscard]] bool fileExists(const QString &path) const override;
+    [[nodiscard]] qint64 fileSize(const QString &path) const override;
     [[nodiscard]] bool folderExists(const QString &path) const override;
     [[nodiscard]] bool isSameFolder(const QString &one, const QString &other) const override;
     [[nodiscard]] QStringList list(const QString &folder, const QString &pattern) const override;
@@ -23,6 +24,7 @@ class AwayFileSystem : public FileSystem {
     [[nodiscard]] QByteArray read(const QString &path) const override;
     void write(const QString &path, const QByteArray &content) override;
     bool copy(const QString &source, const QString &target, const Progress &progress) override;
+    void link(const QString &source, const QString &target) override;
     void move(const QString &source, const QString &target) override;
     void remove(const QString &path) override;
     void makeFolder(const QString &path) override;
