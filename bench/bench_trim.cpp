@@ -86,6 +86,7 @@ void process(Samples &take, Samples &clean, unsigned stages) {
     }
     for (Samples *samples : {&take, &clean}) {
         if ((stages & Reverb) != 0) {
+            amplify(*samples, 0.7F, dither); // or both would be made softer, each by its own peak
             reverb(*samples, {20, 15, 20, 20}, testRate, dither);
         }
     }

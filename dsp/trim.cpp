@@ -23,7 +23,7 @@ constexpr std::ptrdiff_t clickReach = 300 * blocksPerMs;
 constexpr std::ptrdiff_t settlingBlocks = 100 * blocksPerMs;
 
 constexpr double rumble = 10;       ///< Hz
-constexpr double accuracy = 0.99;   ///< of a power, for where the windows begin
+constexpr double accuracy = 0.98;   ///< of a power, for where the windows begin
 constexpr double clickPower = 0.01; ///< of what is around a click at most, beside the click
 constexpr double beginning = 0.25;  ///< of a window's sound may come before it is said to begin
 constexpr float lowestThreshold = -90;
