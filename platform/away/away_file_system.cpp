@@ -89,14 +89,17 @@ bool AwayFileSystem::copy(const QString &source, const QString &target, const Pr
     if (!isAway(source) && !isAway(target)) {
         return real_->copy(source, target, progress);
     }
-    const auto job = [real = real_, source, target](AwayTask &task) {
-        real->copy(source, target, [&task](qint64 done, qint64 total) {
+    // Of a copy that is stopped in its last moment only the disk knows how it ended.
+    const auto isWhole = std::make_shared<std::atomic<bool>>(false);
+    const auto job = [real = real_, source, target, isWhole](AwayTask &task) {
+        *isWhole = real->copy(source, target, [&task](qint64 done, qint64 total) {
             task.bytesTotal = total;
             task.bytesDone = done;
             return !task.abandoned;
         });
     };
-    return work_.runWithProgress(folderOf(isAway(target) ? target : source), job, progress);
+    work_.runWithProgress(folderOf(isAway(target) ? target : source), job, progress);
+    return *isWhole;
 }
 
 void AwayFileSystem::link(const QString &source, const QString &target) {

@@ -41,8 +41,8 @@ bool isOutside(const QString &path, const QString &folder) {
     return !clean.isEmpty() && clean != folder && !clean.startsWith(folder + u'/');
 }
 
-bool AwayWork::runWithProgress(const QString &place, std::function<void(AwayTask &)> job, const Progress &progress) {
-    return perform(place, std::move(job), progress);
+void AwayWork::runWithProgress(const QString &place, std::function<void(AwayTask &)> job, const Progress &progress) {
+    perform(place, std::move(job), progress);
 }
 
 std::function<void(const QString &, const std::function<void()> &)> AwayWork::opener(const QString &station) {
@@ -59,48 +59,58 @@ void AwayWork::post(const QString &place, std::function<void()> job) {
     takeWorker()->post(std::make_shared<AwayTask>(place, [job = std::move(job)](AwayTask &) { job(); }));
 }
 
-bool AwayWork::perform(const QString &place, std::function<void(AwayTask &)> job, const Progress &progress) {
+void AwayWork::perform(const QString &place, std::function<void(AwayTask &)> job, const Progress &progress) {
     const auto task = std::make_shared<AwayTask>(place, std::move(job));
     if (!onWindowThread()) {
         task->run();
         task->rethrow();
-        return true;
+        return;
     }
     refuseWhereOneHangs(place);
     // While this one waits, a window event may have work of its own: it gets another worker.
     std::unique_ptr<AwayWorker> worker = takeWorker();
     worker->post(task);
-    const bool isWhole = waitFor(task, progress);
-    if (isWhole) {
+    if (waitFor(task, progress)) {
         idle_ = std::move(worker);
         task->rethrow();
     }
-    return isWhole;
 }
 
+/// Whether the task has ended; one that was stopped may go on hanging.
 bool AwayWork::waitFor(const std::shared_ptr<AwayTask> &task, const Progress &progress) {
     if (task->waitFor(kUnnoticed)) {
         return true;
     }
-    bool stopped = false;
-    try {
-        if (progress) {
-            stopped = !waitShowingProgress(*task, progress);
-        } else {
-            waitShowingSign(*task);
-        }
-    } catch (...) {
+    const auto abandon = [&] {
         task->abandoned = true;
         hanging_.push_back(task);
+    };
+    try {
+        if (progress) {
+            if (waitShowingProgress(*task, progress)) {
+                return true;
+            }
+        } else {
+            waitShowingSign(*task);
+            return true;
+        }
+    } catch (...) {
+        abandon();
         throw;
     }
-    if (stopped) {
-        task->abandoned = true;
-        if (!task->waitFor(kGrace)) {
-            hanging_.push_back(task);
+    abandon();
+    return noticesItsEnd(*task);
+}
+
+bool AwayWork::noticesItsEnd(AwayTask &task) {
+    const auto patience = std::chrono::steady_clock::now() + kGrace;
+    while (!task.waitFor(kPumpInterval)) {
+        if (std::chrono::steady_clock::now() > patience) {
+            return false;
         }
+        QCoreApplication::processEvents(QEventLoop::ExcludeUserInputEvents);
     }
-    return !stopped;
+    return true;
 }
 
 bool AwayWork::waitShowingProgress(AwayTask &task, const Progress &progress) {

@@ -42,8 +42,8 @@ class AwayWork {
     }
 
     /// A job that counts bytes in its task and looks whether it was abandoned; the window sees its progress instead of
-    /// the sign. False when progress stopped it.
-    bool runWithProgress(const QString &place, std::function<void(AwayTask &)> job, const Progress &progress);
+    /// the sign. Returns when it has ended, or when progress stopped it and it did not notice.
+    void runWithProgress(const QString &place, std::function<void(AwayTask &)> job, const Progress &progress);
 
     /// For players' files: those of the station directly, all others like run().
     [[nodiscard]] std::function<void(const QString &path, const std::function<void()> &work)>
@@ -53,8 +53,10 @@ class AwayWork {
     void post(const QString &place, std::function<void()> job);
 
   private:
-    bool perform(const QString &place, std::function<void(AwayTask &)> job, const Progress &progress);
+    void perform(const QString &place, std::function<void(AwayTask &)> job, const Progress &progress);
     bool waitFor(const std::shared_ptr<AwayTask> &task, const Progress &progress);
+    /// After a job was stopped: whether it ends within a moment.
+    static bool noticesItsEnd(AwayTask &task);
     bool waitShowingProgress(AwayTask &task, const Progress &progress);
     void waitShowingSign(AwayTask &task);
     void refuseWhereOneHangs(const QString &place);
