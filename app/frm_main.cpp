@@ -129,7 +129,7 @@ bool frmMain::checkSoundCard() {
 
 void frmMain::fillCards() const {
     cardPanel->listCards();
-    cardPanel->selectCard(settings.RecCard);
+    cardPanel->selectCard({settings.RecCard, settings.RecCardName});
     cardPanel->BuildMixerStrips(cardPanel->lineCount());
 }
 

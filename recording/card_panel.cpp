@@ -76,16 +76,39 @@ void CardPanel::listCards() {
     cobKaart->setCurrentIndex(-1);
 }
 
-void CardPanel::selectCard(int position) {
-    const bool valid = position >= 0 && position < cobKaart->count();
-    cobKaart->setCurrentIndex(valid ? position : cobKaart->findData(platform_.sound.audioRecord().currentDevice()));
+void CardPanel::selectCard(const StoredCard &card) {
+    const int position = positionOf(card);
+    if (position >= 0) {
+        cobKaart->setCurrentIndex(position);
+        return;
+    }
+    cobKaart->setCurrentIndex(0); // monitors stand last
+    if (!card.name.isEmpty()) {
+        chosenCard_ = card;
+        tell_(tr("De opnamekaart %1 is er niet; er wordt opgenomen met %2.").arg(card.name, cobKaart->currentText()));
+    }
+}
+
+int CardPanel::positionOf(const StoredCard &card) const {
+    if (!card.name.isEmpty()) {
+        for (int position = 0; position < cobKaart->count(); ++position) {
+            if (cobKaart->itemText(position).simplified() == card.name) {
+                return position;
+            }
+        }
+        return -1;
+    }
+    const bool isListed = card.position >= 0 && card.position < cobKaart->count();
+    const bool isInput =
+        isListed && cobKaart->itemData(card.position).toInt() <= platform_.sound.audioRecord().inputCount();
+    return isInput ? card.position : -1;
 }
 
 void CardPanel::cobKaart_Click() {
     if (cobKaart->currentIndex() < 0) {
         return;
     }
-    chosenCard_ = cobKaart->currentIndex();
+    chosenCard_ = {cobKaart->currentIndex(), cobKaart->currentText().simplified()};
     AudioRecord &audioRecord = platform_.sound.audioRecord();
     audioRecord.setCurrentDevice(cobKaart->currentData().toInt());
     // The mixer counts cards from 1, the recorder from 0.

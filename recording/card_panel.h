@@ -3,6 +3,7 @@
 #include "platform/platform.h"
 #include "platform/timers.h"
 #include "recording/mixer_strip.h"
+#include "settings/settings.h"
 #include "widgets/level_meter.h"
 
 #include <QComboBox>
@@ -27,10 +28,12 @@ class CardPanel : public QWidget {
 
     /// Fills the list with the cards that can record; the current card stays current.
     void listCards();
-    /// Selects a list position; one that is not in the list selects the current card: the first that is no monitor.
-    void selectCard(int position);
-    /// The list position to store: that of the card that was chosen last, also while it is unplugged.
-    [[nodiscard]] int chosenCard() const { return chosenCard_; }
+    /// Selects the stored card: by its name, or by its position where no name is known. One that is not there, and a
+    /// position where a monitor stands, select the first card instead, which is no monitor. It is told, and
+    /// the stored card stays the one to store until the presenter chooses.
+    void selectCard(const StoredCard &card);
+    /// What to store: the card that was chosen last, also while it is unplugged.
+    [[nodiscard]] const StoredCard &chosenCard() const { return chosenCard_; }
     void cobKaart_Click();
     /// Fills the strips of the first count lines of the current card.
     void BuildMixerStrips(int count);
@@ -55,13 +58,15 @@ class CardPanel : public QWidget {
     void showLine(int index);
     void lookForChanges();
     void followCards();
+    /// Where the stored card stands in the list; -1 when it is not there.
+    [[nodiscard]] int positionOf(const StoredCard &card) const;
 
     Platform &platform_;
     std::function<void(const QString &)> tell_;
     std::unique_ptr<Timer> tmrCards_;
     std::vector<MixerStrip *> strips_;
     std::int16_t LineCount = 0;
-    int chosenCard_ = 0;
+    StoredCard chosenCard_;
 };
 
 /// The level meters of the two channels with their scale.

@@ -94,6 +94,7 @@ void loadAudio(Reader &file, Settings &settings) {
     file.read("CCallBack", settings.CCallBack);
     file.read("CCard", settings.CCard);
     file.read("RecCard", settings.RecCard);
+    settings.RecCardName = file.text("RecCardName");
     settings.Mute = file.isOne("Mute");
     file.read("BitRate", settings.BitRate, std::int16_t{2});
     settings.FreeFormat = file.isOne("FreeFormat");
@@ -170,10 +171,14 @@ DriveMap loadDrives(FileSystem &files, const QString &programFolder) {
     return drives;
 }
 
-void saveAudio(FileSystem &files, const QString &programFolder, int recCard, const ProcessorSettings &processor) {
+void saveAudio(FileSystem &files, const QString &programFolder, const StoredCard &card,
+               const ProcessorSettings &processor) {
     Writer file(files, programFolder);
     file.setSection("Audio");
-    file.write("RecCard", recCard);
+    file.write("RecCard", card.position);
+    if (!card.name.isEmpty()) {
+        file.write("RecCardName", card.name);
+    }
     file.setSection("AudioProcessor");
     for (const ProcessorKey &key : processorKeys) {
         file.write(key.key, key.check != nullptr ? processor.*key.check : processor.*key.value);

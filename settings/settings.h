@@ -37,6 +37,7 @@ struct Settings {
     std::int16_t CCard = 0;
     std::int16_t CCallBack = 0; ///< 0 "Windows", 1 "Callback", 2 "Thread"
     std::int16_t RecCard = 0;   ///< position in the list of cards
+    QString RecCardName;        ///< of the card that had that position; empty where it was never stored
     Truth Mute;
     std::int16_t BitRate = 0; ///< 0 to 4: 128, 192, 256, 320, 350 kbit/s
     Truth Network;
@@ -65,8 +66,16 @@ void LoadSettings(FileSystem &files, const QString &programFolder, Settings &set
 /// The section [Drives].
 DriveMap loadDrives(FileSystem &files, const QString &programFolder);
 
-/// Writes the recording card's list position and the processor panel. Throws what FileSystem::write() throws.
-void saveAudio(FileSystem &files, const QString &programFolder, int recCard, const ProcessorSettings &processor);
+/// The recording card as the settings file holds it. Positions shift when cards come and go: the name, where it is
+/// known, tells which one it was.
+struct StoredCard {
+    int position = 0;
+    QString name; ///< in one line; may be empty
+};
+
+/// Writes the recording card and the processor panel. Throws what FileSystem::write() throws.
+void saveAudio(FileSystem &files, const QString &programFolder, const StoredCard &card,
+               const ProcessorSettings &processor);
 
 /// Writes what the setup dialog edits. Throws what FileSystem::write() throws.
 void saveSetup(FileSystem &files, const QString &programFolder, const Settings &settings);

@@ -129,7 +129,7 @@ TEST_F(Cards, TheChosenCardIsNotReplacedWhileItIsAwayAndIsChosenAgainWhenItRetur
     replug({twoCards().front()});
     EXPECT_EQ(panel->cobKaart->currentIndex(), -1);
     EXPECT_EQ(shownStrips(), 0);
-    EXPECT_EQ(panel->chosenCard(), 1);
+    EXPECT_EQ(panel->chosenCard().position, 1);
     EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("losgekoppeld")));
     replug(twoCards());
     EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Mengtafel"));
@@ -152,12 +152,39 @@ TEST_F(Cards, AMonitorIsListedLastAndNotChosenByItself) {
 }
 
 TEST_F(Cards, AMonitorThatThePresenterChoseStaysChosen) {
-    startWith(monitorAndMicrophone(), QStringLiteral("[Audio]\nRecCard=1"));
+    startWith(monitorAndMicrophone());
+    panel->cobKaart->setCurrentIndex(1);
+    EXPECT_TRUE(window->close());
+    startWith(monitorAndMicrophone());
     EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Monitor"));
     EXPECT_EQ(sound.recorderDevice(), 1);
     replug({monitorAndMicrophone().front()});
     EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Monitor"));
     EXPECT_EQ(sound.recorderDevice(), 0);
+}
+
+// Positions shift: with the stored card unplugged, a monitor stood in its place, and silence was recorded.
+TEST_F(Cards, AStoredCardThatIsAwayIsNotReplacedByWhatStandsInItsPlace) {
+    startWith(twoCards());
+    panel->cobKaart->setCurrentIndex(1);
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(content(QStringLiteral("orvel.ini")).contains("RecCardName=Mengtafel"));
+    startWith(monitorAndMicrophone());
+    EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Microfoon"));
+    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("Mengtafel")));
+    // Its place is kept for it, also over the end of the program.
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(content(QStringLiteral("orvel.ini")).contains("RecCardName=Mengtafel"));
+    startWith({twoCards().back(), twoCards().front()});
+    EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Mengtafel"));
+    EXPECT_EQ(sound.recorderDevice(), 0);
+}
+
+TEST_F(Cards, APositionWithoutANameNeverSelectsAMonitor) {
+    startWith(monitorAndMicrophone(), QStringLiteral("[Audio]\nRecCard=1"));
+    EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Microfoon"));
+    startWith(twoCards(), QStringLiteral("[Audio]\nRecCard=1"));
+    EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Mengtafel"));
 }
 
 TEST_F(Cards, AVolumeThatSomebodyElseMovedIsShown) {

@@ -53,7 +53,7 @@ TEST_F(Saving, TheEndOfTheProgramWritesItsKeysInTheirOrder) {
     ASSERT_TRUE(QFile::remove(path));
     processor.chkNorm = 0;
     processor.ledRevRate = -1;
-    saveAudio(disk, folder.path(), 3, processor);
+    saveAudio(disk, folder.path(), {3, {}}, processor);
     EXPECT_EQ(contentOf(path), "[Audio]\r\nRecCard=3\r\n\r\n"
                                "[AudioProcessor]\r\nUseAmp=1\r\nAmp=201\r\nUseNorm=0\r\nNorm=202\r\nUseTrim=1\r\n"
                                "Trim=203\r\nAttack=204\r\nUseComp=1\r\nCompTresh=205\r\nCompRate=206\r\n"

@@ -98,7 +98,7 @@ TEST_F(SettingsFile, SavingTheSetupWritesItsSpellingsAndKeepsTheRest) {
 TEST_F(SettingsFile, SavingTheAudioWritesItsKeysInTheirOrder) {
     processor.chkComp = 1;
     processor.ledCompTreshold = -18;
-    saveAudio(disk, folder.path(), 3, processor);
+    saveAudio(disk, folder.path(), {3, {}}, processor);
     EXPECT_EQ(
         content().replace("\r", ""),
         "[Audio]\nRecCard=3\n\n[AudioProcessor]\nUseAmp=0\nAmp=0\nUseNorm=0\nNorm=0\nUseTrim=0\nTrim=0\nAttack=0\n"
