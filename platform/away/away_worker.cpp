@@ -2,6 +2,7 @@
 
 #include <deque>
 #include <thread>
+#include <utility>
 
 namespace orvel {
 
@@ -15,7 +16,7 @@ void AwayTask::run() {
     job_ = nullptr; // what it owns goes on this thread: letting a file go may hang as well
     {
         const std::lock_guard lock(mutex_);
-        error_ = error;
+        error_ = std::move(error);
         hasEnded_ = true;
     }
     ended_.notify_all();
@@ -26,9 +27,10 @@ bool AwayTask::waitFor(std::chrono::milliseconds longest) {
     return ended_.wait_for(lock, longest, [this] { return hasEnded_; });
 }
 
-void AwayTask::rethrow() const {
-    if (error_) {
-        std::rethrow_exception(error_);
+void AwayTask::rethrow() {
+    // Nobody else has it then: this thread also lets it go.
+    if (const std::exception_ptr error = std::exchange(error_, nullptr)) {
+        std::rethrow_exception(error);
     }
 }
 

@@ -29,8 +29,8 @@ class AwayTask {
     void run();
     /// True when the job has ended.
     bool waitFor(std::chrono::milliseconds longest);
-    /// Throws what the job threw. After its end.
-    void rethrow() const;
+    /// Throws what the job threw. Once, after its end.
+    void rethrow();
 
   private:
     QString place_;
