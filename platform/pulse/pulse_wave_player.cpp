@@ -39,10 +39,11 @@ PulseWavePlayer::~PulseWavePlayer() {
 void PulseWavePlayer::setFileName(const QString &path) {
     close();
     const auto file = std::make_shared<SndfileReader>();
-    openFile_(path, [file, path] {
-        file->open(path);
+    // A name of its own: the file goes on another thread.
+    openFile_(path, [file, own = QString(path.constData(), path.size())] {
+        file->open(own);
         if (file->errorState() < 0) {
-            throwCannotOpen(path);
+            throwCannotOpen(own);
         }
     });
     reader_ = std::make_unique<PatientReader>(file);
