@@ -92,7 +92,8 @@ void process(Samples &take, Samples &clean, unsigned stages) {
     }
 }
 
-void judge(Account &account, const Samples &take, const Levels &clean, double threshold, double noiseLevel) {
+void judge(const std::vector<Account *> &accounts, const Samples &take, const Levels &clean, double threshold,
+           double noiseLevel) {
     const auto [first, last] = clean.passage(threshold);
     if (first == last) {
         return; // nothing above the threshold
@@ -106,18 +107,20 @@ void judge(Account &account, const Samples &take, const Levels &clean, double th
     const std::size_t end = begin + rest.size();
     const double atStart = milliseconds(static_cast<std::ptrdiff_t>(begin) - static_cast<std::ptrdiff_t>(first));
     const double atEnd = milliseconds(static_cast<std::ptrdiff_t>(last) - static_cast<std::ptrdiff_t>(end));
-    ++account.takes;
-    for (const double lost : {atStart, atEnd}) {
-        account.lostMs = std::max(account.lostMs, lost);
-        account.losers += lost > 0 ? 1 : 0;
-        if (noiseLevel <= threshold - 10) {
-            ++account.edges;
-            account.near += std::abs(lost) <= 5 ? 1 : 0;
-            account.keptMs = std::max(account.keptMs, -lost);
+    const double lostLevel = std::max(clean.highest(0, begin) - threshold, clean.highest(end, take.size()) - threshold);
+    for (Account *account : accounts) {
+        ++account->takes;
+        account->lostLevel = std::max(account->lostLevel, lostLevel);
+        for (const double lost : {atStart, atEnd}) {
+            account->lostMs = std::max(account->lostMs, lost);
+            account->losers += lost > 0 ? 1 : 0;
+            if (noiseLevel <= threshold - 10) {
+                ++account->edges;
+                account->near += std::abs(lost) <= 5 ? 1 : 0;
+                account->keptMs = std::max(account->keptMs, -lost);
+            }
         }
     }
-    account.lostLevel =
-        std::max({account.lostLevel, clean.highest(0, begin) - threshold, clean.highest(end, take.size()) - threshold});
 }
 
 void print(const char *name, const Account &account) {
@@ -167,13 +170,12 @@ int main() {
                     const Levels levels(reference);
                     const double noiseLevel = decibels(rmsOf(Samples(take.begin(), take.begin() + lead * 9 / 10)));
                     for (std::size_t t = 0; t < thresholds.size(); ++t) {
-                        for (Account *account :
-                             {&byHiss[h], &byStages[stages], &byVoice[v], &byThreshold[t], &everything}) {
-                            judge(*account, take, levels, thresholds[t], noiseLevel);
-                        }
+                        std::vector<Account *> accounts = {&byHiss[h], &byStages[stages], &byVoice[v], &byThreshold[t],
+                                                           &everything};
                         if ((stages & Reverb) == 0) {
-                            judge(plain, take, levels, thresholds[t], noiseLevel);
+                            accounts.push_back(&plain);
                         }
+                        judge(accounts, take, levels, thresholds[t], noiseLevel);
                     }
                 }
             }

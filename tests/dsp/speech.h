@@ -59,29 +59,25 @@ inline Samples atPeak(Samples samples, double decibels) {
     return samples;
 }
 
-/// Levels (dB below full scale, RMS) of the 10 ms around every whole millisecond.
+/// Levels (dB below full scale, RMS) of the 10 ms around every sample.
 class Levels {
   public:
     static constexpr std::size_t ms = testRate / 1000;
 
     explicit Levels(const Samples &samples) {
-        std::vector<double> sums = {0};
         for (const std::int16_t sample : samples) {
-            sums.push_back(sums.back() + static_cast<double>(sample) * static_cast<double>(sample));
-        }
-        for (std::size_t at = 5 * ms; at + 5 * ms <= samples.size(); at += ms) {
-            const double mean = (sums[at + 5 * ms] - sums[at - 5 * ms]) / static_cast<double>(10 * ms);
-            levels_.push_back(10 * std::log10(mean / (32768.0 * 32768.0) + 1e-12));
+            sums_.push_back(sums_.back() + static_cast<double>(sample) * static_cast<double>(sample));
         }
     }
 
     /// The first and the last sample around which a level is passed; the same twice when it never is.
     [[nodiscard]] std::pair<std::size_t, std::size_t> passage(double level) const {
+        const double sum = 32768.0 * 32768.0 * std::pow(10, level / 10) * window;
         std::size_t first = 0;
         std::size_t last = 0;
-        for (std::size_t i = 0; i < levels_.size(); ++i) {
-            if (levels_[i] > level) {
-                last = (i + 5) * ms;
+        for (std::size_t at = window / 2; at + window / 2 < sums_.size(); ++at) {
+            if (around(at) > sum) {
+                last = at;
                 first = first == 0 ? last : first;
             }
         }
@@ -89,17 +85,19 @@ class Levels {
     }
     /// The highest level around the samples from one to before another.
     [[nodiscard]] double highest(std::size_t from, std::size_t end) const {
-        double highest = -120;
-        for (std::size_t i = 0; i < levels_.size(); ++i) {
-            if ((i + 5) * ms >= from && (i + 5) * ms < end) {
-                highest = std::max(highest, levels_[i]);
-            }
+        double highest = 0;
+        for (std::size_t at = std::max(from, window / 2); at < end && at + window / 2 < sums_.size(); ++at) {
+            highest = std::max(highest, around(at));
         }
-        return highest;
+        return 10 * std::log10(highest / window / (32768.0 * 32768.0) + 1e-12);
     }
 
   private:
-    std::vector<double> levels_;
+    static constexpr std::size_t window = 10 * ms;
+
+    [[nodiscard]] double around(std::size_t at) const { return sums_[at + window / 2] - sums_[at - window / 2]; }
+
+    std::vector<double> sums_ = {0};
 };
 
 } // namespace orvel
