@@ -12,7 +12,7 @@ namespace orvel {
 
 namespace {
 
-constexpr std::ptrdiff_t blocksPerMs = 4;
+constexpr std::ptrdiff_t blocksPerMs = 11;
 constexpr std::ptrdiff_t windowBlocks = 10 * blocksPerMs;
 /// Of a window: what is loud in it comes later, or the windows before would be loud as well.
 constexpr std::ptrdiff_t beforeCut = 5 * blocksPerMs / 2;
@@ -23,7 +23,7 @@ constexpr std::ptrdiff_t clickReach = 300 * blocksPerMs;
 constexpr std::ptrdiff_t settlingBlocks = 100 * blocksPerMs;
 
 constexpr double rumble = 10;       ///< Hz
-constexpr double accuracy = 0.98;   ///< of a power, for where the windows begin
+constexpr double accuracy = 0.985;  ///< of a power, for where the windows begin
 constexpr double clickPower = 0.01; ///< of what is around a click at most, beside the click
 constexpr double beginning = 0.25;  ///< of a window's sound may come before it is said to begin
 constexpr float lowestThreshold = -90;
@@ -195,12 +195,13 @@ class Noise {
     }
     /// What is left in the take of a sound of so much power: the noise adds its own (if there is little of it, that is
     /// sure), but some of both amplitudes is the same with opposite signs. The more the noise's windows differ, the
-    /// narrower it is, and the more it can resemble the sound: a tenth for white noise, a third for pink. As long as
-    /// nothing is known, there is noise at -10 dB.
+    /// narrower it is, and the more it can resemble the sound: a seventh for white noise, almost
+    /// half for pink (what that is too much keeps a syllable just below the threshold; what is too little cuts a word).
+    /// As long as nothing is known, there is noise at -10 dB.
     [[nodiscard]] double leftOf(double sound) const {
         const double little = 0.1 * sound;
         const double noise = power_.value_or(little);
-        const double likeness = std::clamp(1.2 * unrest_, 0.1, 0.33);
+        const double likeness = std::clamp(1.7 * unrest_, 0.14, 0.46);
         const double added = noise <= little ? noise : 0;
         return std::max(accuracy * sound + added - 2 * likeness * std::sqrt(sound * noise), 0.0);
     }

@@ -1,6 +1,7 @@
 // No English in a Dutch window: Qt's Dutch translation has holes.
 #include "app/dutch_texts.h"
 #include "platform/fake/fake_prompts.h"
+#include "platform/qt/disk_file_system.h"
 #include "platform/qt/qt_prompts.h"
 #include "platform/qt/qt_report_viewer.h"
 #include "tests/platform/qt/when_open.h"
@@ -155,7 +156,8 @@ TEST_F(Dutch, EveryStandardDialogThatOpensIsInDutch) {
     read([&] { prompts.ask(QStringLiteral("Goed zo ?"), QStringLiteral("Vraag")); });
     read([&] { prompts.message(QStringLiteral("Bericht"), QStringLiteral("Foutmelding"), MessageIcon::Critical); });
     FakePrompts noPrompts;
-    QtReportViewer viewer(noPrompts);
+    DiskFileSystem disk;
+    QtReportViewer viewer(noPrompts, disk);
     read([&] { viewer.preview(nullptr, QStringLiteral("Playlist"), QStringLiteral("<p>regel</p>")); });
     QPrinter printer;
     printer.setOutputFormat(QPrinter::PdfFormat);

@@ -128,7 +128,7 @@ TEST_F(Loading, AnUnreadableFileReadsAsEmptyAndIsNeverOverwritten) {
     LoadSettings(broken, folder.path(), settings, processor);
     expectDefaults(settings, processor);
     EXPECT_EQ(test::errorOf([&] { saveSetup(broken, folder.path(), settings); }), 75);
-    EXPECT_EQ(test::errorOf([&] { saveAudio(broken, folder.path(), 3, processor); }), 75);
+    EXPECT_EQ(test::errorOf([&] { saveAudio(broken, folder.path(), {3, {}}, processor); }), 75);
     EXPECT_EQ(test::contentOf(path), test::everyKey());
 }
 

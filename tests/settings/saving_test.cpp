@@ -85,7 +85,7 @@ TEST_F(Saving, HandWrittenKeysSurviveEverySave) {
               "; slot\r\n");
     for (int round = 0; round < 2; ++round) {
         saveSetup(disk, folder.path(), oddSettings());
-        saveAudio(disk, folder.path(), 3, processor);
+        saveAudio(disk, folder.path(), {3, {}}, processor);
         const QByteArray content = contentOf(path);
         for (const char *line : {"; ons station\r\n[Files]\r\nNodelete=1\r\nimportpath = /in\r\nExportPath=/uit\r\n",
                                  "\r\nVoiceTrackPath=/srv/\xC3\xA9t\xC3\xA9\r\n", "\r\n\r\n[Eigen]\r\nx=y\r\n\r\n",
@@ -104,9 +104,9 @@ TEST_F(Saving, HandWrittenKeysSurviveEverySave) {
 
 TEST_F(Saving, ASecondSaveChangesNothing) {
     saveSetup(disk, folder.path(), oddSettings());
-    saveAudio(disk, folder.path(), 3, processor);
+    saveAudio(disk, folder.path(), {3, {}}, processor);
     const QByteArray once = contentOf(path);
-    saveAudio(disk, folder.path(), 3, processor);
+    saveAudio(disk, folder.path(), {3, {}}, processor);
     saveSetup(disk, folder.path(), oddSettings());
     EXPECT_EQ(contentOf(path), once);
 }
@@ -116,7 +116,7 @@ TEST_F(Saving, ADiskThatRefusesLeavesTheFileAsItWas) {
     FaultyFileSystem broken(disk);
     broken.fail(FaultyFileSystem::Operation::Write, path, ErrorNumber::DiskFull);
     EXPECT_EQ(errorOf([&] { saveSetup(broken, folder.path(), oddSettings()); }), 61);
-    EXPECT_EQ(errorOf([&] { saveAudio(broken, folder.path(), 3, processor); }), 61);
+    EXPECT_EQ(errorOf([&] { saveAudio(broken, folder.path(), {3, {}}, processor); }), 61);
     EXPECT_EQ(contentOf(path), test::everyKey());
 }
 
