@@ -13,7 +13,6 @@
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QFileInfo>
 #include <QToolBar>
 
 namespace orvel {
@@ -134,18 +133,19 @@ void frmMain::fillCards() const {
 }
 
 void frmMain::makeFolders() {
-    try {
-        for (const char *name : {"\\new", "\\ok", "\\temp", "\\temp2"}) {
-            const QString folder = joined(programFolder_, QString::fromLatin1(name));
+    QString problem; // the first one: the others mostly have the same cause
+    for (const char *name : {"\\new", "\\ok", "\\temp", "\\temp2"}) {
+        const QString folder = joined(programFolder_, QString::fromLatin1(name));
+        try {
             platform_.files.makeFolder(folder);
             tryToWrite(folder);
+        } catch (const RuntimeError &error) {
+            problem = problem.isEmpty() ? tr("%1 (%2)").arg(folder, error.description()) : problem;
         }
-    } catch (const RuntimeError &error) {
-        const QString folder = QFileInfo(error.file()).path();
+    }
+    if (!problem.isEmpty()) {
         platform_.prompts.message(
-            tr("ORVEL kan niet schrijven in de map %1 (%2).\n\nOpnemen en bewaren lukt niet zolang "
-               "dat zo is.")
-                .arg(folder, error.description()),
+            tr("ORVEL kan niet schrijven in de map %1.\n\nOpnemen en bewaren lukt niet zolang dat zo is.").arg(problem),
             errorTitle, MessageIcon::Exclamation);
     }
 }

@@ -128,7 +128,6 @@ void SavePanel::saveVersion() {
     version.name = isGeneral ? version.name : StationCode + version.name;
     version.mp3 = takeFile(context_.programFolder, QStringLiteral("\\temp\\"), version.name, QStringLiteral(".mp3"));
     if (!isServerThere(version) || !encodeAndFile(version)) {
-        takeBackMark();
         return;
     }
     if (!context_.platform.prompts.ask(QStringLiteral("Bent U klaar met deze inteksting ?"),
@@ -182,7 +181,6 @@ bool SavePanel::saveForPlaylist(const Take &take) {
         return false;
     }
     if (!isServerThere(take) || !encodeAndFile(take)) {
-        takeBackMark();
         return false;
     }
     context_.completion.CheckLijst();
@@ -211,17 +209,19 @@ bool SavePanel::encodeAndFile(const Take &take) {
     FileSystem &files = context_.platform.files;
     const QString kept = encodeAndKeep(take);
     const bool filed = fileVoiceTrack(take);
+    const bool isAsBefore = !filed && converted_ && !kept.isEmpty();
+    if (isAsBefore) {
+        // The next press of the button files it.
+        files.move(kept, take.wav);
+        takeBackMark();
+        context_.tell(tr("%1 is niet weggeschreven; de opname blijft klaarstaan.").arg(take.name));
+    } else {
+        settle(kept, filed, take);
+    }
     if (files.fileExists(take.mp3)) {
         files.remove(take.mp3);
     }
-    if (!filed && converted_ && !kept.isEmpty()) {
-        // As it was before: the next press of the button files it.
-        files.move(kept, take.wav);
-        context_.tell(tr("%1 is niet weggeschreven; de opname blijft klaarstaan.").arg(take.name));
-        return false;
-    }
-    settle(kept, filed, take);
-    return true;
+    return !isAsBefore;
 }
 
 QString SavePanel::encodeAndKeep(const Take &take) {

@@ -83,7 +83,7 @@ class SavePanel : public QWidget {
     /// Looks in server mode whether there is a folder to file a voice track in, and tells when not. Nothing is made: in
     /// the place of a share that is not mounted it would be a folder that nobody looks in.
     [[nodiscard]] bool isServerThere(const Take &take);
-    /// False when it could not be filed: the take is then where it was before.
+    /// False when it could not be filed: the take is then where it was before, and its mark as it was.
     bool encodeAndFile(const Take &take);
     void takeBackMark();
     /// Converts, then moves the take's WAV to safety: it is dropped when the MP3 has been filed.

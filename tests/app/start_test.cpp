@@ -266,8 +266,11 @@ TEST_F(Station, AStationThatCannotBeWrittenIsToldAtTheStart) {
 TEST_F(Station, AFolderThatCannotBeMadeIsToldAtTheStart) {
     ASSERT_TRUE(QDir(folder.path()).rmdir(QStringLiteral("temp2")));
     files.fail(FaultyFileSystem::Operation::MakeFolder, QStringLiteral("temp2"), ErrorNumber::PermissionDenied);
-    prompts.expectReport(QStringLiteral("ORVEL kan niet schrijven in de map "));
+    ASSERT_TRUE(QDir(folder.path()).rmdir(QStringLiteral("temp")));
+    files.fail(FaultyFileSystem::Operation::Write, QStringLiteral("/new/"), ErrorNumber::PermissionDenied);
+    prompts.expectReport(QStringLiteral("ORVEL kan niet schrijven in de map %1 (").arg(path(QStringLiteral("new"))));
     EXPECT_TRUE(start());
+    EXPECT_TRUE(exists(QStringLiteral("temp"))) << "the others are made all the same";
 }
 
 } // namespace orvel
