@@ -1,9 +1,8 @@
 #include "app/dutch_texts.h"
-#include "app/frm_main.h"
-#include "app/frm_splash.h"
 #include "app/orvel_application.h"
 #include "platform/away/away_file_system.h"
 #include "platform/away/away_raw_file.h"
+#include "platform/guarded.h"
 #include "platform/jet/jet_engine.h"
 #include "platform/lame/system_audio_files.h"
 #include "platform/pulse/pulse_sound_card.h"
@@ -12,8 +11,10 @@
 #include "platform/qt/qt_report_viewer.h"
 #include "platform/qt/qt_timers.h"
 #include "platform/sdl/sdl_joystick.h"
-#include "shell/paths.h"
+#include "station/paths.h"
 #include "widgets/theme.h"
+#include "windows/frm_main.h"
+#include "windows/frm_splash.h"
 
 #include <clocale>
 
@@ -47,7 +48,7 @@ int Main(OrvelApplication &application) {
     QObject::connect(&window, &frmMain::ended, &application, &QCoreApplication::quit);
     window.show();
     bool goesOn = false;
-    application.guard([&] { goesOn = window.Form_Load(); });
+    guarded([&] { goesOn = window.Form_Load(); });
     splash.close();
     return goesOn ? std::max(QCoreApplication::exec(), application.exitCode()) : 1;
 }

@@ -1,35 +1,36 @@
 #include "app/orvel_application.h"
 
+#include "platform/guarded.h"
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
 
 namespace orvel {
 
-bool OrvelApplication::guard(const std::function<void()> &action) {
-    const auto report = [this](const RuntimeError &error, MessageIcon icon) {
+OrvelApplication::OrvelApplication(int &argc, char **argv) : QApplication(argc, argv) {
+    setErrorReport([this](const std::exception_ptr &error) { report(error); });
+}
+
+OrvelApplication::~OrvelApplication() {
+    setErrorReport({});
+}
+
+void OrvelApplication::report(const std::exception_ptr &error) {
+    const auto tell = [this](const RuntimeError &what, MessageIcon icon) {
         if (prompts_) {
-            prompts_->message(error.report(), QStringLiteral("ORVEL"), icon);
+            prompts_->message(what.report(), QStringLiteral("ORVEL"), icon);
         }
     };
     try {
-        action();
-        return true;
-    } catch (const FatalError &error) {
-        report(error, MessageIcon::Critical);
+        std::rethrow_exception(error);
+    } catch (const FatalError &fatal) {
+        tell(fatal, MessageIcon::Critical);
         exitCode_ = 1;
         exit(exitCode_);
-    } catch (const RuntimeError &error) {
-        report(error, MessageIcon::Exclamation);
-    } catch (const std::exception &error) {
-        report(RuntimeError(ErrorNumber::InternalError, {}, QString::fromUtf8(error.what())), MessageIcon::Critical);
+    } catch (const RuntimeError &failure) {
+        tell(failure, MessageIcon::Exclamation);
+    } catch (const std::exception &failure) {
+        tell(RuntimeError(ErrorNumber::InternalError, {}, QString::fromUtf8(failure.what())), MessageIcon::Critical);
     }
-    return false;
-}
-
-bool OrvelApplication::notify(QObject *receiver, QEvent *event) {
-    bool handled = false;
-    guard([&] { handled = QApplication::notify(receiver, event); });
-    return handled;
 }
 
 } // namespace orvel

@@ -2,26 +2,32 @@
 
 #include <QApplication>
 
+#include <exception>
+
 namespace orvel {
 
 class Prompts;
 
-/// The one boundary for errors: what a handler lets through is reported, and the handler is over.
+/// Reports what handlers let through: a message box with number and description. After an error that must end the
+/// program it ends it, with exit code 1.
 class OrvelApplication : public QApplication {
     Q_OBJECT
 
   public:
-    OrvelApplication(int &argc, char **argv) : QApplication(argc, argv) {}
+    OrvelApplication(int &argc, char **argv);
+    OrvelApplication(const OrvelApplication &) = delete;
+    OrvelApplication &operator=(const OrvelApplication &) = delete;
+    OrvelApplication(OrvelApplication &&) = delete;
+    OrvelApplication &operator=(OrvelApplication &&) = delete;
+    ~OrvelApplication() override;
 
     void setPrompts(Prompts &prompts) { prompts_ = &prompts; }
-    /// Runs something outside the event loop inside the boundary; false when it failed.
-    bool guard(const std::function<void()> &action);
-
-    bool notify(QObject *receiver, QEvent *event) override;
     /// 1 after an error that ends the program, else 0.
     [[nodiscard]] int exitCode() const { return exitCode_; }
 
   private:
+    void report(const std::exception_ptr &error);
+
     Prompts *prompts_ = nullptr;
     int exitCode_ = 0;
 };

@@ -1,7 +1,7 @@
 // Speed of opening a playlist as the presenter sees it, from the click to the filled and painted grid, beside a whole
 // run of mdb-export on the same file. Prints one line, with and without the painting; needs no display.
 //   bench_open [playlist]
-#include "app/frm_main.h"
+#include "windows/frm_main.h"
 #include "app/orvel_application.h"
 #include "platform/fake/fake_joystick.h"
 #include "platform/fake/fake_prompts.h"
@@ -77,7 +77,7 @@ int main(int argc, char **argv) {
     frmMain window(platform, folder.path(), {});
     window.show();
     window.Form_Load();
-    QListWidget &list = *window.filePanel->filNew;
+    QListWidget &list = *window.panels().filePanel->filNew;
     const QPoint place = list.visualItemRect(list.item(0)).center();
     const auto click = [&] { QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, place); };
     const auto paint = [] { QCoreApplication::processEvents(); };
@@ -91,6 +91,6 @@ int main(int argc, char **argv) {
     });
     const double theirs = medianMs(runs, [&] { runTool(playlist); });
     std::printf("click to filled grid, %d steps: %.2f ms, painted %.2f ms; mdb-export %.2f ms; ratio %.2f, %.2f\n",
-                window.datList.stepCount(), filled, painted, theirs, filled / theirs, painted / theirs);
+                window.workplace().datList.stepCount(), filled, painted, theirs, filled / theirs, painted / theirs);
     return 0;
 }

@@ -24,6 +24,16 @@ class WaitingSign {
     [[nodiscard]] virtual bool isGivenUp() const = 0;
 };
 
+/// A window that shows how far a long work is, as long as it lives, with a button that stops it.
+class ProgressSign {
+  public:
+    virtual ~ProgressSign() = default;
+
+    /// what: the file at hand, say. step: 0 .. the number of steps.
+    virtual void advance(const QString &what, int step) = 0;
+    [[nodiscard]] virtual bool isStopped() const = 0;
+};
+
 /// Every modal question and message that the presenter gets. Calls return when the box is closed.
 class Prompts {
   public:
@@ -44,6 +54,8 @@ class Prompts {
     virtual std::optional<std::int32_t> colour(std::int32_t initial) = 0;
     /// A sign that it waits for a folder; it shows itself when that takes a while. Returns at once.
     virtual std::unique_ptr<WaitingSign> waitFor(const QString &folder) = 0;
+    /// A window that shows progress, at once. Returns at once.
+    virtual std::unique_ptr<ProgressSign> progress(const QString &title, int steps) = 0;
 };
 
 } // namespace orvel

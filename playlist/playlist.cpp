@@ -2,8 +2,8 @@
 
 #include "platform/runtime_error.h"
 #include "playlist/field_values.h"
-#include "shell/checked.h"
-#include "shell/paths.h"
+#include "station/checked.h"
+#include "station/paths.h"
 
 namespace orvel {
 

@@ -2,7 +2,7 @@
 
 #include "platform/runtime_error.h"
 #include "playlist/playlist.h"
-#include "shell/paths.h"
+#include "station/paths.h"
 
 #include <QDateTime>
 #include <QFileInfo>

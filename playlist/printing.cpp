@@ -5,7 +5,7 @@
 #include "platform/report_template.h"
 #include "playlist/field_values.h"
 #include "playlist/step_types.h"
-#include "shell/paths.h"
+#include "station/paths.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -88,14 +88,13 @@ QVariantMap Printing::values() const {
             {QStringLiteral("length"), minutesAndSeconds(length)}};
 }
 
-void Printing::Printen(QWidget *owner) const {
+void Printing::Printen() const {
     if (step_.VoiceTrackName.isEmpty()) {
         return;
     }
     const QString path = joined(programFolder_, QStringLiteral("\\rep\\play0.rpt"));
     const QByteArray reportTemplate = platform_.files.read(path);
-    rptPrint.preview(owner, QStringLiteral("Playlist ") + playlist_.fileName(),
-                     fillTemplate(reportTemplate, values(), path));
+    rptPrint.preview(QStringLiteral("Playlist ") + playlist_.fileName(), fillTemplate(reportTemplate, values(), path));
 }
 
 } // namespace orvel

@@ -6,8 +6,6 @@
 
 #include <QVariantMap>
 
-class QWidget;
-
 namespace orvel {
 
 /// Prints the open playlist through the station's template "\rep\play0.rpt".
@@ -19,7 +17,7 @@ class Printing {
 
     /// Shows the running order in a print preview; nothing happens before a step was selected. Throws FileNotFound
     /// (the template), InvalidProperty (the template's line) and what the database throws.
-    void Printen(QWidget *owner) const;
+    void Printen() const;
 
     /// What the template may use. Of the playlist: playlist, date, count, slots, done, length, steps. Of each step:
     /// number, time, performer, title, length (m:ss), intro and outro (seconds), voicetrack, presentation, finished,

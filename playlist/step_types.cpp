@@ -33,16 +33,8 @@ QString styleName(int type) {
     return within(type, 10, 15) ? QStringLiteral("Promo") : QString();
 }
 
-QColor fromStoredColour(std::int32_t stored) {
-    const auto bits = static_cast<std::uint32_t>(stored);
-    return {static_cast<int>(bits & 0xFFU), static_cast<int>((bits >> 8U) & 0xFFU),
-            static_cast<int>((bits >> 16U) & 0xFFU)};
-}
-
 StepStyles applyStepStyles(const Settings &settings) {
-    const auto style = [](std::int32_t back, std::int32_t text) {
-        return StepStyle{fromStoredColour(back), fromStoredColour(text)};
-    };
+    const auto style = [](std::int32_t back, std::int32_t text) { return StepStyle{back, text}; };
     return {
         {QStringLiteral("Track"), style(settings.MusBack, settings.MusTxt)},
         {QStringLiteral("Pres"), style(settings.PresBack, settings.PresTxt)},

@@ -2,9 +2,9 @@
 
 #include "settings/settings.h"
 
-#include <QColor>
 #include <QString>
 
+#include <cstdint>
 #include <map>
 
 namespace orvel {
@@ -16,12 +16,10 @@ enum StepType { TrackStep = 1, PresStep = 2, JingleStep = 3 };
 /// that have none.
 QString styleName(int type);
 
-/// A colour as the settings file keeps it: red in the low byte, blue in the high one.
-QColor fromStoredColour(std::int32_t stored);
-
+/// Colours as the settings keep them: red in the low byte, blue in the high one.
 struct StepStyle {
-    QColor back;
-    QColor text;
+    std::int32_t back = 0;
+    std::int32_t text = 0;
 
     bool operator==(const StepStyle &) const = default;
 };

@@ -2,8 +2,8 @@
 
 #include "platform/file_system.h"
 #include "platform/runtime_error.h"
-#include "shell/ignore_errors.h"
-#include "shell/paths.h"
+#include "station/ignore_errors.h"
+#include "station/paths.h"
 
 #include <QFileInfo>
 #include <QGuiApplication>

@@ -1,6 +1,6 @@
 #include "recording/time_parts.h"
 
-#include "shell/checked.h"
+#include "station/checked.h"
 
 namespace orvel {
 

@@ -1,7 +1,7 @@
 #include "settings/settings.h"
 
 #include "platform/ini_file.h"
-#include "shell/paths.h"
+#include "station/paths.h"
 
 #include <array>
 #include <cmath>

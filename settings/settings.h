@@ -1,6 +1,6 @@
 #pragma once
 
-#include "shell/drive_map.h"
+#include "station/drive_map.h"
 
 #include <QString>
 

@@ -8,6 +8,7 @@
 #include "platform/fake/faulty_file_system.h"
 #include "platform/fake/manual_timers.h"
 #include "platform/lame/system_audio_files.h"
+#include "platform/platform.h"
 #include "platform/qt/disk_file_system.h"
 
 namespace orvel {

@@ -36,6 +36,18 @@ class FakeWaitingSign : public WaitingSign {
     mutable int patience_;
 };
 
+class FakeProgressSign : public ProgressSign {
+  public:
+    explicit FakeProgressSign(const QString &stopAt) : stopAt_(stopAt) {}
+
+    void advance(const QString &what, int /*step*/) override { stopped_ = stopped_ || what == stopAt_; }
+    [[nodiscard]] bool isStopped() const override { return stopped_; }
+
+  private:
+    QString stopAt_;
+    bool stopped_ = false;
+};
+
 } // namespace
 
 FakePrompts::~FakePrompts() {
@@ -120,6 +132,11 @@ std::optional<std::int32_t> FakePrompts::colour(std::int32_t /*initial*/) {
 std::unique_ptr<WaitingSign> FakePrompts::waitFor(const QString &folder) {
     waitedFor << folder;
     return std::make_unique<FakeWaitingSign>(patience);
+}
+
+std::unique_ptr<ProgressSign> FakePrompts::progress(const QString &title, int /*steps*/) {
+    progressTitles << title;
+    return std::make_unique<FakeProgressSign>(stopAt);
 }
 
 } // namespace orvel

@@ -36,10 +36,14 @@ class FakePrompts : public Prompts {
     QString folder(const QString &instruction, const QString &start) override;
     std::optional<std::int32_t> colour(std::int32_t initial) override;
     std::unique_ptr<WaitingSign> waitFor(const QString &folder) override;
+    std::unique_ptr<ProgressSign> progress(const QString &title, int steps) override;
 
     /// What was waited for; whoever sees a sign gives up after so many looks at it.
     QStringList waitedFor;
     int patience = 1'000'000;
+    /// Titles of the progress windows that were shown; the presenter stops the work when it comes to stopAt.
+    QStringList progressTitles;
+    QString stopAt;
 
   private:
     struct Expectation {

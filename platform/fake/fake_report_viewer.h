@@ -9,7 +9,7 @@ namespace orvel {
 /// Keeps what would have been shown.
 class FakeReportViewer : public ReportViewer {
   public:
-    void preview(QWidget * /*owner*/, const QString &title, const QString &html) override {
+    void preview(const QString &title, const QString &html) override {
         titles << title;
         reports << html;
     }

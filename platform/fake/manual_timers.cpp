@@ -1,5 +1,7 @@
 #include "platform/fake/manual_timers.h"
 
+#include "platform/guarded.h"
+
 #include <algorithm>
 
 namespace orvel {
@@ -26,7 +28,7 @@ class ManualTimers::ManualTimer : public Timer {
 
     void run() {
         due_ += interval_;
-        tick_();
+        guarded(tick_);
     }
 
     /// The ticks that a stall swallowed.

@@ -1,5 +1,7 @@
 #include "platform/qt/qt_prompts.h"
 
+#include "platform/qt/active_window.h"
+
 #include <QApplication>
 #include <QColorDialog>
 #include <QFileDialog>
@@ -11,8 +13,6 @@
 #include <QPushButton>
 #include <QTimer>
 #include <QToolButton>
-
-#include <algorithm>
 
 namespace orvel {
 
@@ -30,20 +30,6 @@ QMessageBox::Icon boxIcon(MessageIcon icon) {
     return QMessageBox::NoIcon;
 }
 
-/// The window that a box belongs to, also while another program has the focus: a box without one could stay behind it.
-QWidget *owner() {
-    for (QWidget *window : {QApplication::activeModalWidget(), QApplication::activeWindow()}) {
-        if (window != nullptr) {
-            return window;
-        }
-    }
-    const QWidgetList windows = QApplication::topLevelWidgets();
-    const auto main = std::find_if(windows.begin(), windows.end(), [](const QWidget *window) {
-        return window->isVisible() && window->windowType() == Qt::Window;
-    });
-    return main == windows.end() ? nullptr : *main;
-}
-
 QString chosenIn(QFileDialog &dialog) {
     const bool accepted = dialog.exec() == QDialog::Accepted && !dialog.selectedFiles().isEmpty();
     return accepted ? dialog.selectedFiles().constFirst() : QString();
@@ -52,7 +38,8 @@ QString chosenIn(QFileDialog &dialog) {
 /// The pointer at once, a window after a moment.
 class QtWaitingSign : public WaitingSign {
   public:
-    explicit QtWaitingSign(const QString &folder) : dialog_({}, QObject::tr("Niet langer wachten"), 0, 0, owner()) {
+    explicit QtWaitingSign(const QString &folder)
+        : dialog_({}, QObject::tr("Niet langer wachten"), 0, 0, activeWindow()) {
         QApplication::setOverrideCursor(Qt::BusyCursor);
         auto *text = new QLabel(QObject::tr("Wachten op antwoord van de schijf of server:\n%1").arg(folder));
         text->setTextFormat(Qt::PlainText);
@@ -87,10 +74,32 @@ class QtWaitingSign : public WaitingSign {
     QTimer show_;
 };
 
+class QtProgressSign : public ProgressSign {
+  public:
+    QtProgressSign(const QString &title, int steps)
+        : dialog_({}, QStringLiteral("Afbreken"), 0, steps, activeWindow()) {
+        dialog_.setObjectName(QStringLiteral("ProgressSign"));
+        dialog_.setWindowTitle(title);
+        dialog_.setWindowModality(Qt::WindowModal);
+        dialog_.setAutoClose(false);
+        dialog_.setAutoReset(false);
+        dialog_.show();
+    }
+
+    void advance(const QString &what, int step) override {
+        dialog_.setLabelText(what);
+        dialog_.setValue(step);
+    }
+    [[nodiscard]] bool isStopped() const override { return dialog_.wasCanceled(); }
+
+  private:
+    QProgressDialog dialog_;
+};
+
 } // namespace
 
 void QtPrompts::message(const QString &text, const QString &title, MessageIcon icon) {
-    QMessageBox box(boxIcon(icon), title, text, QMessageBox::NoButton, owner());
+    QMessageBox box(boxIcon(icon), title, text, QMessageBox::NoButton, activeWindow());
     box.setTextFormat(Qt::PlainText);
     QPushButton *ok = box.addButton(QStringLiteral("OK"), QMessageBox::AcceptRole);
     box.setEscapeButton(ok);
@@ -98,7 +107,7 @@ void QtPrompts::message(const QString &text, const QString &title, MessageIcon i
 }
 
 bool QtPrompts::ask(const QString &text, const QString &title, Preset preset) {
-    QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, owner());
+    QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, activeWindow());
     box.setTextFormat(Qt::PlainText);
     QPushButton *yes = box.addButton(QStringLiteral("&Ja"), QMessageBox::YesRole);
     QPushButton *no = box.addButton(QStringLiteral("&Nee"), QMessageBox::NoRole);
@@ -109,7 +118,7 @@ bool QtPrompts::ask(const QString &text, const QString &title, Preset preset) {
 }
 
 QString QtPrompts::input(const QString &prompt, const QString &title) {
-    QInputDialog dialog(owner());
+    QInputDialog dialog(activeWindow());
     dialog.setWindowTitle(title);
     dialog.setLabelText(prompt);
     dialog.setOkButtonText(QStringLiteral("OK"));
@@ -118,7 +127,7 @@ QString QtPrompts::input(const QString &prompt, const QString &title) {
 }
 
 QString QtPrompts::saveFileName(const QString &title, const QString &proposal) {
-    QFileDialog dialog(owner(), title, lastSaveFolder_);
+    QFileDialog dialog(activeWindow(), title, lastSaveFolder_);
     dialog.setObjectName(QStringLiteral("codSave"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setNameFilters({QStringLiteral("MP3-bestanden (*.mp3)"), QStringLiteral("Alle bestanden (*)")});
@@ -134,7 +143,7 @@ QString QtPrompts::saveFileName(const QString &title, const QString &proposal) {
 }
 
 QString QtPrompts::folder(const QString &instruction, const QString &start) {
-    QFileDialog dialog(owner(), instruction, start);
+    QFileDialog dialog(activeWindow(), instruction, start);
     dialog.setObjectName(QStringLiteral("ISFolderSelect1"));
     dialog.setFileMode(QFileDialog::Directory);
     dialog.setOption(QFileDialog::ShowDirsOnly);
@@ -153,7 +162,7 @@ std::optional<std::int32_t> QtPrompts::colour(std::int32_t initial) {
     const auto bits = static_cast<std::uint32_t>(initial);
     const QColor start(static_cast<int>(bits & 0xFFU), static_cast<int>((bits >> 8U) & 0xFFU),
                        static_cast<int>((bits >> 16U) & 0xFFU));
-    QColorDialog dialog(start, owner());
+    QColorDialog dialog(start, activeWindow());
     dialog.setObjectName(QStringLiteral("codCol"));
     dialog.setWindowTitle(QStringLiteral("Kleur kiezen"));
     if (dialog.exec() != QDialog::Accepted) {
@@ -165,6 +174,10 @@ std::optional<std::int32_t> QtPrompts::colour(std::int32_t initial) {
 
 std::unique_ptr<WaitingSign> QtPrompts::waitFor(const QString &folder) {
     return std::make_unique<QtWaitingSign>(folder);
+}
+
+std::unique_ptr<ProgressSign> QtPrompts::progress(const QString &title, int steps) {
+    return std::make_unique<QtProgressSign>(title, steps);
 }
 
 } // namespace orvel

@@ -17,6 +17,7 @@ class QtPrompts : public Prompts {
     QString folder(const QString &instruction, const QString &start) override;
     std::optional<std::int32_t> colour(std::int32_t initial) override;
     std::unique_ptr<WaitingSign> waitFor(const QString &folder) override;
+    std::unique_ptr<ProgressSign> progress(const QString &title, int steps) override;
 
   private:
     /// Where the save dialog starts: where the presenter saved last in this run, at first the desktop's music folder.

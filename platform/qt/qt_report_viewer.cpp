@@ -1,6 +1,7 @@
 #include "platform/qt/qt_report_viewer.h"
 
 #include "platform/file_system.h"
+#include "platform/qt/active_window.h"
 #include "platform/runtime_error.h"
 
 #include <QAbstractTextDocumentLayout>
@@ -101,7 +102,8 @@ bool paintReport(QPagedPaintDevice &pages, const QString &title, const QString &
     return painter.end();
 }
 
-void QtReportViewer::preview(QWidget *owner, const QString &title, const QString &html) {
+void QtReportViewer::preview(const QString &title, const QString &html) {
+    QWidget *owner = activeWindow();
     QPrinter printer(QPrinter::HighResolution);
     makeA4(printer);
     printer.setDocName(title);

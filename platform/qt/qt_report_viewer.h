@@ -3,7 +3,10 @@
 #include "platform/prompts.h"
 #include "platform/report.h"
 
+#include <QByteArray>
+
 class QPagedPaintDevice;
+class QWidget;
 
 namespace orvel {
 
@@ -15,7 +18,7 @@ class QtReportViewer : public ReportViewer {
     /// prompts: tells when a PDF file could not be written to files.
     QtReportViewer(Prompts &prompts, FileSystem &files) : prompts_(prompts), files_(files) {}
 
-    void preview(QWidget *owner, const QString &title, const QString &html) override;
+    void preview(const QString &title, const QString &html) override;
 
   private:
     void savePdf(QWidget *owner, const QString &title, const QString &html);

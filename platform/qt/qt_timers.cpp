@@ -1,5 +1,7 @@
 #include "platform/qt/qt_timers.h"
 
+#include "platform/guarded.h"
+
 #include <QElapsedTimer>
 #include <QTimer>
 
@@ -37,7 +39,7 @@ class QtTimer : public Timer {
   private:
     void deliver() {
         if (missed_ == MissedTicks::Drop) {
-            tick_();
+            guarded(tick_);
             return;
         }
         // A tick may disable the timer or enable it anew, or show a box, whose event loop delivers the rest: each of
@@ -48,7 +50,7 @@ class QtTimer : public Timer {
         sinceRun.start();
         while (run == run_ && delivered_ < due && sinceRun.elapsed() < longestRunMs) {
             ++delivered_;
-            tick_();
+            guarded(tick_);
         }
     }
 

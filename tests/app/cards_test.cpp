@@ -28,7 +28,7 @@ class Cards : public Station {
         sound.audioRecord().refresh();
         configure(settings);
         ASSERT_TRUE(start());
-        panel = window->cardPanel;
+        panel = window->panels().cardPanel;
     }
     /// A second passes, in which the program looks at what is plugged in.
     void replug(std::vector<Card> cards) {
@@ -130,7 +130,7 @@ TEST_F(Cards, TheChosenCardIsNotReplacedWhileItIsAwayAndIsChosenAgainWhenItRetur
     EXPECT_EQ(panel->cobKaart->currentIndex(), -1);
     EXPECT_EQ(shownStrips(), 0);
     EXPECT_EQ(panel->chosenCard().position, 1);
-    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("losgekoppeld")));
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("losgekoppeld")));
     replug(twoCards());
     EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Mengtafel"));
     EXPECT_EQ(shownStrips(), 3);
@@ -171,7 +171,7 @@ TEST_F(Cards, AStoredCardThatIsAwayIsNotReplacedByWhatStandsInItsPlace) {
     EXPECT_TRUE(content(QStringLiteral("orvel.ini")).contains("RecCardName=Mengtafel"));
     startWith(monitorAndMicrophone());
     EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Microfoon"));
-    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("Mengtafel")));
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("Mengtafel")));
     // Its place is kept for it, also over the end of the program.
     EXPECT_TRUE(window->close());
     EXPECT_TRUE(content(QStringLiteral("orvel.ini")).contains("RecCardName=Mengtafel"));
@@ -212,8 +212,8 @@ TEST_F(Cards, TheMetersShowTheRecordingOnBothChannels) {
     sound.flush();
     timers.advance(40);
     // The tone of the test is a quarter of full scale.
-    EXPECT_NEAR(window->meterPanel->levLeft->levelDb(), -12.0, 0.2);
-    EXPECT_NEAR(window->meterPanel->levRight->levelDb(), -12.0, 0.2);
+    EXPECT_NEAR(window->panels().meterPanel->levLeft->levelDb(), -12.0, 0.2);
+    EXPECT_NEAR(window->panels().meterPanel->levRight->levelDb(), -12.0, 0.2);
 }
 
 TEST_F(Cards, TheLineInHandStaysInHandWhenACardComes) {

@@ -34,10 +34,10 @@ class Convert : public Station {
         addPlaylist(fixture, QStringLiteral("lijst.mdb"));
         ASSERT_TRUE(start());
         open(QStringLiteral("lijst.mdb"));
-        for (int row = 0; row < window->datList.stepCount(); ++row) {
-            if (window->datList.value(row, TypeColumn).toInt() == PresStep) {
+        for (int row = 0; row < window->workplace().datList.stepCount(); ++row) {
+            if (window->workplace().datList.value(row, TypeColumn).toInt() == PresStep) {
                 slots_ << row;
-                names << window->datList.value(row, AtrackColumn).toString();
+                names << window->workplace().datList.value(row, AtrackColumn).toString();
             }
         }
         ASSERT_FALSE(slots_.isEmpty());
@@ -45,7 +45,7 @@ class Convert : public Station {
         openWindow();
     }
     void openWindow() {
-        click(window->savePanel->cmdImport);
+        click(window->panels().savePanel->cmdImport);
         convert = window->findChild<frmConvert *>();
         ASSERT_NE(convert, nullptr);
         convert->browser->setFolder(path(QStringLiteral("geluid")));
@@ -113,7 +113,7 @@ TEST_F(Convert, AWavFileBecomesTheSelectedStepsVoiceTrack) {
     EXPECT_NEAR(tone(track(0)), 1000, 20);
     EXPECT_TRUE(imported(slots_.first()));
     EXPECT_EQ(filesIn(QStringLiteral("ok")).size(), 1);
-    EXPECT_EQ(window->gridPanel->currentRow(), window->datList.firstUnfinished());
+    EXPECT_EQ(window->panels().gridPanel->currentRow(), window->workplace().datList.firstUnfinished());
     EXPECT_EQ(convert->progressconvert->value(), 100);
     EXPECT_TRUE(exists(QStringLiteral("geluid/stem.wav")));
 }
@@ -184,7 +184,7 @@ TEST_F(Convert, WithoutAStepASingleImportIsRefused) {
     makeSound(QStringLiteral("stem.wav"), 1000);
     openConvert();
     choose(QStringLiteral("stem.wav"));
-    window->step.StepSelected = false;
+    window->workplace().step.StepSelected = false;
     prompts.expectMessage(QStringLiteral("Geen Presentatie gekozen in playlist"), errorTitle, MessageIcon::Exclamation);
     click(convert->cmdSingle);
     EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
@@ -198,9 +198,9 @@ TEST_F(Convert, ABatchFillsThePresentationsInOrder) {
         makeSound(QStringLiteral("%1.wav").arg(slot, 3, 10, QChar(u'0')), 400 + 30 * slot, 0.6);
     }
     convert->browser->refresh();
-    for (int row = 0; row < window->datList.stepCount(); ++row) {
+    for (int row = 0; row < window->workplace().datList.stepCount(); ++row) {
         if (!slots_.contains(row)) {
-            window->gridPanel->steps().setImported(row, true);
+            window->panels().gridPanel->steps().setImported(row, true);
         }
     }
     prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false);
@@ -211,7 +211,7 @@ TEST_F(Convert, ABatchFillsThePresentationsInOrder) {
         EXPECT_TRUE(imported(slots_.at(slot)));
     }
     EXPECT_TRUE(convert->cmdBatch->isEnabled());
-    EXPECT_EQ(window->step.VoiceTrackName, names.constLast());
+    EXPECT_EQ(window->workplace().step.VoiceTrackName, names.constLast());
 }
 
 TEST_F(Convert, ABatchWithTheWrongNumberOfFilesChangesNothing) {
@@ -246,7 +246,7 @@ TEST_F(Convert, AFailedConversionIsSilentMarksTheStepAndKeepsWhatWasThere) {
     EXPECT_TRUE(imported(slots_.first()));
     ASSERT_EQ(convert->lstFailed->count(), 1);
     EXPECT_TRUE(convert->lstFailed->item(0)->text().contains(QStringLiteral("stuk.wav")));
-    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("stuk.wav")));
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("stuk.wav")));
 }
 
 TEST_F(Convert, AFullDiskWhileConvertingLeavesNoHalfFile) {
@@ -332,15 +332,15 @@ TEST_F(Convert, WhileATakeRunsNothingIsImported) {
     makeSound(QStringLiteral("stem.wav"), 1000, 0.5);
     openConvert();
     convert->close();
-    window->recorderPanel->cmdRec_Click();
-    const QString name = window->step.VoiceTrackName;
+    window->panels().recorderPanel->cmdRec_Click();
+    const QString name = window->workplace().step.VoiceTrackName;
     openWindow();
     choose(QStringLiteral("stem.wav"));
     click(convert->cmdSingle);
     EXPECT_EQ(convert->lstFailed->count(), 1);
     EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
     EXPECT_FALSE(imported(slots_.first()));
-    EXPECT_EQ(window->step.VoiceTrackName, name);
+    EXPECT_EQ(window->workplace().step.VoiceTrackName, name);
 }
 
 TEST_F(Convert, ACopyThatFailsInABatchLeavesNoPartsAndTheStepSelected) {
@@ -361,8 +361,8 @@ TEST_F(Convert, ACopyThatFailsInABatchLeavesNoPartsAndTheStepSelected) {
     EXPECT_EQ(filesIn(QStringLiteral("ok")), QStringList{names.at(0) + QStringLiteral(".mp3")});
     EXPECT_TRUE(imported(slots_.at(0)));
     EXPECT_FALSE(imported(slots_.at(1)));
-    EXPECT_EQ(window->gridPanel->currentRow(), slots_.at(1));
-    EXPECT_EQ(window->step.VoiceTrackName, names.at(1));
+    EXPECT_EQ(window->panels().gridPanel->currentRow(), slots_.at(1));
+    EXPECT_EQ(window->workplace().step.VoiceTrackName, names.at(1));
     EXPECT_TRUE(convert->cmdBatch->isEnabled());
 }
 

@@ -158,7 +158,7 @@ TEST_F(Dutch, EveryStandardDialogThatOpensIsInDutch) {
     FakePrompts noPrompts;
     DiskFileSystem disk;
     QtReportViewer viewer(noPrompts, disk);
-    read([&] { viewer.preview(nullptr, QStringLiteral("Playlist"), QStringLiteral("<p>regel</p>")); });
+    read([&] { viewer.preview(QStringLiteral("Playlist"), QStringLiteral("<p>regel</p>")); });
     QPrinter printer;
     printer.setOutputFormat(QPrinter::PdfFormat);
     QPrintDialog print(&printer);

@@ -53,14 +53,14 @@ class Fixtures : public Station {
         open(name);
     }
     void clickRow(int row) {
-        QTableView &grid = *window->gridPanel->dbgLijst;
+        QTableView &grid = *window->panels().gridPanel->dbgLijst;
         const QModelIndex cell = grid.model()->index(row, StapColumn);
         grid.scrollTo(cell);
         QTest::mouseClick(grid.viewport(), Qt::LeftButton, {}, grid.visualRect(cell).center());
     }
     /// Chooses a mix type in the grid's drop-down.
     void chooseMixType(int row, int code) {
-        QTableView &grid = *window->gridPanel->dbgLijst;
+        QTableView &grid = *window->panels().gridPanel->dbgLijst;
         const QModelIndex cell = grid.model()->index(row, MixtypeColumn);
         grid.setCurrentIndex(cell);
         grid.edit(cell);
@@ -92,16 +92,17 @@ TEST_P(ReadableFixtures, TheGridShowsWhatAnIndependentReaderSeesAndNothingIsChan
     ASSERT_TRUE(start());
     open(name);
     const auto rows = independentRows(databases_ + fixture + QStringLiteral(".Steps.tsv"));
-    ASSERT_EQ(window->datList.stepCount(), static_cast<int>(rows.size()));
+    ASSERT_EQ(window->workplace().datList.stepCount(), static_cast<int>(rows.size()));
     ASSERT_FALSE(rows.empty());
-    for (int row = 0; row < window->datList.stepCount(); ++row) {
+    for (int row = 0; row < window->workplace().datList.stepCount(); ++row) {
         for (int column = 0; column < StepColumnCount; ++column) {
             const QString field = stepFieldName(column).toLower();
-            EXPECT_EQ(described(window->datList.value(row, column)), rows.at(static_cast<std::size_t>(row))[field])
+            EXPECT_EQ(described(window->workplace().datList.value(row, column)),
+                      rows.at(static_cast<std::size_t>(row))[field])
                 << row << ' ' << field.toStdString();
         }
     }
-    EXPECT_TRUE(window->gridPanel->dbgLijst->isVisible());
+    EXPECT_TRUE(window->panels().gridPanel->dbgLijst->isVisible());
     QFile original(databases_ + fixture);
     ASSERT_TRUE(original.open(QIODevice::ReadOnly));
     EXPECT_EQ(content(QStringLiteral("new/") + name), original.readAll());
@@ -129,15 +130,15 @@ TEST_F(Fixtures, APlaylistOfJetThreeOpensAndIsMarked) {
     ASSERT_TRUE(start());
     open(name);
     const auto rows = independentRows(source + QStringLiteral(".Steps.tsv"));
-    ASSERT_EQ(window->datList.stepCount(), static_cast<int>(rows.size()));
-    for (int row = 0; row < window->datList.stepCount(); ++row) {
-        EXPECT_EQ(described(window->datList.value(row, AtrackColumn)),
+    ASSERT_EQ(window->workplace().datList.stepCount(), static_cast<int>(rows.size()));
+    for (int row = 0; row < window->workplace().datList.stepCount(); ++row) {
+        EXPECT_EQ(described(window->workplace().datList.value(row, AtrackColumn)),
                   rows.at(static_cast<std::size_t>(row))[QStringLiteral("atrack")]);
     }
     const QByteArray before = content(QStringLiteral("new/") + name);
     const bool wasImported = imported(1);
     select(1);
-    window->gridPanel->setCurrentImported(!wasImported);
+    window->panels().gridPanel->setCurrentImported(!wasImported);
     const QByteArray after = content(QStringLiteral("new/") + name);
     ASSERT_EQ(before.size(), after.size());
     int changed = 0;
@@ -151,65 +152,65 @@ TEST_F(Fixtures, APlaylistWithoutStepsOpensEmptyAndSelectsNothing) {
     addPlaylist(QStringLiteral("no-steps.mdb"));
     ASSERT_TRUE(start());
     open(QStringLiteral("no-steps.mdb"));
-    EXPECT_EQ(window->gridPanel->steps().rowCount(), 0);
-    EXPECT_FALSE(window->step.StepSelected);
-    EXPECT_FALSE(window->recorderPanel->cmdRec->isEnabled());
+    EXPECT_EQ(window->panels().gridPanel->steps().rowCount(), 0);
+    EXPECT_FALSE(window->workplace().step.StepSelected);
+    EXPECT_FALSE(window->panels().recorderPanel->cmdRec->isEnabled());
 }
 
 TEST_F(Fixtures, AStepWithATextForItsTrackNumberIsReportedWhereTheNumberIsNeeded) {
     openFixture(QStringLiteral("text-trackid.mdb"));
     // A number that stands in a text is a number.
     clickRow(0);
-    EXPECT_EQ(window->step.PreviewTrackId, 12);
+    EXPECT_EQ(window->workplace().step.PreviewTrackId, 12);
     // A presentation step needs none.
     clickRow(1);
-    EXPECT_EQ(window->step.VoiceTrackName, QStringLiteral("VT2"));
+    EXPECT_EQ(window->workplace().step.VoiceTrackName, QStringLiteral("VT2"));
     prompts.expectReport(QStringLiteral("Fout 13 tijdens de uitvoering:"));
     clickRow(2);
     EXPECT_EQ(prompts.open(), 0U);
-    EXPECT_FALSE(window->step.StepSelected);
+    EXPECT_FALSE(window->workplace().step.StepSelected);
 }
 
 TEST_F(Fixtures, AnEmptyMixTypeIsShownBlankAndCanBeSet) {
     const QString name = QStringLiteral("null-mixtype.mdb");
     openFixture(name);
-    EXPECT_TRUE(window->gridPanel->steps().index(0, MixtypeColumn).data().toString().isEmpty());
+    EXPECT_TRUE(window->panels().gridPanel->steps().index(0, MixtypeColumn).data().toString().isEmpty());
     chooseMixType(0, 2);
     EXPECT_TRUE(storedMixTypes(name).startsWith(QStringLiteral("2 \\N"))) << storedMixTypes(name).toStdString();
-    EXPECT_EQ(window->gridPanel->steps().index(0, MixtypeColumn).data().toString(), QStringLiteral("Intro"));
+    EXPECT_EQ(window->panels().gridPanel->steps().index(0, MixtypeColumn).data().toString(), QStringLiteral("Intro"));
 }
 
 TEST_F(Fixtures, AMixTypeThatIsIndexedIsRefusedAndNothingChanges) {
     const QString name = QStringLiteral("mixtype-indexed.mdb");
     openFixture(name);
     const QByteArray before = content(QStringLiteral("new/") + name);
-    const int present = window->datList.value(0, MixtypeColumn).toInt();
-    EXPECT_THROW(
-        window->gridPanel->steps().setData(window->gridPanel->steps().index(0, MixtypeColumn), present == 3 ? 0 : 3),
-        RuntimeError);
+    const int present = window->workplace().datList.value(0, MixtypeColumn).toInt();
+    EXPECT_THROW(window->panels().gridPanel->steps().setData(
+                     window->panels().gridPanel->steps().index(0, MixtypeColumn), present == 3 ? 0 : 3),
+                 RuntimeError);
     EXPECT_EQ(content(QStringLiteral("new/") + name), before);
-    EXPECT_EQ(window->datList.value(0, MixtypeColumn).toInt(), present);
+    EXPECT_EQ(window->workplace().datList.value(0, MixtypeColumn).toInt(), present);
     // The mark is in no index: recording and saving work.
-    window->gridPanel->setCurrentImported(true);
-    EXPECT_TRUE(imported(window->gridPanel->currentRow()));
+    window->panels().gridPanel->setCurrentImported(true);
+    EXPECT_TRUE(imported(window->panels().gridPanel->currentRow()));
 }
 
 TEST_F(Fixtures, StepNumbersWithGapsGetTheTimesOfOtherPositions) {
     openFixture(QStringLiteral("stap-with-gaps.mdb"));
     // Steps 2, 5, 9 and 14 stand at positions 1 to 4; step 5 reads positions 4 and 6.
     clickRow(1);
-    ASSERT_EQ(window->step.VoiceTrackName, QStringLiteral("VT5"));
-    EXPECT_EQ(window->step.PrevOutroMs, 2000);
-    EXPECT_EQ(window->step.NextIntroMs, 0);
-    EXPECT_EQ(window->step.TalkTotalMs, 2000);
+    ASSERT_EQ(window->workplace().step.VoiceTrackName, QStringLiteral("VT5"));
+    EXPECT_EQ(window->workplace().step.PrevOutroMs, 2000);
+    EXPECT_EQ(window->workplace().step.NextIntroMs, 0);
+    EXPECT_EQ(window->workplace().step.TalkTotalMs, 2000);
 }
 
 TEST_F(Fixtures, AnEmptyFileNameIsAFileName) {
     openFixture(QStringLiteral("empty-atrack.mdb"));
     clickRow(1);
-    EXPECT_TRUE(window->step.StepSelected);
-    EXPECT_TRUE(window->step.VoiceTrackName.isEmpty());
-    EXPECT_TRUE(window->recorderPanel->cmdRec->isEnabled());
+    EXPECT_TRUE(window->workplace().step.StepSelected);
+    EXPECT_TRUE(window->workplace().step.VoiceTrackName.isEmpty());
+    EXPECT_TRUE(window->panels().recorderPanel->cmdRec->isEnabled());
 }
 
 TEST_F(Fixtures, MovedAndDeletedRowsKeepTheirPlaceWhenTheyAreMarked) {
@@ -221,18 +222,19 @@ TEST_F(Fixtures, MovedAndDeletedRowsKeepTheirPlaceWhenTheyAreMarked) {
     for (const char *fixture : {"moved-rows.mdb", "deleted-rows.mdb", "indexed.mdb", "unicode.mdb"}) {
         const QString name = QString::fromLatin1(fixture);
         open(name);
-        const int last = window->datList.stepCount() - 1;
+        const int last = window->workplace().datList.stepCount() - 1;
         select(last);
         const bool before = imported(last);
-        window->gridPanel->setCurrentImported(!before);
-        window->gridPanel->refresh();
+        window->panels().gridPanel->setCurrentImported(!before);
+        window->panels().gridPanel->refresh();
         auto rows = independentRows(databases_ + name + QStringLiteral(".Steps.tsv"));
         rows.back()[QStringLiteral("imported")] = before ? QStringLiteral("false") : QStringLiteral("true");
-        ASSERT_EQ(window->datList.stepCount(), static_cast<int>(rows.size())) << fixture;
+        ASSERT_EQ(window->workplace().datList.stepCount(), static_cast<int>(rows.size())) << fixture;
         for (int row = 0; row <= last; ++row) {
             for (int column = 0; column < StepColumnCount; ++column) {
                 const QString field = stepFieldName(column).toLower();
-                EXPECT_EQ(described(window->datList.value(row, column)), rows.at(static_cast<std::size_t>(row))[field])
+                EXPECT_EQ(described(window->workplace().datList.value(row, column)),
+                          rows.at(static_cast<std::size_t>(row))[field])
                     << fixture << ' ' << row << ' ' << field.toStdString();
             }
         }

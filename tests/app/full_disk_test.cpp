@@ -37,11 +37,11 @@ class FullDisk : public Station {
         addPlaylist(QStringLiteral("access-2003.mdb"));
         ASSERT_TRUE(start());
         open(QStringLiteral("access-2003.mdb"));
-        while (window->datList.value(row, TypeColumn).toInt() != PresStep) {
+        while (window->workplace().datList.value(row, TypeColumn).toInt() != PresStep) {
             ++row;
         }
         select(row);
-        name = window->step.VoiceTrackName;
+        name = window->workplace().step.VoiceTrackName;
     }
     [[nodiscard]] QString serverSettings() {
         QDir(folder.path()).mkdir(QStringLiteral("server"));
@@ -68,7 +68,7 @@ TEST_F(FullDisk, ARecordingStopsIsToldAndKeepsWhatTheDiskTook) {
     sound.flush();
     prompts.expectReport(QStringLiteral("De schijf is vol"));
     timers.advance(200);
-    EXPECT_EQ(window->recorderPanel->cmdRec->text(), QStringLiteral("START OPNAME"));
+    EXPECT_EQ(window->panels().recorderPanel->cmdRec->text(), QStringLiteral("START OPNAME"));
     const double kept = seconds(QStringLiteral("temp/") + name + QStringLiteral(".wav"));
     EXPECT_GT(kept, 2.0);
     EXPECT_LT(kept, 3.0);
@@ -81,13 +81,13 @@ TEST_F(FullDisk, AConversionThatFindsNoRoomIsSilentAndTheTakeIsSafe) {
     }
     openDemo(serverSettings());
     record(2000);
-    click(window->savePanel->cmdSave);
+    click(window->panels().savePanel->cmdSave);
     EXPECT_TRUE(filesIn(QStringLiteral("temp")).isEmpty());
     EXPECT_TRUE(filesIn(QStringLiteral("server")).isEmpty());
     const QStringList kept = filesIn(QStringLiteral("herstel")).filter(QStringLiteral(".wav"));
     ASSERT_EQ(kept.size(), 1);
     EXPECT_NEAR(seconds(QStringLiteral("herstel/") + kept.first()), 2.0, 0.01);
-    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("herstel")));
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("herstel")));
 }
 
 TEST_F(FullDisk, AServerWithoutRoomIsToldAndTheTakeIsSafe) {
@@ -99,13 +99,13 @@ TEST_F(FullDisk, AServerWithoutRoomIsToldAndTheTakeIsSafe) {
     openDemo(settings);
     record(2000);
     prompts.expectReport(QStringLiteral("Error: 61. "));
-    click(window->savePanel->cmdSave);
+    click(window->panels().savePanel->cmdSave);
     EXPECT_TRUE(QDir(path(QStringLiteral("server"))).entryList(QDir::Files | QDir::Hidden).isEmpty());
     const QStringList takes = filesIn(QStringLiteral("temp"));
     ASSERT_EQ(takes.size(), 1);
     EXPECT_NEAR(seconds(QStringLiteral("temp/") + takes.first()), 2.0, 0.01);
-    EXPECT_TRUE(window->savePanel->cmdSave->isEnabled());
-    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("blijft klaarstaan")));
+    EXPECT_TRUE(window->panels().savePanel->cmdSave->isEnabled());
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("blijft klaarstaan")));
 }
 
 } // namespace orvel

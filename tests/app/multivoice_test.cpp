@@ -19,12 +19,12 @@ class Multivoice : public Station {
         addPlaylist(QStringLiteral("access-2003.mdb"));
         ASSERT_TRUE(start());
         open(QStringLiteral("access-2003.mdb"));
-        while (window->datList.value(row, TypeColumn).toInt() != PresStep) {
+        while (window->workplace().datList.value(row, TypeColumn).toInt() != PresStep) {
             ++row;
         }
         select(row);
-        name = window->step.VoiceTrackName;
-        click(window->savePanel->cmdMultivoice);
+        name = window->workplace().step.VoiceTrackName;
+        click(window->panels().savePanel->cmdMultivoice);
     }
     void copyStations(const QString &fixture) const {
         ASSERT_TRUE(QFile::copy(QStringLiteral(ORVEL_SOURCE_DIR "/tests/data/databases/") + fixture,
@@ -39,7 +39,7 @@ class Multivoice : public Station {
         }
         return nullptr;
     }
-    void save() { click(window->savePanel->cmdSave); }
+    void save() { click(window->panels().savePanel->cmdSave); }
     void chooseCode(const QString &code) {
         QComboBox &stations = *chooser()->cobStation;
         for (int index = 0; index < stations.count(); ++index) {
@@ -57,7 +57,7 @@ class Multivoice : public Station {
         click(chooser()->cmdSave);
     }
     [[nodiscard]] QStringList filed() const { return filesIn(QStringLiteral("ok")); }
-    [[nodiscard]] bool isOn() const { return window->savePanel->ledMulti->isLit(); }
+    [[nodiscard]] bool isOn() const { return window->panels().savePanel->ledMulti->isLit(); }
     [[nodiscard]] QStringList codes() const {
         QStringList all;
         const QComboBox &stations = *chooser()->cobStation;
@@ -76,14 +76,14 @@ class Multivoice : public Station {
 TEST_F(Multivoice, TheButtonSwitchesTheModeAndNothingElse) {
     openDemo();
     EXPECT_TRUE(isOn());
-    click(window->savePanel->cmdMultivoice);
+    click(window->panels().savePanel->cmdMultivoice);
     EXPECT_FALSE(isOn());
 }
 
 TEST_F(Multivoice, WithoutAStationListTheModeCannotBeSwitchedOn) {
     ASSERT_TRUE(start());
-    EXPECT_FALSE(window->savePanel->cmdMultivoice->isEnabled());
-    click(window->savePanel->cmdMultivoice);
+    EXPECT_FALSE(window->panels().savePanel->cmdMultivoice->isEnabled());
+    click(window->panels().savePanel->cmdMultivoice);
     EXPECT_FALSE(isOn());
 }
 
@@ -95,7 +95,7 @@ TEST_F(Multivoice, SavingAsksForTheStation) {
     EXPECT_FALSE(chooser()->isModal());
     EXPECT_EQ(chooser()->windowTitle(), QStringLiteral("Selecteer een station"));
     EXPECT_TRUE(imported(row));
-    EXPECT_TRUE(window->savePanel->cmdSave->isEnabled());
+    EXPECT_TRUE(window->panels().savePanel->cmdSave->isEnabled());
     EXPECT_TRUE(filed().isEmpty());
     EXPECT_TRUE(exists(QStringLiteral("temp/") + name + QStringLiteral(".wav")));
 }
@@ -160,7 +160,7 @@ TEST_F(Multivoice, TwoVersionsGetTheirStationsPrefixes) {
     click(chooser()->cmdSave);
     EXPECT_EQ(chooser(), nullptr);
     EXPECT_TRUE(isOn());
-    EXPECT_TRUE(window->savePanel->cmdSave->isEnabled());
+    EXPECT_TRUE(window->panels().savePanel->cmdSave->isEnabled());
     EXPECT_TRUE(filesIn(QStringLiteral("temp")).isEmpty());
     record(300);
     saveFor(own.at(1), true);
@@ -168,9 +168,9 @@ TEST_F(Multivoice, TwoVersionsGetTheirStationsPrefixes) {
     expected.sort();
     EXPECT_EQ(filed(), expected);
     EXPECT_FALSE(isOn());
-    EXPECT_FALSE(window->savePanel->cmdSave->isEnabled());
+    EXPECT_FALSE(window->panels().savePanel->cmdSave->isEnabled());
     EXPECT_TRUE(filesIn(QStringLiteral("herstel")).filter(QStringLiteral(".wav")).isEmpty());
-    EXPECT_EQ(window->gridPanel->currentRow(), window->datList.firstUnfinished());
+    EXPECT_EQ(window->panels().gridPanel->currentRow(), window->workplace().datList.firstUnfinished());
 }
 
 TEST_F(Multivoice, GeneralVersionsHaveNoPrefix) {
@@ -180,11 +180,11 @@ TEST_F(Multivoice, GeneralVersionsHaveNoPrefix) {
             openDemo();
         }
         select(row);
-        window->savePanel->ledMulti->setLit(true);
+        window->panels().savePanel->ledMulti->setLit(true);
         record(300);
-        window->savePanel->StationCode = QString::fromLatin1(code);
+        window->panels().savePanel->StationCode = QString::fromLatin1(code);
         prompts.expectAsk(ready, title, false);
-        EXPECT_TRUE(window->savePanel->ExternalSave());
+        EXPECT_TRUE(window->panels().savePanel->ExternalSave());
         EXPECT_EQ(filed(), QStringList{name + QStringLiteral(".mp3")});
         QFile::remove(path(QStringLiteral("ok/") + filed().first()));
     }
@@ -194,9 +194,9 @@ TEST_F(Multivoice, WithAServerVersionsGoThereOnly) {
     QDir(folder.path()).mkdir(QStringLiteral("server"));
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
     record(300);
-    window->savePanel->StationCode = QStringLiteral("012");
+    window->panels().savePanel->StationCode = QStringLiteral("012");
     prompts.expectAsk(ready, title, true);
-    window->savePanel->ExternalSave();
+    window->panels().savePanel->ExternalSave();
     EXPECT_EQ(filesIn(QStringLiteral("server")), QStringList{QStringLiteral("012") + name + QStringLiteral(".mp3")});
     EXPECT_TRUE(filed().isEmpty());
 }
@@ -204,15 +204,15 @@ TEST_F(Multivoice, WithAServerVersionsGoThereOnly) {
 TEST_F(Multivoice, WithoutATakeOnAServerTheQuestionIsStillAsked) {
     QDir(folder.path()).mkdir(QStringLiteral("server"));
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
-    window->savePanel->cmdSave->setEnabled(true);
+    window->panels().savePanel->cmdSave->setEnabled(true);
     saveFor(QStringLiteral("999"), false);
     EXPECT_TRUE(filesIn(QStringLiteral("server")).isEmpty());
-    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("geen opname")));
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("geen opname")));
 }
 
 TEST_F(Multivoice, WithoutATakeALocalSaveEndsTheProgramWithAReport) {
     openDemo();
-    window->savePanel->cmdSave->setEnabled(true);
+    window->panels().savePanel->cmdSave->setEnabled(true);
     save();
     chooseCode(QStringLiteral("999"));
     prompts.expectReport(QStringLiteral("Fout 53"));
@@ -259,7 +259,7 @@ TEST_F(Multivoice, TheModeSurvivesAnotherStepAndClosingTheChooserLeavesTheTake) 
     record(300);
     save();
     chooser()->close();
-    EXPECT_TRUE(window->savePanel->cmdSave->isEnabled());
+    EXPECT_TRUE(window->panels().savePanel->cmdSave->isEnabled());
     EXPECT_TRUE(exists(QStringLiteral("temp/") + name + QStringLiteral(".wav")));
     select(0);
     EXPECT_TRUE(isOn());
@@ -272,7 +272,7 @@ TEST_F(Multivoice, AConversionThatFailsKeepsTheTake) {
     audioFiles.faults.create = true;
     saveFor(QStringLiteral("999"), false);
     EXPECT_EQ(filesIn(QStringLiteral("herstel")).filter(QStringLiteral(".wav")).size(), 1);
-    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("herstel")));
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("herstel")));
 }
 
 TEST_F(Multivoice, TheChooserStaysWhileItsVersionIsConverted) {
@@ -283,7 +283,7 @@ TEST_F(Multivoice, TheChooserStaysWhileItsVersionIsConverted) {
     int tries = 0;
     QTimer impatience;
     QObject::connect(&impatience, &QTimer::timeout, [&] {
-        if (chooser() != nullptr && window->savePanel->barProgress->isVisible()) {
+        if (chooser() != nullptr && window->panels().savePanel->barProgress->isVisible()) {
             ++tries;
             chooser()->close();
             EXPECT_NE(chooser(), nullptr);

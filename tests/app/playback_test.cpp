@@ -20,26 +20,27 @@ class Playing : public Station {
         ASSERT_TRUE(start());
         open(demo);
         int row = 0;
-        while (window->datList.value(row, TypeColumn).toInt() != PresStep) {
+        while (window->workplace().datList.value(row, TypeColumn).toInt() != PresStep) {
             ++row;
         }
         select(row);
-        name = window->step.VoiceTrackName;
+        name = window->workplace().step.VoiceTrackName;
     }
 
-    [[nodiscard]] QPushButton *play() const { return window->playbackPanel->cmdPlay; }
+    [[nodiscard]] QPushButton *play() const { return window->panels().playbackPanel->cmdPlay; }
     [[nodiscard]] FakeWavePlayer &player() { return sound.player(0); }
     void copySound(const QString &target) const {
         ASSERT_TRUE(
             QFile::copy(QStringLiteral(ORVEL_SOURCE_DIR "/samples/station/audio/jingles/001.mp3"), path(target)));
     }
     [[nodiscard]] bool othersEnabled() const {
-        return window->savePanel->cmdImport->isEnabled() && window->recorderPanel->cmdRec->isEnabled() &&
-               window->savePanel->cmdSave->isEnabled();
+        return window->panels().savePanel->cmdImport->isEnabled() &&
+               window->panels().recorderPanel->cmdRec->isEnabled() && window->panels().savePanel->cmdSave->isEnabled();
     }
     [[nodiscard]] bool othersDisabled() const {
-        return !window->savePanel->cmdImport->isEnabled() && !window->recorderPanel->cmdRec->isEnabled() &&
-               !window->savePanel->cmdSave->isEnabled();
+        return !window->panels().savePanel->cmdImport->isEnabled() &&
+               !window->panels().recorderPanel->cmdRec->isEnabled() &&
+               !window->panels().savePanel->cmdSave->isEnabled();
     }
 
     QString name;
@@ -57,7 +58,7 @@ TEST_F(Playing, TheTakeThatWasJustRecordedIsPlayedAndTheClockShowsWhatIsHeard) {
     EXPECT_TRUE(othersDisabled());
     player().play(1230);
     timers.advance(10);
-    EXPECT_EQ(window->recorderPanel->ledTijd->text(), QStringLiteral("0:00:01.23"));
+    EXPECT_EQ(window->panels().recorderPanel->ledTijd->text(), QStringLiteral("0:00:01.23"));
     click(play());
     EXPECT_NE(player().state(), WavePlayer::playing);
     EXPECT_TRUE(player().file().isEmpty());
@@ -72,9 +73,9 @@ TEST_F(Playing, TheButtonsPicturesAreMadeOnce) {
     QSet<qint64> recording;
     for (int cycle = 0; cycle < 4; ++cycle) {
         beginRecording();
-        recording << window->recorderPanel->cmdRec->icon().cacheKey();
-        click(window->recorderPanel->cmdRec);
-        recording << window->recorderPanel->cmdRec->icon().cacheKey();
+        recording << window->panels().recorderPanel->cmdRec->icon().cacheKey();
+        click(window->panels().recorderPanel->cmdRec);
+        recording << window->panels().recorderPanel->cmdRec->icon().cacheKey();
         click(play());
         ASSERT_EQ(play()->text(), stopIt);
         listening << play()->icon().cacheKey();
@@ -93,15 +94,15 @@ TEST_F(Playing, TheEndOfTheTakePutsTheControlsBack) {
     EXPECT_EQ(play()->text(), listen);
     EXPECT_TRUE(player().file().isEmpty());
     EXPECT_TRUE(othersEnabled());
-    window->recorderPanel->ledTijd->setTime(0, 0, 9, 0);
+    window->panels().recorderPanel->ledTijd->setTime(0, 0, 9, 0);
     timers.advance(100);
-    EXPECT_EQ(window->recorderPanel->ledTijd->seconds(), 9);
+    EXPECT_EQ(window->panels().recorderPanel->ledTijd->seconds(), 9);
 }
 
 TEST_F(Playing, AStepThatIsDonePlaysItsFiledVoiceTrack) {
     openDemo();
-    window->gridPanel->setCurrentImported(true);
-    window->gridPanel->dbgLijst_RowColChange();
+    window->panels().gridPanel->setCurrentImported(true);
+    window->panels().gridPanel->dbgLijst_RowColChange();
     copySound(QStringLiteral("ok/") + name + QStringLiteral(".mp3"));
     click(play());
     EXPECT_EQ(player().file(), path(QStringLiteral("ok/") + name + QStringLiteral(".mp3")));
@@ -110,8 +111,8 @@ TEST_F(Playing, AStepThatIsDonePlaysItsFiledVoiceTrack) {
 TEST_F(Playing, WithAServerADoneStepPlaysFromTheServersFolder) {
     QDir(folder.path()).mkdir(QStringLiteral("server"));
     openDemo(QStringLiteral("[Program]\nServer=1\n[Files]\nVoiceTrackPath=") + path(QStringLiteral("server")));
-    window->gridPanel->setCurrentImported(true);
-    window->gridPanel->dbgLijst_RowColChange();
+    window->panels().gridPanel->setCurrentImported(true);
+    window->panels().gridPanel->dbgLijst_RowColChange();
     copySound(QStringLiteral("server/") + name + QStringLiteral(".mp3"));
     copySound(QStringLiteral("ok/") + name + QStringLiteral(".mp3"));
     click(play());
@@ -128,13 +129,13 @@ TEST_F(Playing, WithAServerAnUnfinishedStepPlaysItsTake) {
 
 TEST_F(Playing, AVoiceTrackThatWasDeletedPlaysNothingAndSaysNothing) {
     openDemo();
-    window->gridPanel->setCurrentImported(true);
-    window->gridPanel->dbgLijst_RowColChange();
+    window->panels().gridPanel->setCurrentImported(true);
+    window->panels().gridPanel->dbgLijst_RowColChange();
     ASSERT_TRUE(play()->isEnabled());
     click(play());
     EXPECT_EQ(player().starts(), 0);
     EXPECT_EQ(play()->text(), listen);
-    EXPECT_TRUE(window->recorderPanel->cmdRec->isEnabled());
+    EXPECT_TRUE(window->panels().recorderPanel->cmdRec->isEnabled());
 }
 
 TEST_F(Playing, AClickAfterTheEndButBeforeItsNewsPlaysFromTheStart) {
@@ -154,9 +155,9 @@ TEST_F(Playing, AnEndThatComesLateChangesNothing) {
     record(1000);
     click(play());
     click(play());
-    window->savePanel->cmdSave->setEnabled(false);
-    window->playbackPanel->interrupt();
-    EXPECT_FALSE(window->savePanel->cmdSave->isEnabled());
+    window->panels().savePanel->cmdSave->setEnabled(false);
+    window->panels().playbackPanel->interrupt();
+    EXPECT_FALSE(window->panels().savePanel->cmdSave->isEnabled());
 }
 
 TEST_F(Playing, InRecorderModeTheLastNameIsPlayedWhateverTheGridShows) {
@@ -165,7 +166,7 @@ TEST_F(Playing, InRecorderModeTheLastNameIsPlayedWhateverTheGridShows) {
     prompts.expectInput(QStringLiteral("Geef een naam voor dit bestand (ZONDER EXTENSIE)"),
                         QStringLiteral("Bestandsnaam"), QStringLiteral("proef"));
     record(500);
-    EXPECT_FALSE(window->step.StepSelected);
+    EXPECT_FALSE(window->workplace().step.StepSelected);
     click(play());
     EXPECT_EQ(player().file(), path(QStringLiteral("temp/proef.wav")));
 }
@@ -191,13 +192,13 @@ TEST_F(Playing, APlayerThatFailsEndsTheHandlerWithAReport) {
 TEST_F(Playing, TheMetersShowBothChannelsOfWhatIsPlayed) {
     openDemo();
     record(1000);
-    window->meterPanel->levLeft->reset();
-    window->meterPanel->levRight->reset();
+    window->panels().meterPanel->levLeft->reset();
+    window->panels().meterPanel->levRight->reset();
     click(play());
     player().setPeaks({1.0F, 0.1F});
     timers.advance(40);
-    EXPECT_TRUE(window->meterPanel->levLeft->isClipped());
-    EXPECT_NEAR(window->meterPanel->levRight->levelDb(), -20.0, 0.1);
+    EXPECT_TRUE(window->panels().meterPanel->levLeft->isClipped());
+    EXPECT_NEAR(window->panels().meterPanel->levRight->levelDb(), -20.0, 0.1);
 }
 
 TEST_F(Playing, ANewTakeEndsListening) {
@@ -205,12 +206,12 @@ TEST_F(Playing, ANewTakeEndsListening) {
     record(1000);
     click(play());
     // The grid enables the button when a step is selected, also while a take is played.
-    window->recorderPanel->cmdRec->setEnabled(true);
-    click(window->recorderPanel->cmdRec);
+    window->panels().recorderPanel->cmdRec->setEnabled(true);
+    click(window->panels().recorderPanel->cmdRec);
     EXPECT_NE(player().state(), WavePlayer::playing);
     EXPECT_EQ(play()->text(), listen);
     EXPECT_FALSE(play()->isEnabled());
-    EXPECT_FALSE(window->savePanel->cmdSave->isEnabled());
+    EXPECT_FALSE(window->panels().savePanel->cmdSave->isEnabled());
 }
 
 TEST_F(Playing, ThePlayerGetsTheDeviceSettings) {
@@ -256,7 +257,7 @@ TEST_F(Playing, JoystickButtonsOfDisabledControlsDoNothing) {
         joystick.press(button);
     }
     timers.advance(20);
-    EXPECT_FALSE(window->recorderPanel->isCountingDown());
+    EXPECT_FALSE(window->panels().recorderPanel->isCountingDown());
     EXPECT_EQ(player().starts(), 0);
     EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
 }
@@ -267,11 +268,11 @@ TEST_F(Playing, TheJoystickWaitsForAModalWindow) {
     question.open();
     joystick.press(1);
     timers.advance(20);
-    EXPECT_FALSE(window->recorderPanel->isCountingDown());
+    EXPECT_FALSE(window->panels().recorderPanel->isCountingDown());
     question.close();
     joystick.press(1);
     timers.advance(20);
-    EXPECT_TRUE(window->recorderPanel->isCountingDown());
+    EXPECT_TRUE(window->panels().recorderPanel->isCountingDown());
 }
 
 } // namespace orvel

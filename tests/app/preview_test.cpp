@@ -28,9 +28,9 @@ class Preview : public Station {
         ASSERT_TRUE(start());
     }
     void show(int kind, int track) {
-        window->step.PreviewKind = static_cast<std::int16_t>(kind);
-        window->step.PreviewTrackId = track;
-        Q_EMIT window->gridPanel->previewWanted();
+        window->workplace().step.PreviewKind = static_cast<std::int16_t>(kind);
+        window->workplace().step.PreviewTrackId = track;
+        Q_EMIT window->panels().gridPanel->previewWanted();
         preview = window->findChild<frmPreview *>();
         ASSERT_NE(preview, nullptr);
     }
@@ -47,8 +47,8 @@ TEST_F(Preview, AMusicTrackIsLoadedThroughTheDriveMap) {
     EXPECT_TRUE(preview->isVisible());
     EXPECT_TRUE(preview->isModal());
     EXPECT_EQ(player().file(), path(QStringLiteral("audio/muziek/0001.mp3")));
-    EXPECT_EQ(preview->ledTitle->text(), window->datTracks->field(QStringLiteral("titel")).toString());
-    EXPECT_EQ(preview->ledArtist->text(), window->datTracks->field(QStringLiteral("artiest")).toString());
+    EXPECT_EQ(preview->ledTitle->text(), window->workplace().datTracks->field(QStringLiteral("titel")).toString());
+    EXPECT_EQ(preview->ledArtist->text(), window->workplace().datTracks->field(QStringLiteral("artiest")).toString());
     EXPECT_FALSE(preview->ledTitle->text().isEmpty());
     EXPECT_EQ(preview->sliPlay->maximum(), player().length());
     EXPECT_EQ(preview->lcdSec->seconds(), player().length() / 1000 % 60);
@@ -59,7 +59,8 @@ TEST_F(Preview, AJingleShowsItsDescription) {
     startStation();
     show(JingleStep, 2);
     EXPECT_EQ(player().file(), path(QStringLiteral("audio/jingles/002.mp3")));
-    EXPECT_EQ(preview->ledArtist->text(), window->datJingles->field(QStringLiteral("Omschrijving")).toString());
+    EXPECT_EQ(preview->ledArtist->text(),
+              window->workplace().datJingles->field(QStringLiteral("Omschrijving")).toString());
 }
 
 TEST_F(Preview, PlayStartsTheTrackAndStopLeavesTheDisplayFollowing) {

@@ -83,11 +83,11 @@ TEST_F(Print, EveryStepIsThereInItsOrderWithItsVoiceTrack) {
     EXPECT_EQ(report.titles.constLast(), QStringLiteral("Playlist lijst.mdb"));
     const QString text = pdfText();
     qsizetype at = 0;
-    for (int row = 0; row < window->datList.stepCount(); ++row) {
-        const QString title = window->datList.value(row, 4).toString();
+    for (int row = 0; row < window->workplace().datList.stepCount(); ++row) {
+        const QString title = window->workplace().datList.value(row, 4).toString();
         at = text.indexOf(title, at);
         ASSERT_GE(at, 0) << title.toStdString() << "\n" << text.toStdString();
-        const QString track = window->datList.value(row, AtrackColumn).toString();
+        const QString track = window->workplace().datList.value(row, AtrackColumn).toString();
         EXPECT_EQ(text.contains(track), track != QStringLiteral("NONE")) << track.toStdString();
     }
     EXPECT_TRUE(text.contains(QStringLiteral("lijst")));
@@ -98,10 +98,11 @@ TEST_F(Print, TheStationsOwnTemplateDecides) {
     openPlaylist(QStringLiteral("access-2003.mdb"));
     putTemplate("{{#steps}}{{stap}}={{mixtype}};{{/steps}}{{count}}");
     print();
-    const int count = window->datList.stepCount();
+    const int count = window->workplace().datList.stepCount();
     QString expected;
     for (int row = 0; row < count; ++row) {
-        expected += QStringLiteral("%1=%2;").arg(row + 1).arg(window->datList.value(row, MixtypeColumn).toInt());
+        expected +=
+            QStringLiteral("%1=%2;").arg(row + 1).arg(window->workplace().datList.value(row, MixtypeColumn).toInt());
     }
     EXPECT_EQ(report.reports.constLast(), expected + QString::number(count));
 }
@@ -111,9 +112,9 @@ TEST_F(Print, SpecialCharactersSurviveAndEmptyFieldsAreBlank) {
     putTemplate("{{#steps}}[{{titel}}|{{jaartal}}]{{/steps}}");
     print();
     const QString html = report.reports.constLast();
-    for (int row = 0; row < window->datList.stepCount(); ++row) {
-        const QString title = window->datList.value(row, 4).toString().toHtmlEscaped();
-        const QVariant year = window->datList.value(row, 5);
+    for (int row = 0; row < window->workplace().datList.stepCount(); ++row) {
+        const QString title = window->workplace().datList.value(row, 4).toString().toHtmlEscaped();
+        const QVariant year = window->workplace().datList.value(row, 5);
         QString expected = QStringLiteral("[%1|%2]").arg(title, year.isNull() ? QString() : year.toString());
         // The engine writes quotes and slashes as numbers.
         QString plain = html;
@@ -142,7 +143,7 @@ TEST_F(Print, RemarksMayTakeSeveralLines) {
     openPlaylist(QStringLiteral("access-2003.mdb"));
     putTemplate("{{! Zo werkt\n  dit sjabloon }}{{count}}");
     print();
-    EXPECT_EQ(report.reports.constLast(), QString::number(window->datList.stepCount()));
+    EXPECT_EQ(report.reports.constLast(), QString::number(window->workplace().datList.stepCount()));
 }
 
 } // namespace orvel

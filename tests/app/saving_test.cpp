@@ -21,25 +21,25 @@ class Saving : public Station {
         open(QStringLiteral("lijst.mdb"));
         row = nextPresentation(0);
         select(row);
-        name = window->step.VoiceTrackName;
+        name = window->workplace().step.VoiceTrackName;
     }
 
     [[nodiscard]] int nextPresentation(int from) const {
-        while (window->datList.value(from, TypeColumn).toInt() != PresStep) {
+        while (window->workplace().datList.value(from, TypeColumn).toInt() != PresStep) {
             ++from;
         }
         return from;
     }
 
-    void save() { click(window->savePanel->cmdSave); }
-    [[nodiscard]] bool canSave() const { return window->savePanel->cmdSave->isEnabled(); }
+    void save() { click(window->panels().savePanel->cmdSave); }
+    [[nodiscard]] bool canSave() const { return window->panels().savePanel->cmdSave->isEnabled(); }
     [[nodiscard]] QStringList keptTakes() const {
         return filesIn(QStringLiteral("herstel")).filter(QStringLiteral(".wav"));
     }
     void finishAllBut(int openRow) {
-        for (int step = 0; step < window->datList.stepCount(); ++step) {
+        for (int step = 0; step < window->workplace().datList.stepCount(); ++step) {
             if (step != openRow) {
-                window->gridPanel->steps().setImported(step, true);
+                window->panels().gridPanel->steps().setImported(step, true);
             }
         }
     }
@@ -70,8 +70,8 @@ TEST_F(Saving, TheVoiceTrackIsFiledTheStepMarkedAndTheNextOneSelected) {
     EXPECT_EQ(probe(file, QStringLiteral("stream=codec_name,sample_rate,channels,bit_rate")),
               QStringLiteral("mp3 44100 2 256000"));
     EXPECT_NEAR(probe(file, QStringLiteral("format=duration")).toDouble(), 2.0, 0.05);
-    EXPECT_FALSE(imported(window->gridPanel->currentRow()));
-    EXPECT_EQ(window->gridPanel->currentRow(), window->datList.firstUnfinished());
+    EXPECT_FALSE(imported(window->panels().gridPanel->currentRow()));
+    EXPECT_EQ(window->panels().gridPanel->currentRow(), window->workplace().datList.firstUnfinished());
     const QByteArray after = content(QStringLiteral("new/lijst.mdb"));
     int changed = 0;
     for (qsizetype i = 0; i < before.size(); ++i) {
@@ -103,8 +103,8 @@ TEST_F(Saving, AServerFileThatMayNotBeOverwrittenLeavesEverythingAsItWas) {
     EXPECT_EQ(filesIn(QStringLiteral("temp")), QStringList{name + QStringLiteral(".wav")});
     EXPECT_FALSE(imported(row));
     EXPECT_TRUE(canSave());
-    EXPECT_EQ(window->gridPanel->currentRow(), row);
-    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("blijft klaarstaan")));
+    EXPECT_EQ(window->panels().gridPanel->currentRow(), row);
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("blijft klaarstaan")));
 }
 
 // With the share not mounted, saving made a folder on this machine, filed the take there and told that it was saved.
@@ -124,7 +124,7 @@ TEST_F(Saving, AServerThatIsNotThereKeepsTheTakeAndTakesTheMarkBack) {
     EXPECT_TRUE(canSave());
     EXPECT_EQ(content(QStringLiteral("temp/") + name + QStringLiteral(".wav")), take);
     EXPECT_EQ(filesIn(QStringLiteral("temp")).size(), 1);
-    EXPECT_TRUE(window->lblStatus->text().contains(path(QStringLiteral("server"))));
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(path(QStringLiteral("server"))));
     // It is there again.
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
     save();
@@ -137,7 +137,7 @@ TEST_F(Saving, WithoutATakeTheMarkStaysAlsoWhenTheServerIsNotThere) {
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
     ASSERT_TRUE(QDir(folder.path()).rmdir(QStringLiteral("server")));
-    window->savePanel->cmdSave->setEnabled(true);
+    window->panels().savePanel->cmdSave->setEnabled(true);
     save();
     EXPECT_TRUE(imported(row));
     EXPECT_TRUE(canSave());
@@ -164,7 +164,7 @@ TEST_F(Saving, ACopyThatFailsOnTheWayLeavesEverythingAsItWas) {
 
 TEST_F(Saving, ASaveWithoutATakeMarksTheStepAndKeepsTheButton) {
     openDemo();
-    window->savePanel->cmdSave->setEnabled(true);
+    window->panels().savePanel->cmdSave->setEnabled(true);
     save();
     EXPECT_TRUE(imported(row));
     EXPECT_TRUE(canSave());
@@ -205,8 +205,8 @@ TEST_F(Saving, AFailedConversionOnAServerIsSilentAndTheTakeIsSafe) {
     EXPECT_TRUE(filesIn(QStringLiteral("server")).isEmpty());
     ASSERT_EQ(keptTakes().size(), 1);
     EXPECT_EQ(content(QStringLiteral("herstel/") + keptTakes().first()), take);
-    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("kon niet worden omgezet")));
-    EXPECT_FALSE(window->savePanel->barProgress->isVisible());
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("kon niet worden omgezet")));
+    EXPECT_FALSE(window->panels().savePanel->barProgress->isVisible());
 }
 
 TEST_F(Saving, AFullDiskWhileEncodingLeavesNoHalfFileAndTheTakeIsSafe) {
@@ -263,9 +263,9 @@ TEST_F(Saving, TheLastStepOffersToMoveThePlaylist) {
     save();
     EXPECT_FALSE(exists(QStringLiteral("new/lijst.mdb")));
     EXPECT_TRUE(exists(QStringLiteral("ok/lijst.mdb")));
-    EXPECT_EQ(window->filePanel->filNew->count(), 0);
-    EXPECT_EQ(window->filePanel->filOK->count(), 1);
-    EXPECT_FALSE(window->recorderPanel->cmdRec->isEnabled());
+    EXPECT_EQ(window->panels().filePanel->filNew->count(), 0);
+    EXPECT_EQ(window->panels().filePanel->filOK->count(), 1);
+    EXPECT_FALSE(window->panels().recorderPanel->cmdRec->isEnabled());
 }
 
 TEST_F(Saving, NoLeavesThePlaylistAndTheQuestionComesAgain) {
@@ -275,7 +275,7 @@ TEST_F(Saving, NoLeavesThePlaylistAndTheQuestionComesAgain) {
     prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false);
     save();
     EXPECT_TRUE(exists(QStringLiteral("new/lijst.mdb")));
-    EXPECT_TRUE(window->datList.isOpen());
+    EXPECT_TRUE(window->workplace().datList.isOpen());
     record(300);
     prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false);
     save();
@@ -305,7 +305,7 @@ TEST_F(Saving, AFinishedPlaylistThatCannotBeCopiedStays) {
 
 TEST_F(Saving, APlaylistThatWasFinishedBeforeIsOfferedAtOnce) {
     openDemo({}, QStringLiteral("all-imported.mdb"));
-    window->gridPanel->setCurrentImported(true);
+    window->panels().gridPanel->setCurrentImported(true);
     prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false);
     record(300);
     save();
@@ -319,14 +319,14 @@ TEST_F(Saving, DeletingAsksForTheChosenPlaylist) {
     const QString title = QStringLiteral("Playlists verwijderen");
     const QString question = QStringLiteral("Wenst U het bestand een.mdb te verwijderen ?");
     prompts.expectAsk(question, title, false);
-    click(window->filePanel->cmdWisNew);
+    click(window->panels().filePanel->cmdWisNew);
     EXPECT_EQ(filesIn(QStringLiteral("new")).size(), 2);
-    EXPECT_TRUE(window->gridPanel->dbgLijst->isVisible());
+    EXPECT_TRUE(window->panels().gridPanel->dbgLijst->isVisible());
     prompts.expectAsk(question, title, true);
-    click(window->filePanel->cmdWisNew);
+    click(window->panels().filePanel->cmdWisNew);
     EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("twee.mdb")});
-    EXPECT_FALSE(window->gridPanel->dbgLijst->isVisible());
-    EXPECT_FALSE(window->datList.isOpen());
+    EXPECT_FALSE(window->panels().gridPanel->dbgLijst->isVisible());
+    EXPECT_FALSE(window->workplace().datList.isOpen());
 }
 
 TEST_F(Saving, DeletingAllClosesTheOpenPlaylist) {
@@ -335,13 +335,13 @@ TEST_F(Saving, DeletingAllClosesTheOpenPlaylist) {
     disk.write(path(QStringLiteral("new/blijft.txt")), "x");
     ASSERT_TRUE(start());
     open(QStringLiteral("een.mdb"));
-    window->filePanel->filNew->clearSelection();
+    window->panels().filePanel->filNew->clearSelection();
     prompts.expectAsk(QStringLiteral("Wenst U ALLE nog te bewerken playlists te verwijderen ?"),
                       QStringLiteral("Playlists verwijderen"), true);
-    click(window->filePanel->cmdWisNew);
+    click(window->panels().filePanel->cmdWisNew);
     EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("blijft.txt")});
-    EXPECT_FALSE(window->gridPanel->dbgLijst->isVisible());
-    EXPECT_FALSE(window->datList.isOpen());
+    EXPECT_FALSE(window->panels().gridPanel->dbgLijst->isVisible());
+    EXPECT_FALSE(window->workplace().datList.isOpen());
 }
 
 // A backslash in a playlist's name was taken for a folder: the button deleted, and a click opened, a file outside the
@@ -354,17 +354,17 @@ TEST_F(Saving, ABackslashInANameIsACharacterLikeAnyOther) {
     disk.write(path(QStringLiteral("ok/")) + tricky, "klaar");
     ASSERT_TRUE(start());
     open(tricky);
-    EXPECT_GT(window->datList.stepCount(), 0);
+    EXPECT_GT(window->workplace().datList.stepCount(), 0);
     prompts.expectAsk(QStringLiteral("Wenst U het bestand %1 te verwijderen ?").arg(tricky),
                       QStringLiteral("Playlists verwijderen"), true);
-    click(window->filePanel->cmdWisNew);
+    click(window->panels().filePanel->cmdWisNew);
     EXPECT_TRUE(exists(QStringLiteral("buiten.mdb")));
     EXPECT_TRUE(filesIn(QStringLiteral("new")).isEmpty());
     EXPECT_EQ(content(QStringLiteral("ok/") + tricky), "klaar");
-    window->filePanel->tabFiles->setCurrentIndex(1);
+    window->panels().filePanel->tabFiles->setCurrentIndex(1);
     prompts.expectAsk(QStringLiteral("Wenst U ALLE afgewerkte playlists te verwijderen ?"),
                       QStringLiteral("Playlists verwijderen"), true);
-    click(window->filePanel->cdmWisKlaar);
+    click(window->panels().filePanel->cdmWisKlaar);
     EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
 }
 
@@ -390,9 +390,9 @@ TEST_F(Saving, DeletingToDoPlaylistsIgnoresEveryError) {
     open(QStringLiteral("een.mdb"));
     prompts.expectAsk(QStringLiteral("Wenst U het bestand een.mdb te verwijderen ?"),
                       QStringLiteral("Playlists verwijderen"), true);
-    click(window->filePanel->cmdWisNew);
+    click(window->panels().filePanel->cmdWisNew);
     EXPECT_TRUE(exists(QStringLiteral("new/een.mdb")));
-    EXPECT_FALSE(window->gridPanel->dbgLijst->isVisible());
+    EXPECT_FALSE(window->panels().gridPanel->dbgLijst->isVisible());
 }
 
 TEST_F(Saving, DeletingFinishedPlaylistsReportsErrorsAndLeavesTheGrid) {
@@ -401,27 +401,27 @@ TEST_F(Saving, DeletingFinishedPlaylistsReportsErrorsAndLeavesTheGrid) {
     disk.write(path(QStringLiteral("ok/link.mp3")), "x");
     ASSERT_TRUE(start());
     open(QStringLiteral("een.mdb"));
-    window->filePanel->tabFiles->setCurrentIndex(1);
+    window->panels().filePanel->tabFiles->setCurrentIndex(1);
     const QString question = QStringLiteral("Wenst U ALLE afgewerkte playlists te verwijderen ?");
     const QString title = QStringLiteral("Playlists verwijderen");
     files.fail(FaultyFileSystem::Operation::Remove, QStringLiteral("klaar.mdb"), ErrorNumber::PermissionDenied);
     prompts.expectAsk(question, title, true);
     prompts.expectReport(QStringLiteral("Fout 70 tijdens de uitvoering:"));
-    click(window->filePanel->cdmWisKlaar);
+    click(window->panels().filePanel->cdmWisKlaar);
     EXPECT_TRUE(exists(QStringLiteral("ok/klaar.mdb")));
     files.heal();
     prompts.expectAsk(question, title, true);
-    click(window->filePanel->cdmWisKlaar);
+    click(window->panels().filePanel->cdmWisKlaar);
     EXPECT_EQ(filesIn(QStringLiteral("ok")), QStringList{QStringLiteral("link.mp3")});
-    EXPECT_TRUE(window->datList.isOpen());
-    EXPECT_FALSE(window->gridPanel->dbgLijst->isHidden());
+    EXPECT_TRUE(window->workplace().datList.isOpen());
+    EXPECT_FALSE(window->panels().gridPanel->dbgLijst->isHidden());
 }
 
 TEST_F(Saving, AnEmptyListAsksNothing) {
     ASSERT_TRUE(start());
-    click(window->filePanel->cmdWisNew);
-    window->filePanel->tabFiles->setCurrentIndex(1);
-    click(window->filePanel->cdmWisKlaar);
+    click(window->panels().filePanel->cmdWisNew);
+    window->panels().filePanel->tabFiles->setCurrentIndex(1);
+    click(window->panels().filePanel->cdmWisKlaar);
 }
 
 TEST_F(Saving, TheWindowStaysResponsiveAndASecondClickFilesNothingTwice) {
@@ -431,17 +431,17 @@ TEST_F(Saving, TheWindowStaysResponsiveAndASecondClickFilesNothingTwice) {
     QTimer beat;
     QObject::connect(&beat, &QTimer::timeout, [&] {
         ++pumped;
-        click(window->savePanel->cmdSave);
-        EXPECT_FALSE(window->recorderPanel->cmdRec->isEnabled());
-        EXPECT_FALSE(window->playbackPanel->cmdPlay->isEnabled());
-        EXPECT_FALSE(window->savePanel->cmdImport->isEnabled());
+        click(window->panels().savePanel->cmdSave);
+        EXPECT_FALSE(window->panels().recorderPanel->cmdRec->isEnabled());
+        EXPECT_FALSE(window->panels().playbackPanel->cmdPlay->isEnabled());
+        EXPECT_FALSE(window->panels().savePanel->cmdImport->isEnabled());
     });
     beat.start(20);
     save();
     EXPECT_GT(pumped, 2);
     EXPECT_EQ(filesIn(QStringLiteral("ok")).size(), 1);
-    EXPECT_TRUE(window->recorderPanel->cmdRec->isEnabled());
-    EXPECT_TRUE(window->savePanel->cmdImport->isEnabled());
+    EXPECT_TRUE(window->panels().recorderPanel->cmdRec->isEnabled());
+    EXPECT_TRUE(window->panels().savePanel->cmdImport->isEnabled());
 }
 
 TEST_F(Saving, WhatIsDeletedIsWhatWasAskedAbout) {
@@ -449,21 +449,21 @@ TEST_F(Saving, WhatIsDeletedIsWhatWasAskedAbout) {
     addPlaylist(demo, QStringLiteral("twee.mdb"));
     ASSERT_TRUE(start());
     open(QStringLiteral("een.mdb"));
-    prompts.whileOpen([this] { window->filePanel->filNew->clearSelection(); });
+    prompts.whileOpen([this] { window->panels().filePanel->filNew->clearSelection(); });
     prompts.expectAsk(QStringLiteral("Wenst U het bestand een.mdb te verwijderen ?"),
                       QStringLiteral("Playlists verwijderen"), true);
-    click(window->filePanel->cmdWisNew);
+    click(window->panels().filePanel->cmdWisNew);
     EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("twee.mdb")});
 }
 
 TEST_F(Saving, ATakeThatStartsBehindTheQuestionKeepsItsPlaylist) {
     openDemo();
-    prompts.whileOpen([this] { window->recorderPanel->cmdRec_Click(); });
+    prompts.whileOpen([this] { window->panels().recorderPanel->cmdRec_Click(); });
     prompts.expectAsk(QStringLiteral("Wenst U het bestand lijst.mdb te verwijderen ?"),
                       QStringLiteral("Playlists verwijderen"), true);
-    click(window->filePanel->cmdWisNew);
+    click(window->panels().filePanel->cmdWisNew);
     EXPECT_TRUE(exists(QStringLiteral("new/lijst.mdb")));
-    EXPECT_TRUE(window->datList.isOpen());
+    EXPECT_TRUE(window->workplace().datList.isOpen());
 }
 
 } // namespace orvel

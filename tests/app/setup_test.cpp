@@ -81,13 +81,13 @@ TEST_F(Setup, SavingWritesEveryKeyAndAsksForARestart) {
         EXPECT_TRUE(holds(QString::fromLatin1(line))) << line << "\n" << stored().toStdString();
     }
     EXPECT_FALSE(stored().contains(QStringLiteral("TijdTxt")));
-    EXPECT_EQ(window->settings.Databasepath, QStringLiteral("/muziek"));
-    EXPECT_EQ(window->settings.VoicetrackPath, QStringLiteral("/stemmen"));
-    EXPECT_EQ(window->settings.Countdown, 9);
-    EXPECT_TRUE(window->settings.ServerMode);
+    EXPECT_EQ(window->workplace().settings.Databasepath, QStringLiteral("/muziek"));
+    EXPECT_EQ(window->workplace().settings.VoicetrackPath, QStringLiteral("/stemmen"));
+    EXPECT_EQ(window->workplace().settings.Countdown, 9);
+    EXPECT_TRUE(window->workplace().settings.ServerMode);
     // The rest waits for the restart.
-    EXPECT_FALSE(window->settings.Network);
-    EXPECT_EQ(window->settings.BitRate, 2);
+    EXPECT_FALSE(window->workplace().settings.Network);
+    EXPECT_EQ(window->workplace().settings.BitRate, 2);
 }
 
 TEST_F(Setup, SavingTwiceWritesTheSameAndTellsItTwice) {
@@ -217,16 +217,16 @@ TEST_F(Setup, EveryColourButtonPaintsItsPanelAndTheGridAtOnce) {
         colour += 0x010101;
         prompts.expectColour(colour);
         button->click();
-        EXPECT_EQ(window->settings.*field, colour) << name;
+        EXPECT_EQ(window->workplace().settings.*field, colour) << name;
     }
     auto *panel = setup->findChild<QLabel *>(QStringLiteral("panMuziek"));
     ASSERT_NE(panel, nullptr);
     // Red is the low byte.
     EXPECT_TRUE(panel->styleSheet().contains(QStringLiteral("rgb(49, 33, 17)"))) << panel->styleSheet().toStdString();
     open(QStringLiteral("type-codes.mdb"));
-    StepsModel &steps = window->gridPanel->steps();
+    StepsModel &steps = window->panels().gridPanel->steps();
     for (int row = 0; row < steps.rowCount(); ++row) {
-        if (window->datList.value(row, TypeColumn).toInt() == TrackStep) {
+        if (window->workplace().datList.value(row, TypeColumn).toInt() == TrackStep) {
             EXPECT_EQ(steps.index(row, 0).data(Qt::BackgroundRole).value<QBrush>().color(), QColor(0x31, 0x21, 0x11));
         }
     }
@@ -236,7 +236,7 @@ TEST_F(Setup, ACancelledColourChangesNothing) {
     openSetup();
     prompts.expectColour(std::nullopt);
     setup->findChild<QPushButton *>(QStringLiteral("cmdMuzBack"))->click();
-    EXPECT_EQ(window->settings.MusBack, 0xFFFFFF);
+    EXPECT_EQ(window->workplace().settings.MusBack, 0xFFFFFF);
 }
 
 TEST_F(Setup, ColoursStayForTheRunButNotInTheFile) {
@@ -246,7 +246,7 @@ TEST_F(Setup, ColoursStayForTheRunButNotInTheFile) {
     setup->findChild<QPushButton *>(QStringLiteral("cmdMuzBack"))->click();
     click(setup->cmdExit);
     EXPECT_EQ(content(QStringLiteral("orvel.ini")), before);
-    EXPECT_EQ(window->settings.MusBack, 77);
+    EXPECT_EQ(window->workplace().settings.MusBack, 77);
     // Another setting that is saved later takes the colour along.
     window->tlbMain_ButtonClick(4);
     save();
@@ -259,7 +259,7 @@ TEST_F(Setup, ASettingsFileThatCannotBeWrittenIsReportedAndNothingChanges) {
     files.fail(FaultyFileSystem::Operation::Write, QStringLiteral("orvel.ini"), ErrorNumber::DiskFull);
     prompts.expectReport(QStringLiteral("Fout 61"));
     click(setup->cmdSave);
-    EXPECT_EQ(window->settings.Countdown, 0);
+    EXPECT_EQ(window->workplace().settings.Countdown, 0);
 }
 
 } // namespace orvel

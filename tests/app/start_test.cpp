@@ -1,6 +1,6 @@
 // From the start of the program to its end.
-#include "app/version.h"
 #include "station.h"
+#include "windows/version.h"
 
 #include <QTimer>
 #include <QToolBar>
@@ -51,7 +51,7 @@ TEST_F(Station, TheWindowFitsASmallScreenWithRoomToSpare) {
     EXPECT_LE(window->minimumSizeHint().height(), 700);
     EXPECT_LE(window->width(), 1240);
     // What tells that a take runs keeps its place and is whole.
-    for (QLabel *notice : {window->recorderPanel->lblOpname, window->recorderPanel->lblProcess}) {
+    for (QLabel *notice : {window->panels().recorderPanel->lblOpname, window->panels().recorderPanel->lblProcess}) {
         notice->show();
         QCoreApplication::processEvents();
         EXPECT_GE(notice->width(), notice->sizeHint().width()) << notice->text().toStdString();
@@ -63,23 +63,23 @@ TEST_F(Station, TheWindowFitsASmallScreenWithRoomToSpare) {
 TEST_F(Station, ABitRateOutsideTheTableLeavesTheWriterWithoutAFormat) {
     configure(QStringLiteral("[Audio]\nBitRate=7"));
     ASSERT_TRUE(start());
-    EXPECT_EQ(window->savePanel->writer().format().kbitPerSecond, 0);
+    EXPECT_EQ(window->panels().savePanel->writer().format().kbitPerSecond, 0);
 }
 
 TEST_F(Station, BitRateFourIsWrittenAsThreeHundredTwentyUnlessFreeFormatIsWanted) {
     configure(QStringLiteral("[Audio]\nBitRate=4"));
     ASSERT_TRUE(start());
-    EXPECT_EQ(window->savePanel->writer().format().kbitPerSecond, 320);
+    EXPECT_EQ(window->panels().savePanel->writer().format().kbitPerSecond, 320);
     configure(QStringLiteral("FreeFormat=1"));
     ASSERT_TRUE(start());
-    EXPECT_EQ(window->savePanel->writer().format().kbitPerSecond, 350);
-    EXPECT_TRUE(window->savePanel->writer().format().freeFormat);
+    EXPECT_EQ(window->panels().savePanel->writer().format().kbitPerSecond, 350);
+    EXPECT_TRUE(window->panels().savePanel->writer().format().freeFormat);
 }
 
 TEST_F(Station, ARecordingCardPastTheListSelectsTheFirstOne) {
     configure(QStringLiteral("[Audio]\nRecCard=9"));
     ASSERT_TRUE(start());
-    EXPECT_EQ(window->cardPanel->cobKaart->currentIndex(), 0);
+    EXPECT_EQ(window->panels().cardPanel->cobKaart->currentIndex(), 0);
     EXPECT_EQ(sound.recorderDevice(), 0);
 }
 
@@ -92,41 +92,42 @@ TEST_F(Station, TheChosenCardIsTheRecorders) {
     sound.audioRecord().refresh();
     configure(QStringLiteral("[Audio]\nRecCard=1"));
     ASSERT_TRUE(start());
-    EXPECT_EQ(window->cardPanel->cobKaart->count(), 2);
-    EXPECT_EQ(window->cardPanel->cobKaart->currentText(), QStringLiteral("Twee"));
+    EXPECT_EQ(window->panels().cardPanel->cobKaart->count(), 2);
+    EXPECT_EQ(window->panels().cardPanel->cobKaart->currentText(), QStringLiteral("Twee"));
     EXPECT_EQ(sound.recorderDevice(), 1);
     EXPECT_EQ(sound.playerDevice(), 1);
 }
 
 TEST_F(Station, OnlyTheWholeArgumentStartsTheRecorder) {
     ASSERT_TRUE(start(QStringLiteral("-recorder")));
-    EXPECT_TRUE(window->RecorderOnly);
-    EXPECT_FALSE(window->filePanel->tabFiles->isEnabled());
-    EXPECT_FALSE(window->gridPanel->dbgLijst->isEnabled());
-    EXPECT_FALSE(window->savePanel->cmdImport->isEnabled());
-    EXPECT_TRUE(window->recorderPanel->cmdRec->isEnabled());
-    EXPECT_FALSE(window->tlbMain->actions().at(2)->isEnabled());
-    EXPECT_TRUE(window->tlbMain->actions().at(3)->isEnabled());
+    EXPECT_TRUE(window->workplace().RecorderOnly);
+    EXPECT_FALSE(window->panels().filePanel->tabFiles->isEnabled());
+    EXPECT_FALSE(window->panels().gridPanel->dbgLijst->isEnabled());
+    EXPECT_FALSE(window->panels().savePanel->cmdImport->isEnabled());
+    EXPECT_TRUE(window->panels().recorderPanel->cmdRec->isEnabled());
+    EXPECT_FALSE(window->panels().tlbMain->actions().at(2)->isEnabled());
+    EXPECT_TRUE(window->panels().tlbMain->actions().at(3)->isEnabled());
     ASSERT_TRUE(start(QStringLiteral("-RECORDER x")));
-    EXPECT_FALSE(window->RecorderOnly);
-    EXPECT_TRUE(window->filePanel->tabFiles->isEnabled());
+    EXPECT_FALSE(window->workplace().RecorderOnly);
+    EXPECT_TRUE(window->panels().filePanel->tabFiles->isEnabled());
 }
 
 TEST_F(Station, WithoutTheNetworkNoCatalogueIsOpened) {
     configure(QStringLiteral("[Program]\nNetwork=0"));
     ASSERT_TRUE(start());
-    EXPECT_EQ(window->datTracks, nullptr);
-    EXPECT_EQ(window->datJingles, nullptr);
+    EXPECT_EQ(window->workplace().datTracks, nullptr);
+    EXPECT_EQ(window->workplace().datJingles, nullptr);
 }
 
 TEST_F(Station, WithTheNetworkBothCataloguesAreOpened) {
     configure(QStringLiteral("[Files]\nDatabasepath=%1\n[Program]\nNetwork=1")
                   .arg(QStringLiteral(ORVEL_SOURCE_DIR "/samples/station")));
     ASSERT_TRUE(start());
-    ASSERT_NE(window->datTracks, nullptr);
-    ASSERT_NE(window->datJingles, nullptr);
-    EXPECT_TRUE(window->datTracks->findFirst(QStringLiteral("tracknr=3")));
-    EXPECT_EQ(window->datTracks->field(QStringLiteral("PATH")).toString(), QStringLiteral("M:\\muziek\\0003.mp3"));
+    ASSERT_NE(window->workplace().datTracks, nullptr);
+    ASSERT_NE(window->workplace().datJingles, nullptr);
+    EXPECT_TRUE(window->workplace().datTracks->findFirst(QStringLiteral("tracknr=3")));
+    EXPECT_EQ(window->workplace().datTracks->field(QStringLiteral("PATH")).toString(),
+              QStringLiteral("M:\\muziek\\0003.mp3"));
 }
 
 TEST_F(Station, BothServerChecksComplainOneAfterTheOther) {
@@ -148,17 +149,17 @@ TEST_F(Station, BothServerChecksComplainOneAfterTheOther) {
     close.start(10);
     ASSERT_TRUE(start());
     EXPECT_EQ(setups, 2);
-    EXPECT_FALSE(window->settings.Network);
-    EXPECT_TRUE(window->settings.ServerMode);
+    EXPECT_FALSE(window->workplace().settings.Network);
+    EXPECT_TRUE(window->workplace().settings.ServerMode);
 }
 
 TEST_F(Station, MultivoiceNeedsTheStationList) {
     ASSERT_TRUE(start());
-    EXPECT_FALSE(window->savePanel->cmdMultivoice->isEnabled());
+    EXPECT_FALSE(window->panels().savePanel->cmdMultivoice->isEnabled());
     QFile::copy(QStringLiteral(ORVEL_SOURCE_DIR "/samples/station/syncstations.mdb"),
                 path(QStringLiteral("syncstations.mdb")));
     ASSERT_TRUE(start());
-    EXPECT_TRUE(window->savePanel->cmdMultivoice->isEnabled());
+    EXPECT_TRUE(window->panels().savePanel->cmdMultivoice->isEnabled());
 }
 
 TEST_F(Station, MissingFoldersAreMade) {
@@ -174,7 +175,7 @@ TEST_F(Station, MissingFoldersAreMade) {
 TEST_F(Station, TheToolbarHasItsSixTooltips) {
     ASSERT_TRUE(start());
     QStringList tips;
-    const QList<QAction *> actions = window->tlbMain->actions();
+    const QList<QAction *> actions = window->panels().tlbMain->actions();
     for (const QAction *action : actions) {
         tips.append(action->toolTip());
     }
@@ -187,8 +188,8 @@ TEST_F(Station, TheToolbarHasItsSixTooltips) {
 TEST_F(Station, ClosingTheWindowWritesTheProcessorAndTheCard) {
     configure(QStringLiteral("; eigen regel\n[AudioProcessor]\nOnbekend=x"));
     ASSERT_TRUE(start());
-    window->processorPanel->ledRevDelay->setValue(250);
-    window->processorPanel->chkComp->setChecked(true);
+    window->panels().processorPanel->ledRevDelay->setValue(250);
+    window->panels().processorPanel->chkComp->setChecked(true);
     EXPECT_TRUE(window->close());
     const QByteArray written = content(QStringLiteral("orvel.ini"));
     EXPECT_TRUE(written.contains("RevDelay=250"));
@@ -196,17 +197,17 @@ TEST_F(Station, ClosingTheWindowWritesTheProcessorAndTheCard) {
     EXPECT_TRUE(written.contains("RecCard=0"));
     EXPECT_TRUE(written.startsWith("; eigen regel\n[AudioProcessor]\nOnbekend=x"));
     ASSERT_TRUE(start());
-    EXPECT_EQ(window->processorPanel->ledRevDelay->value(), 250);
-    EXPECT_TRUE(window->processorPanel->chkComp->isChecked());
+    EXPECT_EQ(window->panels().processorPanel->ledRevDelay->value(), 250);
+    EXPECT_TRUE(window->panels().processorPanel->chkComp->isChecked());
 }
 
 // A gain of 800 dB went from the settings file into the sound.
 TEST_F(Station, AKnobOutsideItsLimitsIsSetToTheLimitAndTold) {
     configure(QStringLiteral("[AudioProcessor]\nAmp=800\nNorm=70"));
     ASSERT_TRUE(start());
-    EXPECT_EQ(window->processorPanel->ledAmp->value(), 15);
-    EXPECT_EQ(window->processorPanel->ledNorm->value(), 70);
-    EXPECT_EQ(window->lblStatus->text(),
+    EXPECT_EQ(window->panels().processorPanel->ledAmp->value(), 15);
+    EXPECT_EQ(window->panels().processorPanel->ledNorm->value(), 70);
+    EXPECT_EQ(window->panels().lblStatus->text(),
               QStringLiteral("Buiten de grenzen in orvel.ini: Versterking Niveau van 800 naar 15."));
 }
 

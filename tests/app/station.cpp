@@ -30,22 +30,22 @@ bool Station::start(const QString &commandLine) {
 }
 
 void Station::open(const QString &name) {
-    const QList<QListWidgetItem *> items = window->filePanel->filNew->findItems(name, Qt::MatchExactly);
+    const QList<QListWidgetItem *> items = window->panels().filePanel->filNew->findItems(name, Qt::MatchExactly);
     ASSERT_EQ(items.size(), 1) << name.toStdString();
-    QListWidget &list = *window->filePanel->filNew;
+    QListWidget &list = *window->panels().filePanel->filNew;
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(items.first()).center());
 }
 
 void Station::beginRecording() {
-    click(window->recorderPanel->cmdRec);
-    timers.advance(std::int64_t{1000} * (window->settings.Countdown + 1));
+    click(window->panels().recorderPanel->cmdRec);
+    timers.advance(std::int64_t{1000} * (window->workplace().settings.Countdown + 1));
 }
 
 void Station::record(int milliseconds) {
     beginRecording();
     sound.deliver(std::int64_t{44100} * milliseconds / 1000);
     timers.advance(milliseconds);
-    click(window->recorderPanel->cmdRec);
+    click(window->panels().recorderPanel->cmdRec);
 }
 
 QByteArray Station::content(const QString &relative) const {

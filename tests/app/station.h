@@ -1,6 +1,6 @@
 #pragma once
 
-#include "app/frm_main.h"
+#include "windows/frm_main.h"
 #include "app/orvel_application.h"
 #include "platform/jet/jet_engine.h"
 #include "tests/test_platform.h"
@@ -30,7 +30,7 @@ class Station : public testing::Test, protected TestPlatform<JetEngine> {
     /// Clicks a playlist of the to-do list.
     void open(const QString &name);
     /// Selects the step with this number by its row.
-    void select(int row) { window->gridPanel->selectRow(row); }
+    void select(int row) { window->panels().gridPanel->selectRow(row); }
     void click(QAbstractButton *button) { QTest::mouseClick(button, Qt::LeftButton); }
     /// Clicks the record button and lets the count-down pass.
     void beginRecording();
@@ -45,7 +45,7 @@ class Station : public testing::Test, protected TestPlatform<JetEngine> {
     [[nodiscard]] QByteArray content(const QString &relative) const;
     /// What a program prints; empty when it is not there.
     static QString output(const QString &program, const QStringList &arguments);
-    [[nodiscard]] bool imported(int row) const { return window->datList.value(row, ImportedColumn).toBool(); }
+    [[nodiscard]] bool imported(int row) const { return window->workplace().datList.value(row, ImportedColumn).toBool(); }
 
     QTemporaryDir folder;
     std::unique_ptr<frmMain> window;

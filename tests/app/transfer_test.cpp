@@ -39,7 +39,7 @@ class Transfer : public Station {
         return QStringLiteral("[Files]\nImportPath=") + path(QStringLiteral("stick"));
     }
     [[nodiscard]] QListWidgetItem *toDo(const QString &name) const {
-        const auto found = window->filePanel->filNew->findItems(name, Qt::MatchExactly);
+        const auto found = window->panels().filePanel->filNew->findItems(name, Qt::MatchExactly);
         return found.isEmpty() ? nullptr : found.first();
     }
 
@@ -110,7 +110,7 @@ TEST_F(Transfer, AFileWhoseCopyWasNotWantedIsNotDeleted) {
     prompts.expectAsk(mayDelete, deleteTitle, true);
     click(import->cmdImport);
     EXPECT_EQ(filesIn(QStringLiteral("stick")), QStringList{QStringLiteral("een.mdb")});
-    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("een.mdb")));
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("een.mdb")));
 }
 
 TEST_F(Transfer, AFileWhoseCopyFailedIsNotDeleted) {
@@ -138,8 +138,8 @@ TEST_F(Transfer, AFileThatIsNoPlaylistIsNamedAndGreyed) {
     disk.write(path(QStringLiteral("stick/fout.mdb")), "Dit is geen playlist.");
     openImport(forced() + QStringLiteral("\nNodelete=1"));
     click(import->cmdImport);
-    EXPECT_TRUE(window->lblStatus->text().contains(QStringLiteral("fout.mdb")));
-    EXPECT_FALSE(window->lblStatus->text().contains(QStringLiteral("goed.mdb")));
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("fout.mdb")));
+    EXPECT_FALSE(window->panels().lblStatus->text().contains(QStringLiteral("goed.mdb")));
     ASSERT_NE(toDo(QStringLiteral("fout.mdb")), nullptr);
     EXPECT_FALSE(toDo(QStringLiteral("fout.mdb"))->toolTip().isEmpty());
     EXPECT_TRUE(toDo(QStringLiteral("goed.mdb"))->toolTip().isEmpty());
@@ -257,9 +257,9 @@ TEST_F(Transfer, APlaylistThatIsImportedOverTheOpenOneIsOpenedAnew) {
     prompts.expectAsk(QStringLiteral("Het bestand een.mdb bestaat al. Wilt U het overschrijven ?"), copying, true);
     prompts.expectAsk(mayDelete, deleteTitle, false);
     click(import->cmdImport);
-    EXPECT_EQ(window->datList.stepCount(), 150);
-    EXPECT_EQ(window->gridPanel->currentRow(), 2);
-    window->gridPanel->setCurrentImported(true); // nobody is in the way
+    EXPECT_EQ(window->workplace().datList.stepCount(), 150);
+    EXPECT_EQ(window->panels().gridPanel->currentRow(), 2);
+    window->panels().gridPanel->setCurrentImported(true); // nobody is in the way
 }
 
 } // namespace orvel

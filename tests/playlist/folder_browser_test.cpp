@@ -1,6 +1,6 @@
 // The drive, folder and file lists, on a real disk with drives that come and go.
 #include "platform/qt/disk_file_system.h"
-#include "playlist/folder_browser.h"
+#include "windows/folder_browser.h"
 
 #include <QDir>
 #include <QLabel>

@@ -1,8 +1,8 @@
 // The import and export windows by themselves: what is deleted, what is told, what goes where.
 #include "platform/jet/jet_engine.h"
-#include "playlist/frm_export.h"
-#include "playlist/frm_import.h"
 #include "tests/test_platform.h"
+#include "windows/frm_export.h"
+#include "windows/frm_import.h"
 
 #include <QDir>
 #include <QTemporaryDir>

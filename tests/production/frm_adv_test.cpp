@@ -1,5 +1,5 @@
 #include "platform/fake/fake_sound_card.h"
-#include "production/frm_adv.h"
+#include "windows/frm_adv.h"
 
 #include <QTest>
 

@@ -1,8 +1,8 @@
 // Which stations can be chosen, and which are refused.
 #include "platform/fake/fake_database.h"
-#include "production/frm_station.h"
 #include "tests/platform/audio/temp_folder.h"
 #include "tests/test_platform.h"
+#include "windows/frm_station.h"
 
 #include <gtest/gtest.h>
 

@@ -35,7 +35,7 @@ void saveAs(QtReportViewer &viewer, const QString &path) {
         button->trigger();
         preview.reject();
     });
-    viewer.preview(nullptr, title, html);
+    viewer.preview(title, html);
 }
 
 } // namespace
@@ -61,7 +61,7 @@ TEST(QtReportViewer, ACancelledSaveWritesNothing) {
         preview.findChild<QAction *>(QStringLiteral("cmdPdf"))->trigger();
         preview.reject();
     });
-    viewer.preview(nullptr, title, html);
+    viewer.preview(title, html);
     EXPECT_TRUE(QDir(folder.path()).isEmpty());
 }
 

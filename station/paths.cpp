@@ -1,0 +1,59 @@
+#include "station/paths.h"
+
+#include "platform/runtime_error.h"
+
+#include <QCoreApplication>
+#include <QDir>
+#include <QRegularExpression>
+
+#include <algorithm>
+
+namespace orvel {
+
+QString programFolder() {
+    const QString home = qEnvironmentVariable("ORVEL_HOME");
+    return home.isEmpty() ? QCoreApplication::applicationDirPath() : QDir::cleanPath(QDir(home).absolutePath());
+}
+
+QString joined(const QString &folder, const QString &literal) {
+    QString tail = literal;
+    if (QDir::separator() != u'\\') {
+        tail.replace(u'\\', QDir::separator());
+    }
+    return folder + tail;
+}
+
+QString inFolder(const QString &folder, const QString &name) {
+    return folder + QDir::separator() + name;
+}
+
+namespace {
+
+/// Names that Windows keeps for devices, whatever extension follows.
+bool isDeviceName(const QString &name) {
+    static const QRegularExpression devices(QStringLiteral("^(con|prn|aux|nul|com[1-9]|lpt[1-9]) *(\\..*)?$"),
+                                            QRegularExpression::CaseInsensitiveOption);
+    return devices.match(name).hasMatch();
+}
+
+bool isPlainName(const QString &name) {
+    // What Windows forbids is refused everywhere: takes travel to the play-out system's disks.
+    static const QString forbidden = QStringLiteral("/\\:*?\"<>|");
+    constexpr qsizetype longest = 200; // bytes; leaves room for an extension and the time in the recovery folder
+    const bool hasForbidden = std::any_of(name.begin(), name.end(), [](QChar character) {
+        return character.unicode() < 0x20 || forbidden.contains(character);
+    });
+    return !hasForbidden && name != QStringLiteral(".") && name != QStringLiteral("..") && !isDeviceName(name) &&
+           name.isValidUtf16() && name.toUtf8().size() <= longest;
+}
+
+} // namespace
+
+QString takeFile(const QString &folder, const QString &literalFolder, const QString &name, const QString &extension) {
+    if (!isPlainName(name)) {
+        throw RuntimeError(ErrorNumber::BadFileName, name + extension);
+    }
+    return joined(folder, literalFolder) + name + extension;
+}
+
+} // namespace orvel

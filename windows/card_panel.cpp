@@ -1,0 +1,233 @@
+#include "windows/card_panel.h"
+
+#include "platform/audio.h"
+#include "windows/on.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+#include <algorithm>
+
+namespace orvel {
+
+namespace {
+
+constexpr int mostStrips = 7;
+constexpr int stripTwips = 1260;
+constexpr int twipsPerInch = 1440;
+constexpr int watchMs = 1000;
+constexpr int loudest = 65535;
+
+} // namespace
+
+CardPanel::CardPanel(Platform &platform, std::function<void(const QString &)> tell, QWidget *parent)
+    : QWidget(parent), cobKaart(new QComboBox(this)), Frame14(new QGroupBox(tr("Mixer"), this)), platform_(platform),
+      tell_(std::move(tell)),
+      tmrCards_(platform.timers.create(watchMs, MissedTicks::Drop, [this] { lookForChanges(); })) {
+    cobKaart->setObjectName(QStringLiteral("cobKaart"));
+    cobKaart->setAccessibleName(QStringLiteral("Opnamekaart"));
+    cobKaart->setMinimumContentsLength(28);
+    cobKaart->setPlaceholderText(tr("De gekozen kaart is losgekoppeld"));
+    Frame14->setObjectName(QStringLiteral("Frame14"));
+    makeStrips();
+    auto *caption = new QLabel(QStringLiteral("Opnamekaart"), this);
+    caption->setProperty("role", QStringLiteral("muted"));
+    caption->setBuddy(cobKaart);
+    auto *choice = new QVBoxLayout;
+    choice->addWidget(caption);
+    choice->addWidget(cobKaart);
+    choice->addStretch();
+    auto *layout = new QHBoxLayout(this);
+    layout->addLayout(choice);
+    layout->addWidget(Frame14);
+    layout->addStretch();
+    on(cobKaart, &QComboBox::currentIndexChanged, this, &CardPanel::cobKaart_Click);
+}
+
+void CardPanel::makeStrips() {
+    auto *stripsLayout = new QHBoxLayout(Frame14);
+    stripsLayout->setSpacing(fontMetrics().averageCharWidth());
+    for (int index = 1; index <= mostStrips; ++index) {
+        auto *strip = new MixerStrip(index, Frame14);
+        strip->hide();
+        stripsLayout->addWidget(strip);
+        strips_.push_back(strip);
+        connectStrip(index);
+    }
+}
+
+void CardPanel::connectStrip(int index) {
+    MixerStrip &controls = strip(index);
+    on(controls.slVolume, &QSlider::valueChanged, this, [this, index] { slVolume_Change(index); });
+    on(controls.slBalance, &QSlider::valueChanged, this, [this, index] { slBalance_Change(index); });
+    on(controls.chSelect, &QCheckBox::clicked, this, [this, index] { chSelect_MouseUp(index); });
+    on(controls.cmdAdvanced, &QToolButton::clicked, this, [this, index] { cmdAdvanced_Click(index); });
+}
+
+void CardPanel::listCards() {
+    const AudioRecord &audioRecord = platform_.sound.audioRecord();
+    const QSignalBlocker quiet(cobKaart);
+    cobKaart->clear();
+    // One past the last card on purpose: it is reported as not valid.
+    for (int DeviceIndex = 0; DeviceIndex <= audioRecord.deviceCount(); ++DeviceIndex) {
+        if (audioRecord.canRecord(DeviceIndex)) {
+            cobKaart->addItem(audioRecord.deviceName(DeviceIndex), DeviceIndex);
+        }
+    }
+    cobKaart->setCurrentIndex(-1);
+}
+
+void CardPanel::selectCard(const StoredCard &card) {
+    const int position = positionOf(card);
+    if (position >= 0) {
+        cobKaart->setCurrentIndex(position);
+        return;
+    }
+    cobKaart->setCurrentIndex(0); // monitors stand last
+    if (!card.name.isEmpty()) {
+        chosenCard_ = card;
+        tell_(tr("De opnamekaart %1 is er niet; er wordt opgenomen met %2.").arg(card.name, cobKaart->currentText()));
+    }
+}
+
+int CardPanel::positionOf(const StoredCard &card) const {
+    if (!card.name.isEmpty()) {
+        for (int position = 0; position < cobKaart->count(); ++position) {
+            if (cobKaart->itemText(position).simplified() == card.name) {
+                return position;
+            }
+        }
+        return -1;
+    }
+    const bool isListed = card.position >= 0 && card.position < cobKaart->count();
+    const bool isInput =
+        isListed && cobKaart->itemData(card.position).toInt() <= platform_.sound.audioRecord().inputCount();
+    return isInput ? card.position : -1;
+}
+
+void CardPanel::cobKaart_Click() {
+    if (cobKaart->currentIndex() < 0) {
+        return;
+    }
+    chosenCard_ = {cobKaart->currentIndex(), cobKaart->currentText().simplified()};
+    AudioRecord &audioRecord = platform_.sound.audioRecord();
+    audioRecord.setCurrentDevice(cobKaart->currentData().toInt());
+    // The mixer counts cards from 1, the recorder from 0.
+    platform_.sound.recorder().setDevice(audioRecord.currentDevice() - 1);
+    LineCount = static_cast<std::int16_t>(lineCount());
+    BuildMixerStrips(LineCount);
+}
+
+int CardPanel::lineCount() const {
+    return std::min(platform_.sound.audioRecord().lineCount(), mostStrips);
+}
+
+void CardPanel::BuildMixerStrips(int count) {
+    for (int index = 1; index <= mostStrips; ++index) {
+        strip(index).setVisible(index <= count);
+    }
+    Frame14->setFixedWidth((count + 1) * stripTwips * logicalDpiX() / twipsPerInch);
+    Frame14->setVisible(count > 0);
+    for (int index = 1; index <= count; ++index) {
+        showLine(index);
+    }
+}
+
+void CardPanel::showLine(int index) {
+    AudioRecord &audioRecord = platform_.sound.audioRecord();
+    audioRecord.setCurrentLine(index);
+    MixerStrip &controls = strip(index);
+    const QSignalBlocker quietVolume(controls.slVolume);
+    const QSignalBlocker quietBalance(controls.slBalance);
+    controls.setName(audioRecord.lineName());
+    controls.slVolume->setEnabled(audioRecord.lineHasVolume());
+    controls.slVolume->setValue(loudest - audioRecord.lineVolume());
+    controls.slBalance->setEnabled(audioRecord.lineHasBalance());
+    controls.slBalance->setValue(audioRecord.lineBalance());
+    controls.chSelect->setEnabled(audioRecord.lineHasSelect());
+    controls.chSelect->setChecked(audioRecord.lineSelected());
+}
+
+void CardPanel::slVolume_Change(int index) {
+    AudioRecord &audioRecord = platform_.sound.audioRecord();
+    QSlider &slider = *strip(index).slVolume;
+    audioRecord.setCurrentLine(index);
+    audioRecord.setLineVolume(loudest - slider.value());
+    // The slider shows what the card accepted.
+    const QSignalBlocker quiet(slider);
+    slider.setValue(loudest - audioRecord.lineVolume());
+}
+
+void CardPanel::slBalance_Change(int index) {
+    AudioRecord &audioRecord = platform_.sound.audioRecord();
+    QSlider &slider = *strip(index).slBalance;
+    audioRecord.setCurrentLine(index);
+    audioRecord.setLineBalance(slider.value());
+    const QSignalBlocker quiet(slider);
+    slider.setValue(audioRecord.lineBalance());
+}
+
+void CardPanel::chSelect_MouseUp(int index) {
+    AudioRecord &audioRecord = platform_.sound.audioRecord();
+    const int remembered = audioRecord.currentLine();
+    audioRecord.setCurrentLine(index);
+    audioRecord.setLineSelected(strip(index).chSelect->isChecked());
+    // Selecting one line may unselect the others, and the card may offer the mixer of the selected line only.
+    BuildMixerStrips(LineCount);
+    audioRecord.setCurrentLine(remembered);
+}
+
+void CardPanel::cmdAdvanced_Click(int index) {
+    platform_.sound.audioRecord().setCurrentLine(index);
+    Q_EMIT advancedWanted();
+}
+
+void CardPanel::lookForChanges() {
+    AudioRecord &audioRecord = platform_.sound.audioRecord();
+    const int remembered = audioRecord.currentLine(); // an open window of its properties goes on with that line
+    if (audioRecord.refresh()) {
+        followCards();
+    }
+    const bool held = std::any_of(strips_.begin(), strips_.end(), [](const MixerStrip *s) { return s->isHeld(); });
+    if (!held) {
+        LineCount = static_cast<std::int16_t>(lineCount());
+        BuildMixerStrips(LineCount);
+    }
+    audioRecord.setCurrentLine(remembered);
+}
+
+void CardPanel::followCards() {
+    const int before = cobKaart->currentIndex();
+    listCards();
+    const int position = cobKaart->findData(platform_.sound.audioRecord().currentDevice());
+    // Without the chosen card nothing is selected: another microphone is never taken unasked.
+    cobKaart->setCurrentIndex(position);
+    if (before >= 0 && position < 0) {
+        tell_(tr("De gekozen opnamekaart is losgekoppeld."));
+    } else if (before < 0 && position >= 0) {
+        tell_(tr("De opnamekaart %1 is er weer.").arg(cobKaart->currentText()));
+    }
+}
+
+MeterPanel::MeterPanel(QWidget *parent)
+    : QWidget(parent), levLeft(new LevelMeter(this)), levRight(new LevelMeter(this)) {
+    levLeft->setObjectName(QStringLiteral("levLeft"));
+    levLeft->setAccessibleName(tr("Niveau links"));
+    levRight->setObjectName(QStringLiteral("levRight"));
+    levRight->setAccessibleName(tr("Niveau rechts"));
+    auto *scale = new LevelScale(this);
+    scale->setObjectName(QStringLiteral("MMLevelScaleX1"));
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->setSpacing(2);
+    layout->addWidget(levLeft);
+    layout->addWidget(scale);
+    layout->addWidget(levRight);
+}
+
+void MeterPanel::setLevels(float left, float right) {
+    levLeft->setLevel(left);
+    levRight->setLevel(right);
+}
+
+} // namespace orvel

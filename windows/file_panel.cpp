@@ -1,0 +1,165 @@
+#include "windows/file_panel.h"
+
+#include "platform/file_system.h"
+#include "platform/prompts.h"
+#include "station/ignore_errors.h"
+#include "station/paths.h"
+#include "widgets/theme.h"
+#include "windows/on.h"
+
+#include <QVBoxLayout>
+
+namespace orvel {
+
+namespace {
+
+const QString playlistPattern = QStringLiteral("*.mdb");
+
+QListWidget *fileList(QWidget *parent, const char *name, const QString &accessibleName) {
+    auto *list = new QListWidget(parent);
+    list->setObjectName(QString::fromLatin1(name));
+    list->setAccessibleName(accessibleName);
+    list->setUniformItemSizes(true);
+    return list;
+}
+
+QPushButton *button(QWidget *parent, const char *name, const QString &caption, const QString &toolTip) {
+    auto *made = new QPushButton(caption, parent);
+    made->setObjectName(QString::fromLatin1(name));
+    made->setToolTip(toolTip);
+    return made;
+}
+
+QString selectedName(const QListWidget &list) {
+    const QList<QListWidgetItem *> selected = list.selectedItems();
+    return selected.isEmpty() ? QString() : selected.first()->text();
+}
+
+QWidget *page(QListWidget *list, QPushButton *deleteButton) {
+    auto *made = new QWidget;
+    auto *layout = new QVBoxLayout(made);
+    layout->addWidget(list);
+    layout->addWidget(deleteButton);
+    return made;
+}
+
+} // namespace
+
+FilePanel::FilePanel(Platform &platform, const Settings &settings, const CurrentStep &step, GridPanel &grid,
+                     QWidget *parent)
+    : QGroupBox(QStringLiteral("Bestanden"), parent), tabFiles(new QTabWidget(this)),
+      filNew(fileList(this, "filNew", tr("Te bewerken playlists"))),
+      cmdWisNew(button(this, "cmdWisNew", tr("Wis te bewerken"), tr("Wis de gekozen playlist, of alle"))),
+      filOK(fileList(this, "filOK", tr("Afgewerkte playlists"))),
+      cdmWisKlaar(button(this, "cdmWisKlaar", tr("Wis afgewerkte"), tr("Wis de gekozen playlist, of alle"))),
+      files_(platform.files), prompts_(platform.prompts), check_(platform.databases), settings_(settings), step_(step),
+      grid_(grid) {
+    tabFiles->setObjectName(QStringLiteral("tabFiles"));
+    tabFiles->setAccessibleName(tr("Playlistmappen"));
+    tabFiles->addTab(page(filNew, cmdWisNew), QStringLiteral("Te bewerken"));
+    tabFiles->addTab(page(filOK, cdmWisKlaar), QStringLiteral("Afgewerkt"));
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(tabFiles);
+    on(tabFiles, &QTabWidget::currentChanged, this, &FilePanel::tabFiles_Click);
+    on(filNew, &QListWidget::itemClicked, this, &FilePanel::filNew_Click);
+    on(filNew, &QListWidget::itemActivated, this, &FilePanel::filNew_Click);
+    on(cmdWisNew, &QPushButton::clicked, this, &FilePanel::cmdWisNew_Click);
+    on(cdmWisKlaar, &QPushButton::clicked, this, &FilePanel::cdmWisKlaar_Click);
+}
+
+void FilePanel::refill(QListWidget &list, const QString &folder) {
+    const QString selected = selectedName(list);
+    list.clear();
+    list.addItems(files_.list(folder, playlistPattern));
+    const QList<QListWidgetItem *> again = list.findItems(selected, Qt::MatchExactly);
+    if (!selected.isEmpty() && !again.isEmpty()) {
+        list.setCurrentItem(again.first());
+    }
+}
+
+void FilePanel::refreshNew() {
+    refill(*filNew, settings_.NewPath);
+    greyUnusable();
+}
+
+void FilePanel::greyUnusable() {
+    for (int row = 0; row < filNew->count(); ++row) {
+        QListWidgetItem &item = *filNew->item(row);
+        const QString problem = check_.problem(settings_.NewPath, item.text());
+        if (!problem.isEmpty()) {
+            item.setForeground(themeColour(ThemeRole::DisabledText));
+            item.setToolTip(problem);
+            item.setData(Qt::AccessibleDescriptionRole, problem);
+        }
+    }
+}
+
+void FilePanel::refreshOk() {
+    refill(*filOK, settings_.OkPath);
+}
+
+void FilePanel::tabFiles_Click() {
+    if (step_.PlaylistTakeRunning) {
+        return;
+    }
+    refreshOk();
+    refreshNew();
+}
+
+void FilePanel::filNew_Click() {
+    const QString name = selectedName(*filNew);
+    if (step_.PlaylistTakeRunning || name.isEmpty()) {
+        return;
+    }
+    grid_.openPlaylist(settings_.NewPath, name);
+}
+
+std::optional<QStringList> FilePanel::wantedGone(const QListWidget &list, const QString &folder,
+                                                 const QString &questionForAll) {
+    // A take belongs to its playlist until it is stopped; one may have been started while the question stood open.
+    if (list.count() == 0 || step_.PlaylistTakeRunning) {
+        return {};
+    }
+    // Chosen before the question: what goes is what was asked about, whatever the lists show afterwards.
+    const QString name = selectedName(list);
+    const QStringList names = name.isEmpty() ? files_.list(folder, playlistPattern) : QStringList{name};
+    const QString question = name.isEmpty()
+                                 ? questionForAll
+                                 : QStringLiteral("Wenst U het bestand ") + name + QStringLiteral(" te verwijderen ?");
+    if (!prompts_.ask(question, QStringLiteral("Playlists verwijderen")) || step_.PlaylistTakeRunning) {
+        return {};
+    }
+    QStringList paths;
+    for (const QString &file : names) {
+        paths.append(inFolder(folder, file));
+    }
+    return paths;
+}
+
+void FilePanel::cmdWisNew_Click() {
+    const auto paths = wantedGone(*filNew, settings_.NewPath,
+                                  QStringLiteral("Wenst U ALLE nog te bewerken playlists te verwijderen ?"));
+    if (!paths) {
+        return;
+    }
+    ignoringErrors([&] { grid_.closePlaylist(); });
+    for (const QString &path : *paths) {
+        ignoringErrors([&] { files_.remove(path); });
+    }
+    ignoringErrors([&] { refreshNew(); });
+    grid_.dbgLijst->hide();
+}
+
+void FilePanel::cdmWisKlaar_Click() {
+    const auto paths =
+        wantedGone(*filOK, settings_.OkPath, QStringLiteral("Wenst U ALLE afgewerkte playlists te verwijderen ?"));
+    if (!paths) {
+        return;
+    }
+    for (const QString &path : *paths) {
+        files_.remove(path);
+    }
+    refreshOk();
+}
+
+} // namespace orvel

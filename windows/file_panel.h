@@ -1,0 +1,57 @@
+#pragma once
+
+#include "platform/platform.h"
+#include "playlist/current_step.h"
+#include "playlist/playlist_check.h"
+#include "settings/settings.h"
+#include "windows/grid_panel.h"
+
+#include <QGroupBox>
+#include <QListWidget>
+#include <QPushButton>
+#include <QTabWidget>
+
+#include <optional>
+
+namespace orvel {
+
+/// The list of playlists to do and the list of finished ones, each with its delete button.
+class FilePanel : public QGroupBox {
+    Q_OBJECT
+
+  public:
+    FilePanel(Platform &platform, const Settings &settings, const CurrentStep &step, GridPanel &grid,
+              QWidget *parent = nullptr);
+
+    QTabWidget *const tabFiles;
+    QListWidget *const filNew;
+    QPushButton *const cmdWisNew;
+    QListWidget *const filOK;
+    QPushButton *const cdmWisKlaar;
+
+    /// Show the folders' present playlists; a selected one that is still there stays selected. A to-do file that cannot
+    /// be opened as a playlist is greyed, with the reason as its tooltip.
+    void refreshNew();
+    void refreshOk();
+
+    void tabFiles_Click();
+    void filNew_Click();
+    void cmdWisNew_Click();
+    void cdmWisKlaar_Click();
+
+  private:
+    /// Asks whether the selected playlist of a list, or all of its folder, may be deleted: their paths, or nothing.
+    [[nodiscard]] std::optional<QStringList> wantedGone(const QListWidget &list, const QString &folder,
+                                                        const QString &questionForAll);
+    void refill(QListWidget &list, const QString &folder);
+    void greyUnusable();
+
+    FileSystem &files_;
+    Prompts &prompts_;
+    PlaylistCheck check_;
+    const Settings &settings_;
+    const CurrentStep &step_;
+    GridPanel &grid_;
+};
+
+} // namespace orvel

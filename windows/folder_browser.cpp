@@ -1,0 +1,238 @@
+#include "windows/folder_browser.h"
+
+#include "platform/file_system.h"
+#include "widgets/theme.h"
+#include "windows/on.h"
+
+#include <QCollator>
+#include <QDir>
+#include <QGridLayout>
+#include <QKeyEvent>
+
+#include <algorithm>
+#include <functional>
+#include <utility>
+
+namespace orvel {
+
+namespace {
+
+const QString up = QStringLiteral("..");
+
+/// Enter opens a folder and does nothing else: it must not press the window's default button as well. A single click
+/// only selects, also on desktops where it opens things elsewhere.
+class FolderList : public QListWidget {
+  public:
+    FolderList(QWidget *parent, std::function<void()> open) : QListWidget(parent), open_(std::move(open)) {
+        on(this, &QListWidget::itemDoubleClicked, this, open_);
+    }
+
+  protected:
+    void keyPressEvent(QKeyEvent *event) override {
+        if (event->key() == Qt::Key_Return || event->key() == Qt::Key_Enter) {
+            event->accept();
+            open_();
+        } else {
+            QListWidget::keyPressEvent(event);
+        }
+    }
+
+  private:
+    std::function<void()> open_;
+};
+
+/// A stick that was put in a moment ago is in the list when it drops down.
+class DriveList : public QComboBox {
+  public:
+    DriveList(QWidget *parent, std::function<void()> fill) : QComboBox(parent), fill_(std::move(fill)) {}
+    void showPopup() override {
+        fill_();
+        QComboBox::showPopup();
+    }
+
+  private:
+    std::function<void()> fill_;
+};
+
+QLabel *caption(QWidget *parent, const char *name, const QString &text, QWidget *buddy) {
+    auto *label = new QLabel(text, parent);
+    label->setObjectName(QString::fromLatin1(name));
+    label->setProperty("role", QStringLiteral("muted"));
+    label->setBuddy(buddy);
+    return label;
+}
+
+bool isBelow(const QString &folder, const QString &drive) {
+    const QString root = drive.endsWith(u'/') ? drive : drive + u'/';
+    return folder == drive || folder.startsWith(root, Qt::CaseInsensitive);
+}
+
+} // namespace
+
+FolderBrowser::FolderBrowser(FileSystem &files, QStringList patterns, Files shown, QWidget *parent)
+    : QWidget(parent), Drive1(new DriveList(this, [this] { fillDrives(); })),
+      Dir1(new FolderList(this, [this] { Dir1_Change(); })), File1(new QListWidget(this)), files_(files),
+      patterns_(std::move(patterns)), path_(new QLabel(this)) {
+    Drive1->setObjectName(QStringLiteral("Drive1"));
+    Drive1->setAccessibleName(QStringLiteral("Schijf"));
+    Dir1->setObjectName(QStringLiteral("Dir1"));
+    Dir1->setAccessibleName(QStringLiteral("Map"));
+    File1->setObjectName(QStringLiteral("File1"));
+    File1->setAccessibleName(tr("Bestanden in de map"));
+    layOut(shown);
+    fillDrives();
+    setFolder(QDir::homePath());
+    on(Drive1, &QComboBox::activated, this, &FolderBrowser::Drive1_Change);
+    on(File1, &QListWidget::currentRowChanged, this, &FolderBrowser::File1_Click);
+}
+
+void FolderBrowser::layOut(Files shown) {
+    const int line = fontMetrics().height();
+    Dir1->setMinimumSize(line * 14, line * 10);
+    path_->setObjectName(QStringLiteral("lblPath"));
+    path_->setAccessibleDescription(tr("Gekozen map"));
+    path_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    auto *grid = new QGridLayout(this);
+    grid->setContentsMargins(0, 0, 0, 0);
+    grid->addWidget(caption(this, "Label1", QStringLiteral("Schijf"), Drive1), 0, 0);
+    grid->addWidget(Drive1, 1, 0);
+    grid->addWidget(caption(this, "Label2", QStringLiteral("Map"), Dir1), 2, 0);
+    grid->addWidget(Dir1, 3, 0);
+    grid->addWidget(path_, 4, 0, 1, shown == Files::Shown ? 2 : 1);
+    grid->setRowStretch(3, 1);
+    if (shown == Files::Hidden) {
+        File1->hide();
+        return;
+    }
+    File1->setMinimumSize(line * 18, line * 10);
+    grid->addWidget(caption(this, "Label3", tr("Bestanden"), File1), 0, 1);
+    grid->addWidget(File1, 1, 1, 3, 1);
+    grid->setColumnStretch(1, 1);
+}
+
+void FolderBrowser::fillDrives() {
+    Drive1->clear();
+    Drive1->addItems(files_.drives());
+    showDrive();
+}
+
+void FolderBrowser::showEvent(QShowEvent *event) {
+    QWidget::showEvent(event);
+    fillDrives();
+}
+
+void FolderBrowser::resizeEvent(QResizeEvent *event) {
+    QWidget::resizeEvent(event);
+    elidePath();
+}
+
+void FolderBrowser::setFolder(const QString &folder) {
+    folder_ = folder;
+    showDrive();
+    refresh();
+    Q_EMIT folderChanged(folder_);
+}
+
+void FolderBrowser::force(const QString &folder, const QString &drive) {
+    forcedDrive_ = drive;
+    setFolder(folder);
+    Drive1->setEnabled(false);
+    Dir1->setEnabled(false);
+}
+
+void FolderBrowser::showDrive() {
+    if (forcedDrive_.isEmpty()) {
+        Drive1->setCurrentIndex(driveOfFolder());
+        return;
+    }
+    if (Drive1->findText(forcedDrive_, Qt::MatchStartsWith) < 0) {
+        Drive1->addItem(forcedDrive_);
+    }
+    Drive1->setCurrentIndex(Drive1->findText(forcedDrive_, Qt::MatchStartsWith));
+}
+
+int FolderBrowser::driveOfFolder() const {
+    int best = -1;
+    for (int index = 0; index < Drive1->count(); ++index) {
+        const QString drive = Drive1->itemText(index);
+        if (isBelow(folder_, drive) && (best < 0 || drive.size() > Drive1->itemText(best).size())) {
+            best = index;
+        }
+    }
+    return best;
+}
+
+void FolderBrowser::showPath() {
+    const QString path = QDir::toNativeSeparators(folder_);
+    const bool isThere = files_.folderExists(folder_);
+    setStyleProperty(*path_, "role", isThere ? QString() : QStringLiteral("attention"));
+    path_->setToolTip(isThere ? path : tr("Deze map is niet gevonden: %1").arg(path));
+    elidePath();
+}
+
+void FolderBrowser::elidePath() {
+    path_->setText(path_->fontMetrics().elidedText(path_->toolTip(), Qt::ElideMiddle, path_->width()));
+}
+
+void FolderBrowser::refresh() {
+    showPath();
+    fillFolders();
+    fillFiles();
+}
+
+void FolderBrowser::fillFolders() {
+    Dir1->clear();
+    if (!QDir(folder_).isRoot()) {
+        Dir1->addItem(up);
+    }
+    Dir1->addItems(files_.folders(folder_));
+}
+
+void FolderBrowser::fillFiles() {
+    QStringList names;
+    for (const QString &pattern : patterns_) {
+        names += files_.list(folder_, pattern);
+    }
+    QCollator order;
+    order.setCaseSensitivity(Qt::CaseInsensitive);
+    std::stable_sort(names.begin(), names.end(), order);
+    names.removeDuplicates();
+    File1->clear();
+    File1->addItems(names);
+    Q_EMIT fileSelected({});
+}
+
+QStringList FolderBrowser::files() const {
+    QStringList names;
+    for (int row = 0; row < File1->count(); ++row) {
+        names << File1->item(row)->text();
+    }
+    return names;
+}
+
+QString FolderBrowser::selectedFile() const {
+    return File1->currentItem() == nullptr ? QString() : File1->currentItem()->text();
+}
+
+void FolderBrowser::Drive1_Change() {
+    setFolder(Drive1->currentText());
+}
+
+void FolderBrowser::Dir1_Change() {
+    const QListWidgetItem *chosen = Dir1->currentItem();
+    if (chosen == nullptr) {
+        return;
+    }
+    const QString name = chosen->text();
+    const QString left = name == up ? QDir(folder_).dirName() : QString();
+    setFolder(QDir::cleanPath(folder_ + u'/' + name));
+    // On the way up the folder that was left stays selected.
+    const QList<QListWidgetItem *> back = Dir1->findItems(left, Qt::MatchExactly);
+    Dir1->setCurrentRow(back.isEmpty() ? 0 : Dir1->row(back.first()));
+}
+
+void FolderBrowser::File1_Click() {
+    Q_EMIT fileSelected(selectedFile());
+}
+
+} // namespace orvel

@@ -1,0 +1,73 @@
+// How the window that imports sound files is put together.
+#include "platform/audio.h"
+#include "windows/frm_convert.h"
+#include "windows/on.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace orvel {
+
+namespace {
+
+QPushButton *button(QWidget *parent, const char *name, const QString &caption, const QString &toolTip,
+                    const char *icon) {
+    auto *made = new QPushButton(QIcon(QString::fromLatin1(icon)), caption, parent);
+    made->setObjectName(QString::fromLatin1(name));
+    made->setToolTip(toolTip);
+    made->setAutoDefault(false);
+    return made;
+}
+
+} // namespace
+
+frmConvert::frmConvert(ConvertContext context, QWidget *parent)
+    : QDialog(parent), browser(new FolderBrowser(context.platform.files, QStringLiteral("*.WAV;*.MP3").split(u';'),
+                                                 FolderBrowser::Files::Shown, this)),
+      cmdBatch(button(this, "cmdBatch", QStringLiteral("Batch Import"),
+                      tr("Gebruik de bestanden in hun volgorde voor alle presentaties"), "")),
+      cmdSingle(button(this, "cmdSingle", QStringLiteral("Importeer Bestand"),
+                       tr("Gebruik het gekozen bestand voor de gekozen stap"), "")),
+      cmdQuit(button(this, "cmdQuit", tr("Sluiten"), tr("Verlaat dit scherm"), ":/icons/exit.svg")),
+      cmdPlay(button(this, "cmdPlay", tr("Beluister"), tr("Beluister het gekozen bestand"), "")),
+      progressconvert(new Gauge(this)), lstFailed(new QListWidget(this)), context_(std::move(context)),
+      player_(context_.platform.sound.makePlayer()) {
+    setObjectName(QStringLiteral("frmConvert"));
+    setWindowTitle(QStringLiteral("Geluidsbestanden importeren"));
+    progressconvert->setObjectName(QStringLiteral("progressconvert"));
+    progressconvert->setAccessibleName(tr("Voortgang"));
+    lstFailed->setObjectName(QStringLiteral("lstFailed"));
+    lstFailed->setAccessibleName(tr("Bestanden die niet konden worden omgezet"));
+    lstFailed->setSelectionMode(QAbstractItemView::NoSelection);
+    lstFailed->setFixedHeight(fontMetrics().height() * 4);
+    cmdPlay->setIcon(playIcon_);
+    cmdSingle->setProperty("role", QStringLiteral("primary"));
+    layOut();
+    player_->setEndHandler([this] { guarded([this] { player_End(); }); });
+    on(browser, &FolderBrowser::folderChanged, this, &frmConvert::showState);
+    on(browser, &FolderBrowser::fileSelected, this, &frmConvert::showState);
+    on(cmdBatch, &QPushButton::clicked, this, &frmConvert::cmdBatch_Click);
+    on(cmdSingle, &QPushButton::clicked, this, &frmConvert::cmdSingle_Click);
+    on(cmdQuit, &QPushButton::clicked, this, &frmConvert::cmdQuit_Click);
+    on(cmdPlay, &QPushButton::clicked, this, &frmConvert::cmdPlay_Click);
+}
+
+void frmConvert::layOut() {
+    auto *failed = new QLabel(tr("Niet omgezet"), this);
+    failed->setProperty("role", QStringLiteral("muted"));
+    failed->setBuddy(lstFailed);
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(cmdPlay);
+    buttons->addStretch();
+    buttons->addWidget(cmdSingle);
+    buttons->addWidget(cmdBatch);
+    buttons->addWidget(cmdQuit);
+    auto *layout = new QVBoxLayout(this);
+    layout->addWidget(browser, 1);
+    layout->addWidget(progressconvert);
+    layout->addWidget(failed);
+    layout->addWidget(lstFailed);
+    layout->addLayout(buttons);
+}
+
+} // namespace orvel

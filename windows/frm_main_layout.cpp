@@ -1,0 +1,118 @@
+// How the main window is put together: which panel stands where.
+#include "windows/frm_main.h"
+#include "windows/on.h"
+
+#include <QHBoxLayout>
+#include <QScrollArea>
+#include <QSplitter>
+#include <QStatusBar>
+#include <QToolBar>
+#include <QVBoxLayout>
+
+namespace orvel {
+
+namespace {
+
+struct ToolButton {
+    const char *caption;
+    const char *toolTip;
+};
+
+constexpr std::array ImageList1 = {":/icons/print.svg",    ":/icons/playlist_import.svg", ":/icons/playlist_export.svg",
+                                   ":/icons/settings.svg", ":/icons/information.svg",     ":/icons/exit.svg"};
+
+constexpr std::array toolButtons = {
+    ToolButton{"Afdrukken", "Aktieve playlist afdrukken"},
+    ToolButton{"Importeren", "Playlists importeren vanaf disk"},
+    ToolButton{"Exporteren", "Afgewerkte playlists exporteren"},
+    ToolButton{"Instellingen", "Programma instellingen"},
+    ToolButton{"Informatie", "Informatie over dit programma"},
+    ToolButton{"Afsluiten", "Verlaat het programma"},
+};
+
+/// A panel that keeps its height and may be wider than the window.
+QScrollArea *scrollable(QWidget *panel) {
+    auto *area = new QScrollArea;
+    area->setFrameShape(QFrame::NoFrame);
+    area->setWidget(panel);
+    area->setWidgetResizable(true);
+    // The tab's own background shows through.
+    area->viewport()->setAutoFillBackground(false);
+    panel->setAutoFillBackground(false);
+    area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    area->setMinimumHeight(panel->sizeHint().height() + area->fontMetrics().height());
+    return area;
+}
+
+} // namespace
+
+void frmMain::makeToolbar() {
+    panels_.tlbMain = addToolBar(tr("Werkbalk"));
+    panels_.tlbMain->setObjectName(QStringLiteral("tlbMain"));
+    panels_.tlbMain->setMovable(false);
+    panels_.tlbMain->setContextMenuPolicy(Qt::PreventContextMenu);
+    panels_.tlbMain->setToolButtonStyle(Qt::ToolButtonTextBesideIcon);
+    for (std::size_t i = 0; i < toolButtons.size(); ++i) {
+        const ToolButton &button = toolButtons.at(i);
+        QAction *action = panels_.tlbMain->addAction(QIcon(QString::fromLatin1(ImageList1.at(i))),
+                                                     QString::fromLatin1(button.caption));
+        action->setToolTip(QString::fromLatin1(button.toolTip));
+        const int index = static_cast<int>(i) + 1;
+        on(action, &QAction::triggered, this, [this, index] { tlbMain_ButtonClick(index); });
+    }
+}
+
+QWidget *frmMain::recordingStrip() {
+    auto *strip = new QWidget(this);
+    auto *buttons = new QHBoxLayout;
+    buttons->setSpacing(fontMetrics().height());
+    auto *side = new QVBoxLayout;
+    auto *actions = new QHBoxLayout;
+    actions->addWidget(panels_.playbackPanel);
+    actions->addWidget(panels_.savePanel, 1);
+    side->addLayout(actions);
+    side->addWidget(panels_.meterPanel);
+    buttons->addWidget(panels_.recorderPanel);
+    buttons->addLayout(side, 1);
+    auto *layout = new QVBoxLayout(strip);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(panels_.stepPanel);
+    layout->addLayout(buttons);
+    return strip;
+}
+
+void frmMain::layOut() {
+    auto *lists = new QSplitter(Qt::Horizontal, this);
+    lists->addWidget(panels_.filePanel);
+    lists->addWidget(panels_.gridPanel);
+    lists->setStretchFactor(0, 0);
+    lists->setStretchFactor(1, 1);
+    lists->setChildrenCollapsible(false);
+    panels_.filePanel->setMinimumWidth(fontMetrics().averageCharWidth() * 30);
+
+    panels_.tabRec = new QTabWidget(this);
+    panels_.tabRec->setObjectName(QStringLiteral("tabRec"));
+    panels_.tabRec->setAccessibleName(tr("Opnamepanelen"));
+    panels_.tabRec->addTab(panels_.cardPanel, tr("Opname en kaart"));
+    panels_.tabRec->addTab(scrollable(panels_.processorPanel), tr("Processor"));
+    panels_.tabRec->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+
+    auto *middle = new QWidget(this);
+    auto *layout = new QVBoxLayout(middle);
+    layout->setContentsMargins(fontMetrics().height() / 2, fontMetrics().height() / 2, fontMetrics().height() / 2, 0);
+    layout->addWidget(lists, 1);
+    layout->addWidget(recordingStrip());
+    layout->addWidget(panels_.tabRec);
+    setCentralWidget(middle);
+
+    panels_.lblStatus = new QLabel(this);
+    panels_.lblStatus->setObjectName(QStringLiteral("lblStatus"));
+    panels_.lblStatus->setAccessibleDescription(tr("Statusregel"));
+    statusBar()->setSizeGripEnabled(false);
+    statusBar()->addWidget(panels_.lblStatus, 1);
+    statusBar()->addPermanentWidget(panels_.savePanel->barProgress);
+    // Fits a screen of 1280 x 800 with its title bar and frame.
+    resize(1240, 750);
+}
+
+} // namespace orvel

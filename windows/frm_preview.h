@@ -1,0 +1,100 @@
+#pragma once
+
+#include "platform/database.h"
+#include "platform/platform.h"
+#include "platform/timers.h"
+#include "platform/wave_player.h"
+#include "playlist/current_step.h"
+#include "settings/settings.h"
+#include "station/drive_map.h"
+#include "widgets/knob.h"
+#include "widgets/led_label.h"
+#include "widgets/level_meter.h"
+#include "widgets/time_display.h"
+
+#include <QDialog>
+#include <QLabel>
+#include <QPushButton>
+#include <QSlider>
+
+#include <array>
+#include <functional>
+#include <memory>
+
+namespace orvel {
+
+/// What the preview needs of the rest of the program; all of it outlives the window. The catalogues are null while they
+/// are not open.
+struct PreviewContext {
+    Platform &platform;
+    const Settings &settings;
+    const CurrentStep &step;
+    const std::unique_ptr<RecordSet> &datTracks;
+    const std::unique_ptr<RecordSet> &datJingles;
+    const DriveMap &drives;
+    /// Opens the catalogues anew when their files were replaced.
+    std::function<void()> reopenCatalogues;
+};
+
+/// The cue player: a music track or jingle of the catalogues, to listen to before talking over it.
+class frmPreview : public QDialog {
+    Q_OBJECT
+
+  public:
+    /// What the play button's event tells.
+    enum ButtonCode { PlayCode = 1, StopCode = 5 };
+
+    explicit frmPreview(PreviewContext context, QWidget *parent = nullptr);
+
+    LedLabel *const ledTitle;
+    LedLabel *const ledArtist;
+    TimeDisplay *const lcdMin;
+    TimeDisplay *const lcdSec;
+    TimeDisplay *const lcdMsec;
+    QSlider *const sliPlay;
+    Knob *const volCue;
+    QWidget *const cmdPlay; ///< holds the two buttons
+    QPushButton *const playButton;
+    QPushButton *const stopButton;
+    LevelMeter *const MMLevelX1;
+    LevelMeter *const MMLevelX2;
+    QLabel *const lblProblem; ///< what is wrong with the track's file
+
+    /// Loads the step that was asked for; called each time before the window opens.
+    void Form_Load();
+    /// Loads the track with this catalogue number; an unknown one leaves everything as it was.
+    void LaadSpeler(std::int32_t Track);
+    void DrawTime();
+    void SeekTo(std::int32_t Position);
+
+    void cmdPlay_ButtonClick(int code);
+    void tmrCuePlayer_Timer();
+    void CuePlayer_End();
+    void sliPlay_MouseDown();
+    void sliPlay_MouseUp();
+    void volCue_Change();
+
+    void done(int result) override;
+
+  private:
+    struct Shown {
+        std::int16_t minutes = -1;
+        std::int16_t seconds = -1;
+        std::int16_t millis = -1;
+    };
+
+    [[nodiscard]] RecordSet *catalogue() const;
+    void loadFile(const QString &cataloguePath);
+    void layOut();
+    QWidget *timePanels();
+
+    PreviewContext context_;
+    std::unique_ptr<WavePlayer> CuePlayer;
+    std::unique_ptr<Timer> tmrCuePlayer;
+    std::unique_ptr<Timer> tmrLevels_;
+    QString SearchCriterion;
+    bool Dragging = false;
+    Shown shown_;
+};
+
+} // namespace orvel

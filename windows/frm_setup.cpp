@@ -1,0 +1,140 @@
+#include "windows/frm_setup.h"
+
+#include "platform/audio.h"
+#include "platform/file_system.h"
+#include "platform/prompts.h"
+#include "station/paths.h"
+#include "widgets/theme.h"
+
+#include <array>
+
+namespace orvel {
+
+namespace {
+
+constexpr std::array callbackNames = {"Windows", "Callback", "Thread"};
+
+/// Marks a folder that cannot be used, with the reason; an empty reason takes the mark away.
+void mark(QLineEdit &edit, const QString &problem) {
+    setStyleProperty(edit, "problem", problem.isEmpty() ? QString() : QStringLiteral("true"));
+    edit.setToolTip(problem);
+    edit.setAccessibleDescription(problem);
+}
+
+} // namespace
+
+void frmSetup::Form_Load() {
+    if (isVisible()) {
+        return; // brought to the front again: what is being changed stays
+    }
+    txtPath->setText(settings_.Databasepath);
+    txtVoice->setText(settings_.VoicetrackPath);
+    chkData->setChecked(saved_.Network);
+    chkServer->setChecked(settings_.ServerMode);
+    chkMute->setChecked(saved_.Mute);
+    ledCBuf->setValue(saved_.CBuffers);
+    ledCBufsize->setValue(saved_.Cbuffer_size);
+    updCallback->setValue(saved_.CCallBack);
+    updCallback_Change();
+    updKaart->setRange(-1, static_cast<int>(platform_.sound.outputNames().size()) - 1);
+    updKaart->setValue(saved_.CCard);
+    updKaart_Change();
+    ledCountDown->setValue(settings_.Countdown);
+    fraColors->showColours();
+    tabSetup->setCurrentIndex(0);
+    cobBitrate->setCurrentIndex(saved_.BitRate);
+    checkFolders();
+}
+
+void frmSetup::updCallback_Change() {
+    const int mode = updCallback->value();
+    if (mode >= 0 && mode < static_cast<int>(callbackNames.size())) {
+        ledCallback->setText(QString::fromLatin1(callbackNames.at(static_cast<std::size_t>(mode))));
+    }
+}
+
+void frmSetup::updKaart_Change() {
+    const int card = updKaart->value();
+    const QStringList names = platform_.sound.outputNames();
+    if (card == -1) {
+        ledKaart->setText(tr("Standaarduitgang"));
+    } else {
+        ledKaart->setText(names.value(card, tr("Kaart %1 ontbreekt").arg(card)));
+    }
+    ledKaart->setAutoScroll(ledKaart->text().size() > ledKaart->characters());
+    ledKaart->setToolTip(ledKaart->text());
+}
+
+void frmSetup::UpdateWave() {
+    const auto count = static_cast<int>(platform_.sound.outputNames().size());
+    if (count < 1) {
+        platform_.prompts.message(QStringLiteral("Geen geluidskaart gevonden"), QStringLiteral("Foutmelding"),
+                                  MessageIcon::Exclamation);
+        return;
+    }
+    // One below the first device on purpose: the system's default output.
+    updKaart->setRange(-1, count - 1);
+}
+
+void frmSetup::cmdPath_Click() {
+    const QString start = txtPath->text().isEmpty() ? programFolder_ : txtPath->text();
+    const QString chosen =
+        platform_.prompts.folder(QStringLiteral("Geef de locatie op van de databasebestanden"), start);
+    if (!chosen.isEmpty()) {
+        txtPath->setText(chosen);
+    }
+}
+
+void frmSetup::cmdVoice_Click() {
+    const QString start = txtVoice->text().isEmpty() ? programFolder_ : txtVoice->text();
+    const QString chosen =
+        platform_.prompts.folder(QStringLiteral("Geef de locatie op van de voicetracks op de server"), start);
+    if (!chosen.isEmpty()) {
+        txtVoice->setText(chosen);
+    }
+}
+
+void frmSetup::checkFolders() {
+    const FileSystem &files = platform_.files;
+    QString problem;
+    if (!txtPath->text().isEmpty() && !files.folderExists(txtPath->text())) {
+        problem = tr("Deze map bestaat niet.");
+    } else if (chkData->isChecked() && !files.fileExists(joined(txtPath->text(), QStringLiteral("\\digital.mdb")))) {
+        problem = tr("In deze map staat geen digital.mdb.");
+    }
+    mark(*txtPath, problem);
+    const bool wanted = chkServer->isChecked() || !txtVoice->text().isEmpty();
+    mark(*txtVoice, wanted && !files.folderExists(txtVoice->text()) ? tr("Deze map bestaat niet.") : QString());
+}
+
+Settings frmSetup::edited() const {
+    Settings edited = settings_;
+    edited.Databasepath = txtPath->text();
+    edited.VoicetrackPath = txtVoice->text();
+    edited.Cbuffer_size = static_cast<std::int16_t>(ledCBufsize->value());
+    edited.CBuffers = static_cast<std::int16_t>(ledCBuf->value());
+    edited.CCard = static_cast<std::int16_t>(updKaart->value());
+    edited.CCallBack = static_cast<std::int16_t>(updCallback->value());
+    edited.Mute = chkMute->isChecked();
+    // Nothing is selected while the file holds a rate that is not in the list.
+    edited.BitRate =
+        cobBitrate->currentIndex() < 0 ? saved_.BitRate : static_cast<std::int16_t>(cobBitrate->currentIndex());
+    edited.Countdown = static_cast<std::int16_t>(ledCountDown->value());
+    edited.Network = chkData->isChecked();
+    edited.ServerMode = chkServer->isChecked();
+    return edited;
+}
+
+void frmSetup::cmdSave_Click() {
+    const Settings now = edited();
+    saveSetup(platform_.files, programFolder_, now);
+    saved_ = now;
+    settings_.Databasepath = now.Databasepath;
+    settings_.VoicetrackPath = now.VoicetrackPath;
+    settings_.Countdown = now.Countdown;
+    settings_.ServerMode = now.ServerMode;
+    platform_.prompts.message(QStringLiteral("Start het programma opnieuw op"),
+                              QStringLiteral("Instellingen gewijzigd"), MessageIcon::Information);
+}
+
+} // namespace orvel

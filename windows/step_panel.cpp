@@ -1,0 +1,55 @@
+#include "windows/step_panel.h"
+
+#include <QHBoxLayout>
+#include <QVBoxLayout>
+
+namespace orvel {
+
+namespace {
+
+QLabel *label(QWidget *parent, const char *name, const QString &description, const char *role) {
+    auto *made = new QLabel(parent);
+    made->setObjectName(QString::fromLatin1(name));
+    // What is read out is the text itself.
+    made->setAccessibleDescription(description);
+    made->setProperty("role", QString::fromLatin1(role));
+    return made;
+}
+
+} // namespace
+
+StepPanel::StepPanel(QWidget *parent)
+    : QWidget(parent), lblBestand(label(this, "lblBestand", tr("Bestand van de stap"), "title")),
+      lblOuttro(label(this, "lblOuttro", tr("Outtro van het vorige item"), "value")),
+      lblIntro(label(this, "lblIntro", tr("Intro van het volgende item"), "value")),
+      lblInOut(label(this, "lblInOut", tr("Totale praattijd"), "value")), barRec(new Gauge(this)) {
+    barRec->setObjectName(QStringLiteral("barRec"));
+    barRec->setAccessibleName(tr("Praattijd"));
+    barRec->setMinimumHeight(fontMetrics().height() * 2);
+    lblBestand->setText(QStringLiteral("geen bestand"));
+
+    auto *line = new QHBoxLayout;
+    line->setSpacing(fontMetrics().height() * 2);
+    line->addWidget(lblBestand);
+    line->addStretch();
+    for (QLabel *time : {lblOuttro, lblIntro, lblInOut}) {
+        line->addWidget(time);
+        QSizePolicy keepsItsPlace = time->sizePolicy();
+        keepsItsPlace.setRetainSizeWhenHidden(true);
+        time->setSizePolicy(keepsItsPlace);
+    }
+    auto *layout = new QVBoxLayout(this);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addLayout(line);
+    layout->addWidget(barRec);
+    showTimes(false);
+    barRec->setValue(0);
+}
+
+void StepPanel::showTimes(bool visible) {
+    lblOuttro->setVisible(visible);
+    lblIntro->setVisible(visible);
+    lblInOut->setVisible(visible);
+}
+
+} // namespace orvel
