@@ -3,8 +3,8 @@
 #include "dsp/audio_transform.h"
 #include "platform/audio_file.h"
 #include "platform/platform.h"
-#include "windows/processor_panel.h"
 #include "station/recovery.h"
+#include "windows/processor_panel.h"
 
 #include <QString>
 

@@ -36,15 +36,22 @@ bool isDeviceName(const QString &name) {
     return devices.match(name).hasMatch();
 }
 
-bool isPlainName(const QString &name) {
-    // What Windows forbids is refused everywhere: takes travel to the play-out system's disks.
+/// Whether the file names of the system at hand may hold it. What travels to other disks is refused there.
+bool isAllowedHere(const QString &name) {
+    if (QDir::separator() != u'\\') {
+        return !name.contains(u'/') && !name.contains(QChar(0));
+    }
     static const QString forbidden = QStringLiteral("/\\:*?\"<>|");
-    constexpr qsizetype longest = 200; // bytes; leaves room for an extension and the time in the recovery folder
     const bool hasForbidden = std::any_of(name.begin(), name.end(), [](QChar character) {
         return character.unicode() < 0x20 || forbidden.contains(character);
     });
-    return !hasForbidden && name != QStringLiteral(".") && name != QStringLiteral("..") && !isDeviceName(name) &&
-           name.isValidUtf16() && name.toUtf8().size() <= longest;
+    return !hasForbidden && !isDeviceName(name);
+}
+
+bool isPlainName(const QString &name) {
+    constexpr qsizetype longest = 200; // bytes; leaves room for an extension and the time in the recovery folder
+    return isAllowedHere(name) && name != QStringLiteral(".") && name != QStringLiteral("..") && name.isValidUtf16() &&
+           name.toUtf8().size() <= longest;
 }
 
 } // namespace

@@ -17,7 +17,7 @@ QString joined(const QString &folder, const QString &literal);
 QString inFolder(const QString &folder, const QString &name);
 
 /// folder + literalFolder + name + extension for a name that comes from a database or the user; an empty name is fine.
-/// Throws BadFileName when the name would leave the folder or cannot be a file name on every system.
+/// Throws BadFileName when the name would leave the folder or cannot be a file name on the system at hand.
 QString takeFile(const QString &folder, const QString &literalFolder, const QString &name, const QString &extension);
 
 } // namespace orvel

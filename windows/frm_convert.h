@@ -1,14 +1,12 @@
 #pragma once
 
-#include "platform/audio_file.h"
 #include "platform/platform.h"
 #include "platform/wave_player.h"
 #include "playlist/current_step.h"
+#include "production/sound_import.h"
 #include "settings/settings.h"
 #include "widgets/gauge.h"
-#include "windows/completion.h"
 #include "windows/folder_browser.h"
-#include "windows/grid_panel.h"
 
 #include <QDialog>
 #include <QElapsedTimer>
@@ -21,15 +19,23 @@
 
 namespace orvel {
 
+class Completion;
+class Places;
+class TakeSession;
+
 /// What importing sound files needs of the rest of the program; all of it outlives the window.
 struct ConvertContext {
     Platform &platform;
     const Settings &settings;
-    const QString &programFolder;
+    const Places &places;
     CurrentStep &step;
-    Playlist &datList;
-    GridPanel &grid;
+    const Playlist &datList;
+    TakeSession &session;
+    StepMarks &marks;
+    Filing &filing;
     Completion &completion;
+    /// Selects a row of the grid.
+    std::function<void(int row)> showRow;
     /// One sentence for the status line.
     std::function<void(const QString &sentence)> tell;
 };
@@ -60,35 +66,20 @@ class frmConvert : public QDialog {
     void reject() override;
 
   private:
-    /// One file on its way to a step's voice track.
-    struct Import {
-        QString file; ///< name in the chosen folder
-        QString name; ///< of the voice track
-        int row = 0;
-    };
-
     void layOut();
     void showState();
-    [[nodiscard]] QString sourcePath(const QString &file) const;
-    [[nodiscard]] QString targetPath(const QString &name) const;
-    [[nodiscard]] std::vector<Import> batch() const;
-    /// Converts, then files and marks in order; false when the presenter stopped it.
-    bool import(const std::vector<Import> &imports);
-    bool ConvertFiles(const std::vector<Import> &imports, std::vector<bool> &converted);
-    /// Files a voice track and marks its step; false when the presenter stopped it.
-    bool fileOne(const Import &import, bool converted);
-    /// With progress, as a file on a slow stick may be large; false when the presenter stopped it.
-    bool copyMp3(const Import &import);
-    void noteFailure(const Import &import);
-    [[nodiscard]] QString partPath(const Import &import) const;
+    /// False when it was stopped, or cannot begin.
+    bool import(const std::vector<SoundImport::Job> &jobs);
+    bool showProgress(int percent, const QString &what);
+    void noteFailure(const QString &sentence);
     void player_End();
 
     ConvertContext context_;
+    SoundImport import_;
     // Made once: a new icon is drawn anew, and its pictures stay in a cache.
     QIcon playIcon_{QStringLiteral(":/icons/play.svg")};
     QIcon stopIcon_{QStringLiteral(":/icons/stop.svg")};
     std::unique_ptr<WavePlayer> player_;
-    Mp3Format format_;
     bool running_ = false;
     bool stopWanted_ = false;
     QElapsedTimer sincePump_;

@@ -31,6 +31,9 @@ frmConvert::frmConvert(ConvertContext context, QWidget *parent)
       cmdQuit(button(this, "cmdQuit", tr("Sluiten"), tr("Verlaat dit scherm"), ":/icons/exit.svg")),
       cmdPlay(button(this, "cmdPlay", tr("Beluister"), tr("Beluister het gekozen bestand"), "")),
       progressconvert(new Gauge(this)), lstFailed(new QListWidget(this)), context_(std::move(context)),
+      import_({context_.platform, context_.settings, context_.places, context_.datList, context_.step, context_.marks,
+               context_.filing, [this](int percent, const QString &what) { return showProgress(percent, what); },
+               [this](const QString &sentence) { noteFailure(sentence); }}),
       player_(context_.platform.sound.makePlayer()) {
     setObjectName(QStringLiteral("frmConvert"));
     setWindowTitle(QStringLiteral("Geluidsbestanden importeren"));

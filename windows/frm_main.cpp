@@ -2,6 +2,7 @@
 
 #include "platform/audio.h"
 #include "platform/file_system.h"
+#include "platform/guarded.h"
 #include "platform/joystick.h"
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
@@ -9,12 +10,29 @@
 #include "production/transcode.h"
 #include "recording/player_settings.h"
 #include "station/ignore_errors.h"
-#include "station/paths.h"
+#include "station/work_folders.h"
+#include "windows/card_panel.h"
+#include "windows/file_panel.h"
+#include "windows/frm_adv.h"
+#include "windows/frm_convert.h"
+#include "windows/frm_export.h"
+#include "windows/frm_import.h"
+#include "windows/frm_preview.h"
+#include "windows/frm_setup.h"
+#include "windows/frm_splash.h"
+#include "windows/frm_station.h"
+#include "windows/grid_panel.h"
 #include "windows/on.h"
+#include "windows/playback_panel.h"
+#include "windows/processor_panel.h"
+#include "windows/recorder_panel.h"
+#include "windows/save_panel.h"
+#include "windows/step_panel.h"
 
 #include <QApplication>
 #include <QCloseEvent>
-#include <QToolBar>
+
+#include <utility>
 
 namespace orvel {
 
@@ -25,10 +43,10 @@ const QString errorTitle = QStringLiteral("Foutmelding");
 
 } // namespace
 
-frmMain::frmMain(Platform &platform, QString programFolder, QString commandLine)
-    : platform_(platform), programFolder_(std::move(programFolder)), commandLine_(std::move(commandLine)),
-      workplace_(platform, programFolder_, [this](const QString &path) { keepCopy(path); }),
-      Joystick1(platform.joystick), tmrJoystick_(platform.timers.create(joystickMs, MissedTicks::Drop, [this] {
+frmMain::frmMain(Platform &platform, const QString &programFolder, QString commandLine)
+    : platform_(platform), commandLine_(std::move(commandLine)), panels_{new ProcessorPanel(this)},
+      workplace_(platform, programFolder, *panels_.processorPanel, view()), Joystick1(platform.joystick),
+      tmrJoystick_(platform.timers.create(joystickMs, MissedTicks::Drop, [this] {
           for (const int button : Joystick1.pressed()) {
               Joystick1_ButtonDown(button);
           }
@@ -36,51 +54,58 @@ frmMain::frmMain(Platform &platform, QString programFolder, QString commandLine)
     Form_Initialize();
 }
 
-frmMain::~frmMain() = default;
+// The panels look at the workplace: they go first.
+frmMain::~frmMain() {
+    delete takeCentralWidget();
+}
 
 void frmMain::Form_Initialize() {
     setObjectName(QStringLiteral("frmMain"));
     setWindowTitle(QStringLiteral("ORVEL"));
     setWindowIcon(QIcon(QStringLiteral(":/icons/orvel.svg")));
     makePanels();
+    connectPanels();
     makeToolbar();
     layOut();
+    showDesk();
+}
+
+View frmMain::view() {
+    View view;
+    view.tell = [this](const QString &sentence) { tell(sentence); };
+    view.changed = [this] { showDesk(); };
+    view.ticked = [this] { showTick(); };
+    view.levels = [this](float left, float right) { panels_.meterPanel->setLevels(left, right); };
+    view.showRow = [this](int row) { panels_.gridPanel->selectRow(row); };
+    view.rowChanged = [this](int row) { panels_.gridPanel->showChanged(row); };
+    view.refreshPlaylist = [this] { panels_.gridPanel->refresh(); };
+    view.closePlaylist = [this] { panels_.gridPanel->closePlaylist(); };
+    view.refreshLists = [this] {
+        panels_.filePanel->refreshNew();
+        panels_.filePanel->refreshOk();
+    };
+    view.showStations = [this] { showStations(); };
+    view.progress = [this](std::optional<int> percent) { panels_.savePanel->showProgress(percent); };
+    view.showProcess = [this](bool visible) { showProcess(visible); };
+    return view;
 }
 
 void frmMain::makePanels() {
+    Workplace &work = workplace_;
     panels_.stepPanel = new StepPanel(this);
-    panels_.gridPanel = new GridPanel(workplace_.datList, workplace_.step, *panels_.stepPanel, this);
-    panels_.filePanel = new FilePanel(platform_, workplace_.settings, workplace_.step, *panels_.gridPanel, this);
-    completion_ = std::make_unique<Completion>(platform_.files, platform_.prompts, workplace_.settings,
-                                               workplace_.datList, *panels_.gridPanel, *panels_.filePanel);
-    const auto tellIt = [this](const QString &sentence) { tell(sentence); };
-    panels_.recorderPanel = new RecorderPanel({platform_, workplace_.settings, programFolder_, workplace_.step,
-                                               *panels_.gridPanel, *panels_.stepPanel, workplace_.recovery,
-                                               [this](const QString &take) { chain_->AudioProcessing(take); }, tellIt},
-                                              this);
-    panels_.savePanel =
-        new SavePanel({platform_, workplace_.settings, programFolder_, workplace_.step, *panels_.gridPanel,
-                       *completion_, workplace_.recovery, tellIt, [this](bool busy) { setBusy(busy); },
-                       [this] { panels_.playbackPanel->interrupt(); }, [this] { showStations(); }},
-                      this);
-    panels_.playbackPanel =
-        new PlaybackPanel({platform_, workplace_.settings, programFolder_, workplace_.step, *panels_.gridPanel,
-                           *panels_.recorderPanel->ledTijd, [this](bool idle) { enableOthers(idle); }},
-                          this);
-    panels_.cardPanel = new CardPanel(platform_, tellIt, this);
+    panels_.gridPanel = new GridPanel(work.datList, work.step, this);
+    panels_.filePanel = new FilePanel(platform_, work.settings, work.step, *panels_.gridPanel, this);
+    panels_.recorderPanel = new RecorderPanel(work.session, this);
+    panels_.savePanel = new SavePanel(work.saving, this);
+    panels_.playbackPanel = new PlaybackPanel(work.listening, work.session, this);
+    panels_.cardPanel = new CardPanel(platform_, work.view.tell, this);
     panels_.meterPanel = new MeterPanel(this);
-    panels_.processorPanel = new ProcessorPanel(this);
-    chain_ = std::make_unique<ProcessingChain>(
-        ProcessingContext{platform_, programFolder_, *panels_.processorPanel, workplace_.recovery,
-                          [this](bool visible) { showProcess(visible); }, tellIt});
+}
+
+void frmMain::connectPanels() {
     on(panels_.cardPanel, &CardPanel::advancedWanted, this, &frmMain::showAdvanced);
-    // Listening ends first: it enables what the count-down disables.
-    on(panels_.recorderPanel, &RecorderPanel::takeReady, panels_.playbackPanel, &PlaybackPanel::interrupt);
-    on(panels_.recorderPanel, &RecorderPanel::takeReady, panels_.playbackPanel->cmdPlay, &QWidget::setEnabled);
-    on(panels_.recorderPanel, &RecorderPanel::takeReady, panels_.savePanel->cmdSave, &QWidget::setEnabled);
-    on(panels_.recorderPanel, &RecorderPanel::levelChanged, panels_.meterPanel, &MeterPanel::setLevel);
-    on(panels_.playbackPanel, &PlaybackPanel::levelsChanged, panels_.meterPanel, &MeterPanel::setLevels);
     on(panels_.savePanel->cmdImport, &QPushButton::clicked, this, &frmMain::showConvert);
+    on(panels_.gridPanel, &GridPanel::stepSelected, this, [this] { workplace_.session.stepSelected(); });
     on(panels_.gridPanel, &GridPanel::previewWanted, this, &frmMain::showPreview);
 }
 
@@ -89,20 +114,21 @@ bool frmMain::Form_Load() {
     if (!checkSoundCard()) {
         return false;
     }
-    panels_.savePanel->setFormat(mp3Format(workplace_.settings.BitRate, workplace_.settings.FreeFormat));
+    Workplace &work = workplace_;
+    work.filing.setFormat(mp3Format(work.settings.BitRate, work.settings.FreeFormat));
     fillCards();
-    platform_.sound.audioPlayer().setDevice(workplace_.settings.RecCard);
-    panels_.playbackPanel->setOutput(playerSettings(workplace_.settings));
-    makeFolders();
-    panels_.filePanel->refreshNew();
-    panels_.filePanel->refreshOk();
-    panels_.recorderPanel->CountdownLeft = 4;
+    platform_.sound.audioPlayer().setDevice(work.settings.RecCard);
+    work.listening.setOutput(playerSettings(work.settings));
+    if (const QString problem = makeWorkFolders(platform_.files, work.places); !problem.isEmpty()) {
+        platform_.prompts.message(problem, errorTitle, MessageIcon::Exclamation);
+    }
+    work.view.refreshLists();
     openCatalogues();
     checkVoiceTrackFolder();
     panels_.tabRec->setCurrentIndex(0);
-    panels_.savePanel->cmdMultivoice->setEnabled(
-        platform_.files.fileExists(joined(programFolder_, QStringLiteral("\\syncstations.mdb"))));
+    work.session.mode.hasStations = platform_.files.fileExists(work.places.stationList());
     readCommandLine();
+    showDesk();
     panels_.cardPanel->watch();
     tmrJoystick_->setEnabled(true);
     if (splash_) {
@@ -112,8 +138,8 @@ bool frmMain::Form_Load() {
 }
 
 void frmMain::loadSettings() {
-    LoadSettings(platform_.files, programFolder_, workplace_.settings, processorSettings_);
-    workplace_.drives = loadDrives(platform_.files, programFolder_);
+    LoadSettings(platform_.files, workplace_.places.programFolder(), workplace_.settings, processorSettings_);
+    workplace_.drives = loadDrives(platform_.files, workplace_.places.programFolder());
     if (const QString sentence = panels_.processorPanel->show(processorSettings_); !sentence.isEmpty()) {
         tell(sentence);
     }
@@ -130,42 +156,17 @@ bool frmMain::checkSoundCard() {
     return false;
 }
 
-void frmMain::fillCards() const {
+void frmMain::fillCards() {
     panels_.cardPanel->listCards();
     panels_.cardPanel->selectCard({workplace_.settings.RecCard, workplace_.settings.RecCardName});
     panels_.cardPanel->BuildMixerStrips(panels_.cardPanel->lineCount());
-}
-
-void frmMain::makeFolders() {
-    QString problem; // the first one: the others mostly have the same cause
-    for (const char *name : {"\\new", "\\ok", "\\temp", "\\temp2"}) {
-        const QString folder = joined(programFolder_, QString::fromLatin1(name));
-        try {
-            platform_.files.makeFolder(folder);
-            tryToWrite(folder);
-        } catch (const RuntimeError &error) {
-            problem = problem.isEmpty() ? tr("%1 (%2)").arg(folder, error.description()) : problem;
-        }
-    }
-    if (!problem.isEmpty()) {
-        platform_.prompts.message(
-            tr("ORVEL kan niet schrijven in de map %1.\n\nOpnemen en bewaren lukt niet zolang dat zo is.").arg(problem),
-            errorTitle, MessageIcon::Exclamation);
-    }
-}
-
-/// Better told now than when the presenter has spoken.
-void frmMain::tryToWrite(const QString &folder) {
-    const QString probe = joined(folder, QStringLiteral("\\.orvel-proef"));
-    platform_.files.write(probe, {});
-    platform_.files.remove(probe);
 }
 
 void frmMain::openCatalogues() {
     if (!workplace_.settings.Network) {
         return;
     }
-    const QString tracks = joined(workplace_.settings.Databasepath, QStringLiteral("\\digital.mdb"));
+    const QString tracks = Places::tracks(workplace_.settings.Databasepath);
     if (!platform_.files.fileExists(tracks)) {
         workplace_.settings.Network = {};
         platform_.prompts.message(
@@ -184,12 +185,13 @@ void frmMain::openCatalogues() {
 }
 
 void frmMain::reopenCatalogues() {
-    const auto records = [this](const char *file, const QString &query) {
-        return platform_.databases.open(joined(workplace_.settings.Databasepath, QString::fromLatin1(file)))
-            ->query(query);
+    const auto records = [this](const QString &path, const QString &query) {
+        return platform_.databases.open(path)->query(query);
     };
-    workplace_.datTracks = records("\\digital.mdb", QStringLiteral("SELECT * From Audio ORDER BY TrackNr"));
-    workplace_.datJingles = records("\\jingles.mdb", QStringLiteral("SELECT * From jingles ORDER BY TrackNr"));
+    workplace_.datTracks = records(Places::tracks(workplace_.settings.Databasepath),
+                                   QStringLiteral("SELECT * From Audio ORDER BY TrackNr"));
+    workplace_.datJingles = records(Places::jingles(workplace_.settings.Databasepath),
+                                    QStringLiteral("SELECT * From jingles ORDER BY TrackNr"));
 }
 
 void frmMain::checkVoiceTrackFolder() {
@@ -203,26 +205,13 @@ void frmMain::checkVoiceTrackFolder() {
 }
 
 void frmMain::readCommandLine() {
-    workplace_.RecorderOnly = commandLine_.toUpper() == QStringLiteral("-RECORDER");
-    panels_.recorderPanel->RecorderOnly = workplace_.RecorderOnly;
-    panels_.savePanel->RecorderOnly = workplace_.RecorderOnly;
-    panels_.playbackPanel->RecorderOnly = workplace_.RecorderOnly;
-    if (!workplace_.RecorderOnly) {
-        return;
-    }
-    panels_.filePanel->tabFiles->setEnabled(false);
-    for (int index = 1; index <= 3; ++index) {
-        panels_.tlbMain->actions().at(index - 1)->setEnabled(false);
-    }
-    panels_.gridPanel->dbgLijst->setEnabled(false);
-    panels_.savePanel->cmdImport->setEnabled(false);
-    panels_.recorderPanel->cmdRec->setEnabled(true);
+    workplace_.session.mode.recorderOnly = commandLine_.toUpper() == QStringLiteral("-RECORDER");
 }
 
 void frmMain::tlbMain_ButtonClick(int index) {
     switch (index) {
     case 1:
-        Printing(platform_, programFolder_, workplace_.step, workplace_.datList).Printen();
+        Printing(platform_, workplace_.places.programFolder(), workplace_.step, workplace_.datList).Printen();
         break;
     case 2:
         showImport();
@@ -246,31 +235,37 @@ void frmMain::tlbMain_ButtonClick(int index) {
 }
 
 void frmMain::BewaarAudio() {
-    saveAudio(platform_.files, programFolder_, panels_.cardPanel->chosenCard(), panels_.processorPanel->settings());
+    saveAudio(platform_.files, workplace_.places.programFolder(), panels_.cardPanel->chosenCard(),
+              panels_.processorPanel->settings());
 }
 
 void frmMain::Form_QueryUnload() {
+    // The exit button ends the program, and its end closes the window.
+    if (std::exchange(unloaded_, true)) {
+        return;
+    }
     // Nothing here may keep the program open, and a running take must be closed properly.
     ignoringErrors([&] { StopAudio(); });
-    try {
-        BewaarAudio();
-    } catch (const RuntimeError &error) {
-        platform_.prompts.message(error.report(), QStringLiteral("ORVEL"), MessageIcon::Exclamation);
-    }
+    guarded([this] { BewaarAudio(); });
 }
 
 void frmMain::closeEvent(QCloseEvent *event) {
-    Form_QueryUnload();
+    guarded([this] { Form_QueryUnload(); });
     event->accept();
     Q_EMIT ended();
 }
 
-void frmMain::StopAudio() const {
-    panels_.playbackPanel->stopClock();
-    panels_.recorderPanel->stopRecorder();
+void frmMain::endSession() {
+    Form_QueryUnload();
+    Q_EMIT ended();
 }
 
-void frmMain::Joystick1_ButtonDown(int button) const {
+void frmMain::StopAudio() {
+    workplace_.listening.stopClock();
+    workplace_.session.close();
+}
+
+void frmMain::Joystick1_ButtonDown(int button) {
     constexpr int recordButton = 1;
     constexpr int playButton = 2;
     constexpr int saveButton = 4;
@@ -278,39 +273,47 @@ void frmMain::Joystick1_ButtonDown(int button) const {
     if (QApplication::activeModalWidget() != nullptr) {
         return;
     }
-    if (button == recordButton && panels_.recorderPanel->cmdRec->isEnabled()) {
+    const Allowed may = workplace_.session.allowed();
+    if (button == recordButton && may.cmdRec) {
         panels_.recorderPanel->cmdRec_Click();
-    } else if (button == playButton && panels_.playbackPanel->cmdPlay->isEnabled()) {
+    } else if (button == playButton && may.cmdPlay) {
         panels_.playbackPanel->cmdPlay_Click();
-    } else if (button == saveButton && panels_.savePanel->cmdSave->isEnabled()) {
+    } else if (button == saveButton && may.cmdSave) {
         panels_.savePanel->cmdSave_Click();
     }
 }
 
-void frmMain::enableOthers(bool idle) const {
-    panels_.savePanel->cmdImport->setEnabled(idle);
-    panels_.recorderPanel->cmdRec->setEnabled(idle);
-    panels_.savePanel->cmdSave->setEnabled(idle);
+void frmMain::showDesk() {
+    const Allowed may = workplace_.session.allowed();
+    panels_.recorderPanel->cmdRec->setEnabled(may.cmdRec);
+    panels_.playbackPanel->cmdPlay->setEnabled(may.cmdPlay);
+    panels_.savePanel->cmdSave->setEnabled(may.cmdSave);
+    panels_.savePanel->cmdImport->setEnabled(may.cmdImport);
+    panels_.savePanel->cmdMultivoice->setEnabled(may.cmdMultivoice);
+    panels_.filePanel->tabFiles->setEnabled(may.lists);
+    panels_.gridPanel->dbgLijst->setEnabled(may.dbgLijst);
+    for (int index = 1; index <= 3; ++index) {
+        panels_.tlbMain->actions().at(index - 1)->setEnabled(may.playlistTools);
+    }
+    panels_.recorderPanel->show();
+    panels_.playbackPanel->show();
+    panels_.savePanel->show();
+    panels_.stepPanel->show(workplace_.step, workplace_.session.fileName());
 }
 
-void frmMain::tell(const QString &sentence) const {
-    panels_.lblStatus->setText(sentence);
-}
-
-void frmMain::keepCopy(const QString &playlist) {
-    const QString problem = workplace_.recovery.keepCopy(playlist);
-    if (!problem.isEmpty()) {
-        tell(problem);
+void frmMain::showTick() {
+    const TakeSession &session = workplace_.session;
+    panels_.recorderPanel->showCount();
+    if (session.state() == SessionState::Recording) {
+        panels_.stepPanel->showBar(workplace_.step);
+        panels_.recorderPanel->showElapsed(session.ElapsedMs());
+    } else if (session.state() == SessionState::Listening) {
+        panels_.recorderPanel->showElapsed(workplace_.listening.position());
     }
 }
 
-void frmMain::setBusy(bool busy) const {
-    panels_.recorderPanel->setBusy(busy);
-    // Listening enables the record button when it ends.
-    panels_.playbackPanel->setEnabled(!busy);
-    panels_.savePanel->cmdImport->setEnabled(!busy && workplace_.step.StepSelected && !workplace_.RecorderOnly);
-    panels_.filePanel->setEnabled(!busy);
-    panels_.gridPanel->dbgLijst->setEnabled(!busy && !workplace_.RecorderOnly);
+void frmMain::tell(const QString &sentence) {
+    panels_.lblStatus->setText(sentence);
 }
 
 } // namespace orvel

@@ -1,37 +1,42 @@
 #pragma once
 
-#include "platform/database.h"
 #include "platform/platform.h"
-#include "playlist/current_step.h"
-#include "production/processing_chain.h"
-#include "settings/settings.h"
-#include "station/recovery.h"
-#include "windows/card_panel.h"
-#include "windows/completion.h"
-#include "windows/file_panel.h"
-#include "windows/frm_adv.h"
-#include "windows/frm_convert.h"
-#include "windows/frm_export.h"
-#include "windows/frm_import.h"
-#include "windows/frm_preview.h"
-#include "windows/frm_setup.h"
-#include "windows/frm_splash.h"
-#include "windows/frm_station.h"
-#include "windows/grid_panel.h"
-#include "windows/playback_panel.h"
-#include "windows/processor_panel.h"
-#include "windows/recorder_panel.h"
-#include "windows/save_panel.h"
+#include "platform/timers.h"
+#include "windows/transfer.h"
 #include "windows/workplace.h"
 
+#include <QLabel>
 #include <QMainWindow>
 #include <QPointer>
 #include <QTabWidget>
+#include <QToolBar>
+
+#include <memory>
 
 namespace orvel {
 
+class CardPanel;
+class FilePanel;
+class GridPanel;
+class Joystick;
+class MeterPanel;
+class PlaybackPanel;
+class ProcessorPanel;
+class RecorderPanel;
+class SavePanel;
+class StepPanel;
+class frmAdv;
+class frmConvert;
+class frmExport;
+class frmImport;
+class frmPreview;
+class frmSetup;
+class frmSplash;
+class frmStation;
+
 /// What stands on the main window.
 struct Panels {
+    ProcessorPanel *processorPanel = nullptr;
     StepPanel *stepPanel = nullptr;
     GridPanel *gridPanel = nullptr;
     FilePanel *filePanel = nullptr;
@@ -40,19 +45,19 @@ struct Panels {
     SavePanel *savePanel = nullptr;
     CardPanel *cardPanel = nullptr;
     MeterPanel *meterPanel = nullptr;
-    ProcessorPanel *processorPanel = nullptr;
     QTabWidget *tabRec = nullptr;
     QToolBar *tlbMain = nullptr;
     QLabel *lblStatus = nullptr;
 };
 
-/// The main window: owns the shared state, assembles the rooms' panels, starts and ends the program.
+/// The main window: assembles the panels, opens the other windows, starts and ends the program. What is enabled, and
+/// every caption, follows from the rooms.
 class frmMain : public QMainWindow {
     Q_OBJECT
 
   public:
     /// programFolder: where settings, playlists and work files hang. commandLine: all arguments as one text.
-    frmMain(Platform &platform, QString programFolder, QString commandLine);
+    frmMain(Platform &platform, const QString &programFolder, QString commandLine);
     frmMain(const frmMain &) = delete;
     frmMain &operator=(const frmMain &) = delete;
     frmMain(frmMain &&) = delete;
@@ -64,11 +69,13 @@ class frmMain : public QMainWindow {
     void tlbMain_ButtonClick(int index);
     /// Writes the recording card and the processor panel to the settings file.
     void BewaarAudio();
-    /// Stops the clock of the playback and the recorder.
-    void StopAudio() const;
+    /// Stops the clock of the playback and closes a running take.
+    void StopAudio();
     /// A button of a joystick, numbered from 1.
-    void Joystick1_ButtonDown(int button) const;
+    void Joystick1_ButtonDown(int button);
     void setSplash(frmSplash *splash) { splash_ = splash; }
+    /// The program is asked to end by the desktop or the system: a running take is closed.
+    void endSession();
 
     [[nodiscard]] Workplace &workplace() { return workplace_; }
     [[nodiscard]] const Panels &panels() const { return panels_; }
@@ -82,16 +89,16 @@ class frmMain : public QMainWindow {
 
   private:
     void Form_Initialize();
+    [[nodiscard]] View view();
     void makePanels();
+    void connectPanels();
     void makeToolbar();
     void layOut();
     QWidget *recordingStrip();
 
     void loadSettings();
     bool checkSoundCard();
-    void fillCards() const;
-    void makeFolders();
-    void tryToWrite(const QString &folder);
+    void fillCards();
     void openCatalogues();
     void checkVoiceTrackFolder();
     void readCommandLine();
@@ -110,23 +117,21 @@ class frmMain : public QMainWindow {
     void showPreview();
     void showAdvanced();
     void showConvert();
-    void showProcess(bool visible) const;
-    void enableOthers(bool idle) const;
-    void tell(const QString &sentence) const;
-    /// Of a playlist that is about to be changed for the first time.
-    void keepCopy(const QString &playlist);
-    void setBusy(bool busy) const;
+    void showProcess(bool visible);
+    /// Everything that follows from the session: what is enabled, captions, labels.
+    void showDesk();
+    void showTick();
+    void tell(const QString &sentence);
 
     Platform &platform_;
-    QString programFolder_;
     QString commandLine_;
-    Workplace workplace_;
     Panels panels_;
+    Workplace workplace_;
     frmSplash *splash_ = nullptr;
+    bool unloaded_ = false;
     Joystick &Joystick1;
     std::unique_ptr<Timer> tmrJoystick_;
     std::unique_ptr<frmSplash> about_;
-    std::unique_ptr<ProcessingChain> chain_;
     std::unique_ptr<frmAdv> adv_;
     std::unique_ptr<frmConvert> convert_;
     std::unique_ptr<frmPreview> preview_;
@@ -134,7 +139,6 @@ class frmMain : public QMainWindow {
     std::unique_ptr<frmExport> export_;
     std::unique_ptr<frmSetup> setup_;
     QPointer<frmStation> station_; ///< made anew for every version of a multivoice take
-    std::unique_ptr<Completion> completion_;
     ProcessorSettings processorSettings_;
 };
 

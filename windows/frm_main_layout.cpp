@@ -1,6 +1,14 @@
 // How the main window is put together: which panel stands where.
+#include "windows/card_panel.h"
+#include "windows/file_panel.h"
 #include "windows/frm_main.h"
+#include "windows/grid_panel.h"
 #include "windows/on.h"
+#include "windows/playback_panel.h"
+#include "windows/processor_panel.h"
+#include "windows/recorder_panel.h"
+#include "windows/save_panel.h"
+#include "windows/step_panel.h"
 
 #include <QHBoxLayout>
 #include <QScrollArea>

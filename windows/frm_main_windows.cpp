@@ -1,6 +1,20 @@
 // The windows that open from the main window; each is made on first use and kept.
 #include "platform/audio.h"
+#include "playlist/step_types.h"
+#include "windows/card_panel.h"
+#include "windows/file_panel.h"
+#include "windows/frm_adv.h"
+#include "windows/frm_convert.h"
+#include "windows/frm_export.h"
+#include "windows/frm_import.h"
 #include "windows/frm_main.h"
+#include "windows/frm_preview.h"
+#include "windows/frm_setup.h"
+#include "windows/frm_splash.h"
+#include "windows/frm_station.h"
+#include "windows/grid_panel.h"
+#include "windows/on.h"
+#include "windows/recorder_panel.h"
 
 namespace orvel {
 
@@ -55,7 +69,7 @@ void frmMain::showExport() {
 frmSetup &frmMain::setup() {
     if (!setup_) {
         setup_ = std::make_unique<frmSetup>(
-            platform_, workplace_.settings, programFolder_,
+            platform_, workplace_.settings, workplace_.places.programFolder(),
             [this] { panels_.gridPanel->steps().setStyles(applyStepStyles(workplace_.settings)); }, this);
     }
     setup_->Form_Load();
@@ -69,11 +83,9 @@ void frmMain::showSetup() {
 void frmMain::showStations() {
     frmStation *chooser = station_;
     if (chooser == nullptr || !chooser->isVisible()) {
-        const auto save = [this](const QString &code) {
-            panels_.savePanel->StationCode = code;
-            return panels_.savePanel->ExternalSave();
-        };
-        chooser = new frmStation(platform_, programFolder_, save, this);
+        const auto save = [this](const QString &code) { return workplace_.saving.ExternalSave(code); };
+        chooser = new frmStation(platform_, workplace_.places.programFolder(), save, this);
+        on(chooser, &QDialog::finished, this, [this] { workplace_.saving.stationsClosed(); });
         chooser->setAttribute(Qt::WA_DeleteOnClose);
         station_ = chooser;
     }
@@ -108,16 +120,17 @@ void frmMain::showAdvanced() {
 
 void frmMain::showConvert() {
     if (!convert_) {
-        convert_ = std::make_unique<frmConvert>(
-            ConvertContext{platform_, workplace_.settings, programFolder_, workplace_.step, workplace_.datList,
-                           *panels_.gridPanel, *completion_, [this](const QString &sentence) { tell(sentence); }},
-            this);
+        Workplace &work = workplace_;
+        convert_ = std::make_unique<frmConvert>(ConvertContext{platform_, work.settings, work.places, work.step,
+                                                               work.datList, work.session, work.marks, work.filing,
+                                                               work.completion, work.view.showRow, work.view.tell},
+                                                this);
     }
     convert_->Form_Load();
     convert_->open();
 }
 
-void frmMain::showProcess(bool visible) const {
+void frmMain::showProcess(bool visible) {
     panels_.recorderPanel->lblProcess->setVisible(visible);
     // The window does nothing else until the take is processed.
     panels_.recorderPanel->repaint();

@@ -1,8 +1,6 @@
 #include "windows/grid_panel.h"
 
 #include "platform/runtime_error.h"
-#include "playlist/field_values.h"
-#include "station/checked.h"
 #include "windows/on.h"
 
 #include <QHeaderView>
@@ -11,8 +9,6 @@
 namespace orvel {
 
 namespace {
-
-const QColor outroBlue(0x00, 0x00, 0xFF);
 
 void setUp(QTableView &grid) {
     grid.setObjectName(QStringLiteral("dbgLijst"));
@@ -57,9 +53,9 @@ void fitColumns(QTableView &grid) {
 
 } // namespace
 
-GridPanel::GridPanel(Playlist &playlist, CurrentStep &step, StepPanel &stepPanel, QWidget *parent)
+GridPanel::GridPanel(Playlist &playlist, CurrentStep &step, QWidget *parent)
     : QGroupBox(QStringLiteral("Playlist"), parent), dbgLijst(new QTableView(this)), playlist_(playlist), step_(step),
-      stepPanel_(stepPanel), model_(playlist) {
+      model_(playlist) {
     setUp(*dbgLijst);
     mixTypes_.setRows(mixTypeRows());
     dbgLijst->setModel(&model_);
@@ -92,11 +88,8 @@ void GridPanel::openPlaylist(const QString &newPath, const QString &name) {
 
 void GridPanel::closePlaylist() {
     model_.rebuild([&] { playlist_.close(); });
-    step_.StepSelected = false;
-    stepPanel_.showTimes(false);
-    stepPanel_.barRec->setValue(0);
-    stepPanel_.lblBestand->setText(QStringLiteral("geen bestand"));
-    Q_EMIT stepFileChanged(false);
+    deselect(step_);
+    Q_EMIT stepSelected();
 }
 
 void GridPanel::refresh() {
@@ -111,79 +104,25 @@ void GridPanel::selectRow(int row) {
     }
 }
 
-void GridPanel::setCurrentImported(bool imported) {
-    if (playlist_.isOpen() && currentRow() >= 0) {
-        model_.setImported(currentRow(), imported);
-    }
-}
-
-bool GridPanel::currentImported() const {
-    return playlist_.isOpen() && currentRow() >= 0 && playlist_.value(currentRow(), ImportedColumn).toBool();
-}
-
 void GridPanel::currentRowChanged() {
-    // The file name first: a step outside the time tables must not leave the previous step's name behind.
-    dbgLijst_SelChange();
-    dbgLijst_RowColChange();
+    // Two handlers: what one of them cannot do must not keep the other from its work.
+    guarded([this] { dbgLijst_SelChange(); });
+    guarded([this] { dbgLijst_RowColChange(); });
+    Q_EMIT stepSelected();
 }
 
 void GridPanel::dbgLijst_RowColChange() {
-    if (step_.PlaylistTakeRunning || currentRow() < 0) {
-        return;
-    }
-    const int row = currentRow();
-    if (toWholeNumber(playlist_.value(row, TypeColumn)) != PresStep) {
-        stepPanel_.showTimes(false);
-        stepPanel_.barRec->setValue(0);
-        return;
-    }
-    stepPanel_.showTimes(true);
-    showTalkOver(toWholeNumber(playlist_.value(row, StapColumn)));
-    Q_EMIT playAllowed(playlist_.value(row, ImportedColumn).toBool());
-}
-
-void GridPanel::showTalkOver(int stap) {
-    const std::int32_t outro = playlist_.outtro(stap - 1);
-    const std::int32_t intro = playlist_.intro(stap + 1);
-    step_.TalkTotalMs = checkedInt32(std::int64_t{outro} + intro);
-    step_.NextIntroMs = intro;
-    step_.PrevOutroMs = outro;
-    stepPanel_.lblOuttro->setText(QStringLiteral("Outtro : ") + secondsOneDecimal(outro));
-    stepPanel_.lblIntro->setText(QStringLiteral("Intro : ") + secondsOneDecimal(intro));
-    stepPanel_.barRec->setMaximum(step_.TalkTotalMs);
-    stepPanel_.barRec->setValue(step_.TalkTotalMs);
-    stepPanel_.barRec->setBarColour(outroBlue);
-    stepPanel_.lblInOut->setText(QStringLiteral("Totaal : ") + secondsGeneral(step_.TalkTotalMs) +
-                                 QStringLiteral(" sec"));
+    showTimes(playlist_, currentRow(), step_);
 }
 
 void GridPanel::dbgLijst_SelChange() {
-    if (step_.PlaylistTakeRunning || currentRow() < 0) {
-        return;
-    }
-    step_.VoiceTrackName = toText(playlist_.value(currentRow(), AtrackColumn));
-    step_.StepSelected = step_.VoiceTrackName != QStringLiteral("NONE");
-    if (step_.StepSelected) {
-        stepPanel_.lblBestand->setText(step_.VoiceTrackName);
-    } else {
-        stepPanel_.lblBestand->setText(QStringLiteral("geen bestand"));
-        step_.PreviewTrackId = toWholeNumber(playlist_.value(currentRow(), TrackidColumn));
-        step_.previewAllowed = true;
-    }
-    Q_EMIT stepFileChanged(step_.StepSelected);
+    selectStepFile(playlist_, currentRow(), step_);
 }
 
 void GridPanel::dbgLijst_DblClick() {
-    if (step_.PlaylistTakeRunning || !step_.previewAllowed || currentRow() < 0) {
-        return;
+    if (choosePreview(playlist_, currentRow(), step_)) {
+        Q_EMIT previewWanted();
     }
-    const std::int32_t type = toWholeNumber(playlist_.value(currentRow(), TypeColumn));
-    if (type != TrackStep && type != JingleStep) {
-        return;
-    }
-    step_.PreviewKind = checkedInt16(type);
-    step_.PreviewTrackId = toWholeNumber(playlist_.value(currentRow(), TrackidColumn));
-    Q_EMIT previewWanted();
 }
 
 } // namespace orvel

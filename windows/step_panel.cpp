@@ -1,5 +1,7 @@
 #include "windows/step_panel.h"
 
+#include "playlist/current_step.h"
+
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
@@ -14,6 +16,18 @@ QLabel *label(QWidget *parent, const char *name, const QString &description, con
     made->setAccessibleDescription(description);
     made->setProperty("role", QString::fromLatin1(role));
     return made;
+}
+
+QColor colourOf(TalkBar::Colour colour) {
+    switch (colour) {
+    case TalkBar::Colour::Blue:
+        return {0x00, 0x00, 0xFF};
+    case TalkBar::Colour::Yellow:
+        return {0xFF, 0xFF, 0x00};
+    case TalkBar::Colour::Red:
+        return {0xFF, 0x00, 0x00};
+    }
+    return {};
 }
 
 } // namespace
@@ -42,14 +56,24 @@ StepPanel::StepPanel(QWidget *parent)
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addLayout(line);
     layout->addWidget(barRec);
-    showTimes(false);
-    barRec->setValue(0);
+    show(CurrentStep(), lblBestand->text());
 }
 
-void StepPanel::showTimes(bool visible) {
-    lblOuttro->setVisible(visible);
-    lblIntro->setVisible(visible);
-    lblInOut->setVisible(visible);
+void StepPanel::show(const CurrentStep &step, const QString &fileName) {
+    lblBestand->setText(fileName);
+    lblOuttro->setText(step.times.lblOuttro);
+    lblIntro->setText(step.times.lblIntro);
+    lblInOut->setText(step.times.lblInOut);
+    for (QLabel *label : {lblOuttro, lblIntro, lblInOut}) {
+        label->setVisible(step.times.visible);
+    }
+    showBar(step);
+}
+
+void StepPanel::showBar(const CurrentStep &step) {
+    barRec->setMaximum(step.barRec.maximum);
+    barRec->setValue(step.barRec.value);
+    barRec->setBarColour(colourOf(step.barRec.colour));
 }
 
 } // namespace orvel

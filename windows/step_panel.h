@@ -7,8 +7,10 @@
 
 namespace orvel {
 
+struct CurrentStep;
+
 /// What the presenter must know of the selected step while talking: its file name, the talk-over times and the
-/// talk-over bar. The grid writes it, the recording session counts the bar down.
+/// talk-over bar.
 class StepPanel : public QWidget {
     Q_OBJECT
 
@@ -21,7 +23,11 @@ class StepPanel : public QWidget {
     QLabel *const lblInOut;
     Gauge *const barRec;
 
-    void showTimes(bool visible);
+    /// fileName: what lblBestand shows.
+    void show(const CurrentStep &step, const QString &fileName);
+    using QWidget::show;
+    /// The bar alone: this runs a hundred times a second.
+    void showBar(const CurrentStep &step);
 };
 
 } // namespace orvel

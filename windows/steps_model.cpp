@@ -44,10 +44,8 @@ void StepsModel::rebuild(const std::function<void()> &change) {
     change();
 }
 
-void StepsModel::setImported(int row, bool imported) {
-    playlist_.setValue(row, ImportedColumn, imported);
-    const QModelIndex cell = index(row, ImportedColumn);
-    Q_EMIT dataChanged(cell, cell);
+void StepsModel::showChanged(int row) {
+    Q_EMIT dataChanged(index(row, 0), index(row, StepColumnCount - 1));
 }
 
 int StepsModel::rowCount(const QModelIndex &parent) const {

@@ -19,8 +19,8 @@ class StepsModel : public QAbstractTableModel {
     void setStyles(StepStyles styles);
     /// Runs change (opening, refreshing or closing the playlist) with the views told of it, also when it throws.
     void rebuild(const std::function<void()> &change);
-    /// Stores a step's `Imported`. Throws what Playlist::setValue() throws.
-    void setImported(int row, bool imported);
+    /// A step was changed in the playlist.
+    void showChanged(int row);
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;

@@ -2,28 +2,69 @@
 
 #include "platform/database.h"
 #include "platform/platform.h"
+#include "playlist/completion.h"
 #include "playlist/current_step.h"
 #include "playlist/playlist.h"
+#include "playlist/step_marks.h"
+#include "production/filing.h"
+#include "production/processing_chain.h"
+#include "production/saving.h"
+#include "recording/listening.h"
+#include "recording/take_session.h"
+#include "recording/take_store.h"
 #include "settings/settings.h"
 #include "station/drive_map.h"
+#include "station/journal.h"
+#include "station/places.h"
 #include "station/recovery.h"
 
 namespace orvel {
 
-/// What the windows share: the rooms' state, without any window.
-struct Workplace {
-    Workplace(Platform &platform, const QString &programFolder, std::function<void(const QString &)> beforeFirstWrite)
-        : datList(platform.databases, std::move(beforeFirstWrite)), recovery(platform.files, programFolder),
-          drives(platform.files, programFolder) {}
+class ProcessorPanel;
 
+/// What the rooms ask of the windows.
+struct View {
+    std::function<void(const QString &sentence)> tell;
+    std::function<void()> changed;
+    std::function<void()> ticked;
+    std::function<void(float left, float right)> levels;
+    std::function<void(int row)> showRow;
+    std::function<void(int row)> rowChanged;
+    std::function<void()> refreshPlaylist;
+    std::function<void()> closePlaylist;
+    std::function<void()> refreshLists;
+    std::function<void()> showStations;
+    std::function<void(std::optional<int> percent)> progress;
+    std::function<void(bool visible)> showProcess;
+};
+
+/// The rooms of one station, put together: everything that the windows show and ask. Knows no window.
+struct Workplace {
+    Workplace(Platform &thePlatform, const QString &programFolder, const ProcessorPanel &processorPanel, View theView);
+
+    Platform &platform;
+    View view;
+    Places places;
     Settings settings;
     CurrentStep step;
-    Playlist datList;
     Recovery recovery;
+    Journal journal;
+    Playlist datList;
+    StepMarks marks;
     DriveMap drives;
     std::unique_ptr<RecordSet> datTracks;
     std::unique_ptr<RecordSet> datJingles;
-    bool RecorderOnly = false;
+    TakeStore takes;
+    ProcessingChain chain;
+    TakeSession session;
+    Listening listening;
+    Completion completion;
+    Filing filing;
+    Saving saving;
+
+  private:
+    /// Of a playlist that is about to be changed for the first time.
+    void keepCopy(const QString &playlist);
 };
 
 } // namespace orvel

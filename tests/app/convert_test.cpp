@@ -200,7 +200,7 @@ TEST_F(Convert, ABatchFillsThePresentationsInOrder) {
     convert->browser->refresh();
     for (int row = 0; row < window->workplace().datList.stepCount(); ++row) {
         if (!slots_.contains(row)) {
-            window->panels().gridPanel->steps().setImported(row, true);
+            mark(row, true);
         }
     }
     prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false);

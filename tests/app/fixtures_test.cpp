@@ -138,7 +138,7 @@ TEST_F(Fixtures, APlaylistOfJetThreeOpensAndIsMarked) {
     const QByteArray before = content(QStringLiteral("new/") + name);
     const bool wasImported = imported(1);
     select(1);
-    window->panels().gridPanel->setCurrentImported(!wasImported);
+    mark(window->panels().gridPanel->currentRow(), !wasImported);
     const QByteArray after = content(QStringLiteral("new/") + name);
     ASSERT_EQ(before.size(), after.size());
     int changed = 0;
@@ -191,7 +191,7 @@ TEST_F(Fixtures, AMixTypeThatIsIndexedIsRefusedAndNothingChanges) {
     EXPECT_EQ(content(QStringLiteral("new/") + name), before);
     EXPECT_EQ(window->workplace().datList.value(0, MixtypeColumn).toInt(), present);
     // The mark is in no index: recording and saving work.
-    window->panels().gridPanel->setCurrentImported(true);
+    mark(window->panels().gridPanel->currentRow(), true);
     EXPECT_TRUE(imported(window->panels().gridPanel->currentRow()));
 }
 
@@ -225,7 +225,7 @@ TEST_F(Fixtures, MovedAndDeletedRowsKeepTheirPlaceWhenTheyAreMarked) {
         const int last = window->workplace().datList.stepCount() - 1;
         select(last);
         const bool before = imported(last);
-        window->panels().gridPanel->setCurrentImported(!before);
+        mark(window->panels().gridPanel->currentRow(), !before);
         window->panels().gridPanel->refresh();
         auto rows = independentRows(databases_ + name + QStringLiteral(".Steps.tsv"));
         rows.back()[QStringLiteral("imported")] = before ? QStringLiteral("false") : QStringLiteral("true");

@@ -180,11 +180,12 @@ TEST_F(Multivoice, GeneralVersionsHaveNoPrefix) {
             openDemo();
         }
         select(row);
-        window->panels().savePanel->ledMulti->setLit(true);
+        if (!window->workplace().saving.isMultivoice()) {
+            window->workplace().saving.cmdMultivoice_Click();
+        };
         record(300);
-        window->panels().savePanel->StationCode = QString::fromLatin1(code);
         prompts.expectAsk(ready, title, false);
-        EXPECT_TRUE(window->panels().savePanel->ExternalSave());
+        EXPECT_TRUE(window->workplace().saving.ExternalSave(QString::fromLatin1(code)));
         EXPECT_EQ(filed(), QStringList{name + QStringLiteral(".mp3")});
         QFile::remove(path(QStringLiteral("ok/") + filed().first()));
     }
@@ -194,9 +195,8 @@ TEST_F(Multivoice, WithAServerVersionsGoThereOnly) {
     QDir(folder.path()).mkdir(QStringLiteral("server"));
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
     record(300);
-    window->panels().savePanel->StationCode = QStringLiteral("012");
     prompts.expectAsk(ready, title, true);
-    window->panels().savePanel->ExternalSave();
+    window->workplace().saving.ExternalSave(QStringLiteral("012"));
     EXPECT_EQ(filesIn(QStringLiteral("server")), QStringList{QStringLiteral("012") + name + QStringLiteral(".mp3")});
     EXPECT_TRUE(filed().isEmpty());
 }

@@ -101,7 +101,7 @@ TEST_F(Playing, TheEndOfTheTakePutsTheControlsBack) {
 
 TEST_F(Playing, AStepThatIsDonePlaysItsFiledVoiceTrack) {
     openDemo();
-    window->panels().gridPanel->setCurrentImported(true);
+    mark(window->panels().gridPanel->currentRow(), true);
     window->panels().gridPanel->dbgLijst_RowColChange();
     copySound(QStringLiteral("ok/") + name + QStringLiteral(".mp3"));
     click(play());
@@ -111,7 +111,7 @@ TEST_F(Playing, AStepThatIsDonePlaysItsFiledVoiceTrack) {
 TEST_F(Playing, WithAServerADoneStepPlaysFromTheServersFolder) {
     QDir(folder.path()).mkdir(QStringLiteral("server"));
     openDemo(QStringLiteral("[Program]\nServer=1\n[Files]\nVoiceTrackPath=") + path(QStringLiteral("server")));
-    window->panels().gridPanel->setCurrentImported(true);
+    mark(window->panels().gridPanel->currentRow(), true);
     window->panels().gridPanel->dbgLijst_RowColChange();
     copySound(QStringLiteral("server/") + name + QStringLiteral(".mp3"));
     copySound(QStringLiteral("ok/") + name + QStringLiteral(".mp3"));
@@ -129,7 +129,7 @@ TEST_F(Playing, WithAServerAnUnfinishedStepPlaysItsTake) {
 
 TEST_F(Playing, AVoiceTrackThatWasDeletedPlaysNothingAndSaysNothing) {
     openDemo();
-    window->panels().gridPanel->setCurrentImported(true);
+    mark(window->panels().gridPanel->currentRow(), true);
     window->panels().gridPanel->dbgLijst_RowColChange();
     ASSERT_TRUE(play()->isEnabled());
     click(play());
@@ -156,7 +156,7 @@ TEST_F(Playing, AnEndThatComesLateChangesNothing) {
     click(play());
     click(play());
     window->panels().savePanel->cmdSave->setEnabled(false);
-    window->panels().playbackPanel->interrupt();
+    window->workplace().listening.interrupt();
     EXPECT_FALSE(window->panels().savePanel->cmdSave->isEnabled());
 }
 
@@ -257,7 +257,7 @@ TEST_F(Playing, JoystickButtonsOfDisabledControlsDoNothing) {
         joystick.press(button);
     }
     timers.advance(20);
-    EXPECT_FALSE(window->panels().recorderPanel->isCountingDown());
+    EXPECT_FALSE(window->workplace().session.countsDown());
     EXPECT_EQ(player().starts(), 0);
     EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
 }
@@ -268,11 +268,11 @@ TEST_F(Playing, TheJoystickWaitsForAModalWindow) {
     question.open();
     joystick.press(1);
     timers.advance(20);
-    EXPECT_FALSE(window->panels().recorderPanel->isCountingDown());
+    EXPECT_FALSE(window->workplace().session.countsDown());
     question.close();
     joystick.press(1);
     timers.advance(20);
-    EXPECT_TRUE(window->panels().recorderPanel->isCountingDown());
+    EXPECT_TRUE(window->workplace().session.countsDown());
 }
 
 } // namespace orvel

@@ -107,7 +107,7 @@ TEST_F(Recording, ACountDownThatOverflowsSixteenBitsIsReported) {
     openDemo(QStringLiteral("[Program]\nCountdown=32767"));
     prompts.expectReport(QStringLiteral("Fout 6 tijdens de uitvoering:"));
     click(rec->cmdRec);
-    EXPECT_FALSE(rec->isCountingDown());
+    EXPECT_FALSE(window->workplace().session.countsDown());
 }
 
 TEST_F(Recording, TheTakeIsMonoSixteenBitAndTheTimeCountsInTens) {
@@ -161,7 +161,7 @@ TEST_F(Recording, TheBarIsBlueOverTheOutroYellowOverTheIntroAndThenRedForGood) {
 
 TEST_F(Recording, StartingClearsTheStepsMarkAndKeepsACopyOfThePlaylist) {
     openDemo();
-    window->panels().gridPanel->setCurrentImported(true);
+    mark(window->panels().gridPanel->currentRow(), true);
     const QStringList copies = filesIn(QStringLiteral("herstel"));
     ASSERT_EQ(copies.size(), 1);
     EXPECT_EQ(content(QStringLiteral("herstel/") + copies.first()), [] {
@@ -178,7 +178,7 @@ TEST_F(Recording, APlaylistTooLargeToCopyIsMarkedAndTheStatusLineTellsIt) {
     openDemo();
     QFile list(path(QStringLiteral("new/") + demo));
     ASSERT_TRUE(list.resize(qint64{64} * 1024 * 1024));
-    window->panels().gridPanel->setCurrentImported(true);
+    mark(window->panels().gridPanel->currentRow(), true);
     EXPECT_TRUE(imported(row));
     EXPECT_TRUE(filesIn(QStringLiteral("herstel")).isEmpty());
     EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("te groot")))
@@ -189,7 +189,7 @@ TEST_F(Recording, APlaylistTooLargeToCopyIsMarkedAndTheStatusLineTellsIt) {
 TEST_F(Recording, ACopyOfThePlaylistThatFailsIsToldAndTheMarkIsWritten) {
     openDemo();
     files.fail(FaultyFileSystem::Operation::Copy, QStringLiteral("herstel"), ErrorNumber::DiskFull);
-    window->panels().gridPanel->setCurrentImported(true);
+    mark(window->panels().gridPanel->currentRow(), true);
     EXPECT_TRUE(imported(row));
     EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("De schijf is vol")))
         << window->panels().lblStatus->text().toStdString();
@@ -228,7 +228,7 @@ TEST_F(Recording, WithoutAStepAClickDoesNothing) {
     openDemo();
     window->workplace().step.StepSelected = false;
     click(rec->cmdRec);
-    EXPECT_FALSE(rec->isCountingDown());
+    EXPECT_FALSE(window->workplace().session.countsDown());
 }
 
 TEST_F(Recording, MuteClosesTheOutputWhileRecording) {
@@ -259,7 +259,7 @@ TEST_F(Recording, AnEmptyNameChangesNothing) {
     startAsRecorder();
     prompts.expectInput(prompt, promptTitle, QStringLiteral("   "));
     click(rec->cmdRec);
-    EXPECT_FALSE(rec->isCountingDown());
+    EXPECT_FALSE(window->workplace().session.countsDown());
     EXPECT_TRUE(window->workplace().step.VoiceTrackName.isEmpty());
 }
 
@@ -285,7 +285,7 @@ TEST_F(Recording, ANameThatLeavesTheFolderIsRefused) {
         prompts.expectInput(prompt, promptTitle, QString::fromLatin1(name));
         prompts.expectReport(QStringLiteral("Fout 52 tijdens de uitvoering:"));
         click(rec->cmdRec);
-        EXPECT_FALSE(rec->isCountingDown()) << name;
+        EXPECT_FALSE(window->workplace().session.countsDown()) << name;
     }
 }
 
@@ -378,7 +378,7 @@ TEST_F(Recording, APlaylistThatBecameReadOnlyIsReported) {
     const OrdinaryUser user(folder.path());
     prompts.expectReport(QStringLiteral("Fout 70"));
     click(rec->cmdRec);
-    EXPECT_FALSE(rec->isCountingDown());
+    EXPECT_FALSE(window->workplace().session.countsDown());
 }
 
 TEST_F(Recording, ATickCostsLittle) {
@@ -402,7 +402,7 @@ TEST_F(Recording, NothingRecordsBehindTheNameQuestion) {
     });
     prompts.expectInput(prompt, promptTitle, QString());
     click(rec->cmdRec);
-    EXPECT_TRUE(rec->isCountingDown()) << "without an answer the count-down goes on";
+    EXPECT_TRUE(window->workplace().session.countsDown()) << "without an answer the count-down goes on";
     prompts.expectInput(prompt, promptTitle, QStringLiteral("twee"));
     click(rec->cmdRec);
     timers.advance(4000);
@@ -425,7 +425,7 @@ TEST_F(Recording, AfterTheStopTheGridStandsOnTheTakesStep) {
 
 TEST_F(Recording, AStartOverBelongsToTheStepThatCountsDown) {
     openDemo();
-    window->panels().gridPanel->steps().setImported(row + 1, true);
+    mark(row + 1, true);
     click(rec->cmdRec);
     select(row + 1);
     click(rec->cmdRec);

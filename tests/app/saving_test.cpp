@@ -12,7 +12,7 @@ const QString demo = QStringLiteral("access-2003.mdb");
 const QString copying = QStringLiteral("Copying...");
 const QString saveTitle = QStringLiteral("Geef naam en locatie waarmee U het bestand wenst te bewaren");
 
-class Saving : public Station {
+class SavingTakes : public Station {
   protected:
     void openDemo(const QString &settings = {}, const QString &fixture = demo) {
         configure(settings);
@@ -39,7 +39,7 @@ class Saving : public Station {
     void finishAllBut(int openRow) {
         for (int step = 0; step < window->workplace().datList.stepCount(); ++step) {
             if (step != openRow) {
-                window->panels().gridPanel->steps().setImported(step, true);
+                mark(step, true);
             }
         }
     }
@@ -56,7 +56,7 @@ class Saving : public Station {
 
 } // namespace
 
-TEST_F(Saving, TheVoiceTrackIsFiledTheStepMarkedAndTheNextOneSelected) {
+TEST_F(SavingTakes, TheVoiceTrackIsFiledTheStepMarkedAndTheNextOneSelected) {
     openDemo();
     const QByteArray before = content(QStringLiteral("new/lijst.mdb"));
     record(2000);
@@ -81,7 +81,7 @@ TEST_F(Saving, TheVoiceTrackIsFiledTheStepMarkedAndTheNextOneSelected) {
     EXPECT_EQ(changed, 1);
 }
 
-TEST_F(Saving, InServerModeTheFileGoesOnlyToTheServer) {
+TEST_F(SavingTakes, InServerModeTheFileGoesOnlyToTheServer) {
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
     record(500);
@@ -91,7 +91,7 @@ TEST_F(Saving, InServerModeTheFileGoesOnlyToTheServer) {
     EXPECT_TRUE(filesIn(QStringLiteral("temp")).isEmpty());
 }
 
-TEST_F(Saving, AServerFileThatMayNotBeOverwrittenLeavesEverythingAsItWas) {
+TEST_F(SavingTakes, AServerFileThatMayNotBeOverwrittenLeavesEverythingAsItWas) {
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
     disk.write(path(QStringLiteral("server/") + name + QStringLiteral(".mp3")), "oud");
@@ -108,7 +108,7 @@ TEST_F(Saving, AServerFileThatMayNotBeOverwrittenLeavesEverythingAsItWas) {
 }
 
 // With the share not mounted, saving made a folder on this machine, filed the take there and told that it was saved.
-TEST_F(Saving, AServerThatIsNotThereKeepsTheTakeAndTakesTheMarkBack) {
+TEST_F(SavingTakes, AServerThatIsNotThereKeepsTheTakeAndTakesTheMarkBack) {
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
     record(500);
@@ -133,7 +133,7 @@ TEST_F(Saving, AServerThatIsNotThereKeepsTheTakeAndTakesTheMarkBack) {
     EXPECT_TRUE(filesIn(QStringLiteral("temp")).isEmpty());
 }
 
-TEST_F(Saving, WithoutATakeTheMarkStaysAlsoWhenTheServerIsNotThere) {
+TEST_F(SavingTakes, WithoutATakeTheMarkStaysAlsoWhenTheServerIsNotThere) {
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
     ASSERT_TRUE(QDir(folder.path()).rmdir(QStringLiteral("server")));
@@ -143,7 +143,7 @@ TEST_F(Saving, WithoutATakeTheMarkStaysAlsoWhenTheServerIsNotThere) {
     EXPECT_TRUE(canSave());
 }
 
-TEST_F(Saving, ACopyThatFailsOnTheWayLeavesEverythingAsItWas) {
+TEST_F(SavingTakes, ACopyThatFailsOnTheWayLeavesEverythingAsItWas) {
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
     record(500);
@@ -162,7 +162,7 @@ TEST_F(Saving, ACopyThatFailsOnTheWayLeavesEverythingAsItWas) {
     EXPECT_TRUE(imported(row));
 }
 
-TEST_F(Saving, ASaveWithoutATakeMarksTheStepAndKeepsTheButton) {
+TEST_F(SavingTakes, ASaveWithoutATakeMarksTheStepAndKeepsTheButton) {
     openDemo();
     window->panels().savePanel->cmdSave->setEnabled(true);
     save();
@@ -171,7 +171,7 @@ TEST_F(Saving, ASaveWithoutATakeMarksTheStepAndKeepsTheButton) {
     EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
 }
 
-TEST_F(Saving, TheRecorderSavesWhereTheUserWants) {
+TEST_F(SavingTakes, TheRecorderSavesWhereTheUserWants) {
     ASSERT_TRUE(start(QStringLiteral("-RECORDER")));
     prompts.expectInput(QStringLiteral("Geef een naam voor dit bestand (ZONDER EXTENSIE)"),
                         QStringLiteral("Bestandsnaam"), QStringLiteral("spot"));
@@ -184,7 +184,7 @@ TEST_F(Saving, TheRecorderSavesWhereTheUserWants) {
     EXPECT_FALSE(canSave());
 }
 
-TEST_F(Saving, ACancelledSaveDialogKeepsTheTake) {
+TEST_F(SavingTakes, ACancelledSaveDialogKeepsTheTake) {
     ASSERT_TRUE(start(QStringLiteral("-RECORDER")));
     prompts.expectInput(QStringLiteral("Geef een naam voor dit bestand (ZONDER EXTENSIE)"),
                         QStringLiteral("Bestandsnaam"), QStringLiteral("spot"));
@@ -195,7 +195,7 @@ TEST_F(Saving, ACancelledSaveDialogKeepsTheTake) {
     EXPECT_FALSE(canSave());
 }
 
-TEST_F(Saving, AFailedConversionOnAServerIsSilentAndTheTakeIsSafe) {
+TEST_F(SavingTakes, AFailedConversionOnAServerIsSilentAndTheTakeIsSafe) {
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
     record(500);
@@ -209,7 +209,7 @@ TEST_F(Saving, AFailedConversionOnAServerIsSilentAndTheTakeIsSafe) {
     EXPECT_FALSE(window->panels().savePanel->barProgress->isVisible());
 }
 
-TEST_F(Saving, AFullDiskWhileEncodingLeavesNoHalfFileAndTheTakeIsSafe) {
+TEST_F(SavingTakes, AFullDiskWhileEncodingLeavesNoHalfFileAndTheTakeIsSafe) {
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
     record(5000);
@@ -220,7 +220,7 @@ TEST_F(Saving, AFullDiskWhileEncodingLeavesNoHalfFileAndTheTakeIsSafe) {
     EXPECT_EQ(keptTakes().size(), 1);
 }
 
-TEST_F(Saving, AWriterWithoutAFormatConvertsNothing) {
+TEST_F(SavingTakes, AWriterWithoutAFormatConvertsNothing) {
     openDemo(QStringLiteral("[Audio]\nBitRate=7"));
     record(200);
     prompts.expectReport(QStringLiteral("Fout 53 tijdens de uitvoering:"));
@@ -228,7 +228,7 @@ TEST_F(Saving, AWriterWithoutAFormatConvertsNothing) {
     EXPECT_EQ(keptTakes().size(), 1);
 }
 
-TEST_F(Saving, AMissingFinishedFolderEndsTheProgramWithAReport) {
+TEST_F(SavingTakes, AMissingFinishedFolderEndsTheProgramWithAReport) {
     openDemo();
     record(500);
     ASSERT_TRUE(QDir(folder.path()).rmdir(QStringLiteral("ok")));
@@ -239,7 +239,7 @@ TEST_F(Saving, AMissingFinishedFolderEndsTheProgramWithAReport) {
     EXPECT_TRUE(exists(QStringLiteral("temp/") + name + QStringLiteral(".mp3")));
 }
 
-TEST_F(Saving, AnExistingVoiceTrackIsOverwrittenWithoutAQuestion) {
+TEST_F(SavingTakes, AnExistingVoiceTrackIsOverwrittenWithoutAQuestion) {
     openDemo();
     const QString file = QStringLiteral("ok/") + name + QStringLiteral(".mp3");
     disk.write(path(file), "oud");
@@ -248,14 +248,14 @@ TEST_F(Saving, AnExistingVoiceTrackIsOverwrittenWithoutAQuestion) {
     EXPECT_GT(content(file).size(), 1000);
 }
 
-TEST_F(Saving, ATakeWithoutSamplesIsConvertedAtOnce) {
+TEST_F(SavingTakes, ATakeWithoutSamplesIsConvertedAtOnce) {
     openDemo();
     record(0);
     save();
     EXPECT_TRUE(exists(QStringLiteral("ok/") + name + QStringLiteral(".mp3")));
 }
 
-TEST_F(Saving, TheLastStepOffersToMoveThePlaylist) {
+TEST_F(SavingTakes, TheLastStepOffersToMoveThePlaylist) {
     openDemo();
     finishAllBut(row);
     record(500);
@@ -268,7 +268,7 @@ TEST_F(Saving, TheLastStepOffersToMoveThePlaylist) {
     EXPECT_FALSE(window->panels().recorderPanel->cmdRec->isEnabled());
 }
 
-TEST_F(Saving, NoLeavesThePlaylistAndTheQuestionComesAgain) {
+TEST_F(SavingTakes, NoLeavesThePlaylistAndTheQuestionComesAgain) {
     openDemo();
     finishAllBut(row);
     record(300);
@@ -281,7 +281,7 @@ TEST_F(Saving, NoLeavesThePlaylistAndTheQuestionComesAgain) {
     save();
 }
 
-TEST_F(Saving, InServerModeAFinishedPlaylistIsKeptNowhere) {
+TEST_F(SavingTakes, InServerModeAFinishedPlaylistIsKeptNowhere) {
     ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("server")));
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
     finishAllBut(row);
@@ -292,7 +292,7 @@ TEST_F(Saving, InServerModeAFinishedPlaylistIsKeptNowhere) {
     EXPECT_FALSE(exists(QStringLiteral("ok/lijst.mdb")));
 }
 
-TEST_F(Saving, AFinishedPlaylistThatCannotBeCopiedStays) {
+TEST_F(SavingTakes, AFinishedPlaylistThatCannotBeCopiedStays) {
     openDemo();
     finishAllBut(row);
     record(300);
@@ -303,15 +303,15 @@ TEST_F(Saving, AFinishedPlaylistThatCannotBeCopiedStays) {
     EXPECT_TRUE(exists(QStringLiteral("new/lijst.mdb")));
 }
 
-TEST_F(Saving, APlaylistThatWasFinishedBeforeIsOfferedAtOnce) {
+TEST_F(SavingTakes, APlaylistThatWasFinishedBeforeIsOfferedAtOnce) {
     openDemo({}, QStringLiteral("all-imported.mdb"));
-    window->panels().gridPanel->setCurrentImported(true);
+    mark(window->panels().gridPanel->currentRow(), true);
     prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false);
     record(300);
     save();
 }
 
-TEST_F(Saving, DeletingAsksForTheChosenPlaylist) {
+TEST_F(SavingTakes, DeletingAsksForTheChosenPlaylist) {
     addPlaylist(demo, QStringLiteral("een.mdb"));
     addPlaylist(demo, QStringLiteral("twee.mdb"));
     ASSERT_TRUE(start());
@@ -329,7 +329,7 @@ TEST_F(Saving, DeletingAsksForTheChosenPlaylist) {
     EXPECT_FALSE(window->workplace().datList.isOpen());
 }
 
-TEST_F(Saving, DeletingAllClosesTheOpenPlaylist) {
+TEST_F(SavingTakes, DeletingAllClosesTheOpenPlaylist) {
     addPlaylist(demo, QStringLiteral("een.mdb"));
     addPlaylist(demo, QStringLiteral("twee.mdb"));
     disk.write(path(QStringLiteral("new/blijft.txt")), "x");
@@ -346,7 +346,7 @@ TEST_F(Saving, DeletingAllClosesTheOpenPlaylist) {
 
 // A backslash in a playlist's name was taken for a folder: the button deleted, and a click opened, a file outside the
 // station.
-TEST_F(Saving, ABackslashInANameIsACharacterLikeAnyOther) {
+TEST_F(SavingTakes, ABackslashInANameIsACharacterLikeAnyOther) {
     const QString tricky = QStringLiteral("map.mdb\\..\\..\\buiten.mdb");
     QDir(folder.path()).mkpath(QStringLiteral("new/map.mdb"));
     addPlaylist(QStringLiteral("no-steps.mdb"), QStringLiteral("../buiten.mdb"));
@@ -368,7 +368,7 @@ TEST_F(Saving, ABackslashInANameIsACharacterLikeAnyOther) {
     EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
 }
 
-TEST_F(Saving, APlaylistWithABackslashInItsNameIsFinishedUnderThatName) {
+TEST_F(SavingTakes, APlaylistWithABackslashInItsNameIsFinishedUnderThatName) {
     const QString tricky = QStringLiteral("avond\\lijst.mdb");
     addPlaylist(demo, tricky);
     ASSERT_TRUE(start());
@@ -383,7 +383,7 @@ TEST_F(Saving, APlaylistWithABackslashInItsNameIsFinishedUnderThatName) {
     EXPECT_EQ(filesIn(QStringLiteral("ok")).filter(QStringLiteral(".mdb")), QStringList{tricky});
 }
 
-TEST_F(Saving, DeletingToDoPlaylistsIgnoresEveryError) {
+TEST_F(SavingTakes, DeletingToDoPlaylistsIgnoresEveryError) {
     addPlaylist(demo, QStringLiteral("een.mdb"));
     ASSERT_TRUE(start());
     files.fail(FaultyFileSystem::Operation::Remove, QStringLiteral("een.mdb"), ErrorNumber::PermissionDenied);
@@ -395,7 +395,7 @@ TEST_F(Saving, DeletingToDoPlaylistsIgnoresEveryError) {
     EXPECT_FALSE(window->panels().gridPanel->dbgLijst->isVisible());
 }
 
-TEST_F(Saving, DeletingFinishedPlaylistsReportsErrorsAndLeavesTheGrid) {
+TEST_F(SavingTakes, DeletingFinishedPlaylistsReportsErrorsAndLeavesTheGrid) {
     addPlaylist(demo, QStringLiteral("een.mdb"));
     disk.write(path(QStringLiteral("ok/klaar.mdb")), "x");
     disk.write(path(QStringLiteral("ok/link.mp3")), "x");
@@ -417,14 +417,14 @@ TEST_F(Saving, DeletingFinishedPlaylistsReportsErrorsAndLeavesTheGrid) {
     EXPECT_FALSE(window->panels().gridPanel->dbgLijst->isHidden());
 }
 
-TEST_F(Saving, AnEmptyListAsksNothing) {
+TEST_F(SavingTakes, AnEmptyListAsksNothing) {
     ASSERT_TRUE(start());
     click(window->panels().filePanel->cmdWisNew);
     window->panels().filePanel->tabFiles->setCurrentIndex(1);
     click(window->panels().filePanel->cdmWisKlaar);
 }
 
-TEST_F(Saving, TheWindowStaysResponsiveAndASecondClickFilesNothingTwice) {
+TEST_F(SavingTakes, TheWindowStaysResponsiveAndASecondClickFilesNothingTwice) {
     openDemo();
     record(60000);
     int pumped = 0;
@@ -444,7 +444,7 @@ TEST_F(Saving, TheWindowStaysResponsiveAndASecondClickFilesNothingTwice) {
     EXPECT_TRUE(window->panels().savePanel->cmdImport->isEnabled());
 }
 
-TEST_F(Saving, WhatIsDeletedIsWhatWasAskedAbout) {
+TEST_F(SavingTakes, WhatIsDeletedIsWhatWasAskedAbout) {
     addPlaylist(demo, QStringLiteral("een.mdb"));
     addPlaylist(demo, QStringLiteral("twee.mdb"));
     ASSERT_TRUE(start());
@@ -456,7 +456,7 @@ TEST_F(Saving, WhatIsDeletedIsWhatWasAskedAbout) {
     EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("twee.mdb")});
 }
 
-TEST_F(Saving, ATakeThatStartsBehindTheQuestionKeepsItsPlaylist) {
+TEST_F(SavingTakes, ATakeThatStartsBehindTheQuestionKeepsItsPlaylist) {
     openDemo();
     prompts.whileOpen([this] { window->panels().recorderPanel->cmdRec_Click(); });
     prompts.expectAsk(QStringLiteral("Wenst U het bestand lijst.mdb te verwijderen ?"),

@@ -63,17 +63,17 @@ TEST_F(Station, TheWindowFitsASmallScreenWithRoomToSpare) {
 TEST_F(Station, ABitRateOutsideTheTableLeavesTheWriterWithoutAFormat) {
     configure(QStringLiteral("[Audio]\nBitRate=7"));
     ASSERT_TRUE(start());
-    EXPECT_EQ(window->panels().savePanel->writer().format().kbitPerSecond, 0);
+    EXPECT_EQ(window->workplace().filing.format().kbitPerSecond, 0);
 }
 
 TEST_F(Station, BitRateFourIsWrittenAsThreeHundredTwentyUnlessFreeFormatIsWanted) {
     configure(QStringLiteral("[Audio]\nBitRate=4"));
     ASSERT_TRUE(start());
-    EXPECT_EQ(window->panels().savePanel->writer().format().kbitPerSecond, 320);
+    EXPECT_EQ(window->workplace().filing.format().kbitPerSecond, 320);
     configure(QStringLiteral("FreeFormat=1"));
     ASSERT_TRUE(start());
-    EXPECT_EQ(window->panels().savePanel->writer().format().kbitPerSecond, 350);
-    EXPECT_TRUE(window->panels().savePanel->writer().format().freeFormat);
+    EXPECT_EQ(window->workplace().filing.format().kbitPerSecond, 350);
+    EXPECT_TRUE(window->workplace().filing.format().freeFormat);
 }
 
 TEST_F(Station, ARecordingCardPastTheListSelectsTheFirstOne) {
@@ -100,7 +100,7 @@ TEST_F(Station, TheChosenCardIsTheRecorders) {
 
 TEST_F(Station, OnlyTheWholeArgumentStartsTheRecorder) {
     ASSERT_TRUE(start(QStringLiteral("-recorder")));
-    EXPECT_TRUE(window->workplace().RecorderOnly);
+    EXPECT_TRUE(window->workplace().session.mode.recorderOnly);
     EXPECT_FALSE(window->panels().filePanel->tabFiles->isEnabled());
     EXPECT_FALSE(window->panels().gridPanel->dbgLijst->isEnabled());
     EXPECT_FALSE(window->panels().savePanel->cmdImport->isEnabled());
@@ -108,7 +108,7 @@ TEST_F(Station, OnlyTheWholeArgumentStartsTheRecorder) {
     EXPECT_FALSE(window->panels().tlbMain->actions().at(2)->isEnabled());
     EXPECT_TRUE(window->panels().tlbMain->actions().at(3)->isEnabled());
     ASSERT_TRUE(start(QStringLiteral("-RECORDER x")));
-    EXPECT_FALSE(window->workplace().RecorderOnly);
+    EXPECT_FALSE(window->workplace().session.mode.recorderOnly);
     EXPECT_TRUE(window->panels().filePanel->tabFiles->isEnabled());
 }
 

@@ -36,6 +36,11 @@ void Station::open(const QString &name) {
     QTest::mouseClick(list.viewport(), Qt::LeftButton, {}, list.visualItemRect(items.first()).center());
 }
 
+void Station::mark(int row, bool done) {
+    window->workplace().datList.setValue(row, ImportedColumn, done);
+    window->panels().gridPanel->showChanged(row);
+}
+
 void Station::beginRecording() {
     click(window->panels().recorderPanel->cmdRec);
     timers.advance(std::int64_t{1000} * (window->workplace().settings.Countdown + 1));

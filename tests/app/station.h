@@ -1,9 +1,25 @@
 #pragma once
 
-#include "windows/frm_main.h"
 #include "app/orvel_application.h"
 #include "platform/jet/jet_engine.h"
 #include "tests/test_platform.h"
+#include "windows/card_panel.h"
+#include "windows/file_panel.h"
+#include "windows/frm_adv.h"
+#include "windows/frm_convert.h"
+#include "windows/frm_export.h"
+#include "windows/frm_import.h"
+#include "windows/frm_main.h"
+#include "windows/frm_preview.h"
+#include "windows/frm_setup.h"
+#include "windows/frm_splash.h"
+#include "windows/frm_station.h"
+#include "windows/grid_panel.h"
+#include "windows/playback_panel.h"
+#include "windows/processor_panel.h"
+#include "windows/recorder_panel.h"
+#include "windows/save_panel.h"
+#include "windows/step_panel.h"
 
 #include <QDir>
 #include <QProcess>
@@ -31,6 +47,8 @@ class Station : public testing::Test, protected TestPlatform<JetEngine> {
     void open(const QString &name);
     /// Selects the step with this number by its row.
     void select(int row) { window->panels().gridPanel->selectRow(row); }
+    /// Marks a step of the open playlist as done, or not.
+    void mark(int row, bool done);
     void click(QAbstractButton *button) { QTest::mouseClick(button, Qt::LeftButton); }
     /// Clicks the record button and lets the count-down pass.
     void beginRecording();
@@ -45,7 +63,9 @@ class Station : public testing::Test, protected TestPlatform<JetEngine> {
     [[nodiscard]] QByteArray content(const QString &relative) const;
     /// What a program prints; empty when it is not there.
     static QString output(const QString &program, const QStringList &arguments);
-    [[nodiscard]] bool imported(int row) const { return window->workplace().datList.value(row, ImportedColumn).toBool(); }
+    [[nodiscard]] bool imported(int row) const {
+        return window->workplace().datList.value(row, ImportedColumn).toBool();
+    }
 
     QTemporaryDir folder;
     std::unique_ptr<frmMain> window;

@@ -259,7 +259,7 @@ TEST_F(Transfer, APlaylistThatIsImportedOverTheOpenOneIsOpenedAnew) {
     click(import->cmdImport);
     EXPECT_EQ(window->workplace().datList.stepCount(), 150);
     EXPECT_EQ(window->panels().gridPanel->currentRow(), 2);
-    window->panels().gridPanel->setCurrentImported(true); // nobody is in the way
+    mark(window->panels().gridPanel->currentRow(), true); // nobody is in the way
 }
 
 } // namespace orvel

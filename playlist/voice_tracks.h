@@ -1,0 +1,29 @@
+#pragma once
+
+#include <QSet>
+#include <QString>
+#include <QStringList>
+
+namespace orvel {
+
+class FileSystem;
+class Playlist;
+struct Settings;
+
+/// Where the voice tracks of a playlist must be: which steps are marked as done while their MP3 is not where the
+/// play-out system finds it. The folder is listed once; one that gives no answer tells nothing about any step.
+class VoiceTracks {
+  public:
+    VoiceTracks(FileSystem &files, const Settings &settings) : files_(files), settings_(settings) {}
+
+    /// The folder of this station's voice tracks: the server's, or the finished folder.
+    [[nodiscard]] QString folder() const;
+    /// Rows of marked presentation steps without their MP3. Names are compared without regard to case.
+    [[nodiscard]] QSet<int> missing(const Playlist &playlist) const;
+
+  private:
+    FileSystem &files_;
+    const Settings &settings_;
+};
+
+} // namespace orvel

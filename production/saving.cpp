@@ -1,0 +1,132 @@
+#include "production/saving.h"
+
+#include "platform/file_system.h"
+#include "platform/platform.h"
+#include "platform/prompts.h"
+#include "playlist/completion.h"
+#include "recording/listening.h"
+#include "settings/settings.h"
+#include "station/ignore_errors.h"
+#include "station/places.h"
+
+#include <QCoreApplication>
+#include <QScopeGuard>
+
+#include <utility>
+
+namespace orvel {
+
+namespace {
+
+QString tr(const char *text) {
+    return QCoreApplication::translate("Saving", text);
+}
+
+} // namespace
+
+void Saving::cmdMultivoice_Click() {
+    isMultivoice_ = !isMultivoice_;
+    context_.changed();
+}
+
+template <class Action>
+void Saving::whileFiling(Action action) {
+    Offer offer = Offer::ByTake;
+    context_.session.filingBegan();
+    const auto ended = qScopeGuard([&] { context_.session.filingEnded(offer); });
+    offer = action();
+}
+
+void Saving::cmdSave_Click() {
+    context_.listening.interrupt();
+    // Window events run during the conversion: a second click must not file the take twice.
+    if (!context_.session.isIdle()) {
+        return;
+    }
+    whileFiling([this] {
+        const Take take = context_.session.currentTake();
+        const bool markBefore = context_.filing.mark(take);
+        return save(take, markBefore);
+    });
+}
+
+Saving::Offer Saving::save(const Take &take, bool markBefore) {
+    if (take.kind == Take::Kind::Recorder) {
+        return saveAs(take);
+    }
+    if (!context_.settings.UseProcessor) {
+        context_.filing.fileEncoded(take);
+        context_.completion.CheckLijst();
+        return Offer::Off;
+    }
+    if (isMultivoice_) {
+        if (!(take == versionsOf_ && hasVersions_)) {
+            markBefore_ = markBefore;
+            hasVersions_ = false;
+        }
+        versionsOf_ = take;
+        chosen_ = take;
+        context_.showStations();
+        return Offer::Stays;
+    }
+    if (!context_.platform.files.fileExists(context_.places.take(take.name()))) {
+        context_.tell(tr("Er is geen opname voor %1.").arg(take.name()));
+        return Offer::Stays;
+    }
+    if (context_.filing.file(take, markBefore) != Filing::Outcome::Filed) {
+        return Offer::Stays;
+    }
+    context_.completion.CheckLijst();
+    return Offer::ByTake;
+}
+
+Saving::Offer Saving::saveAs(const Take &take) {
+    if (!context_.platform.files.fileExists(context_.places.take(take.name()))) {
+        context_.tell(tr("Er is geen opname voor %1.").arg(take.name()));
+        return Offer::Stays;
+    }
+    const QString chosen = context_.platform.prompts.saveFileName(
+        QStringLiteral("Geef naam en locatie waarmee U het bestand wenst te bewaren"),
+        take.name() + QStringLiteral(".mp3"));
+    if (chosen.isEmpty()) {
+        return Offer::Off;
+    }
+    return context_.filing.saveAs(take, chosen) == Filing::Outcome::Filed ? Offer::Off : Offer::Stays;
+}
+
+bool Saving::ExternalSave(const QString &StationCode) {
+    if (!context_.session.isIdle()) {
+        context_.tell(tr("Deze opname kan nog niet bewaard worden."));
+        return false;
+    }
+    Take version = chosen_.value_or(context_.session.currentTake());
+    version.stationCode = StationCode;
+    whileFiling([&] { return saveVersion(version); });
+    return true;
+}
+
+Saving::Offer Saving::saveVersion(const Take &take) {
+    const Filing::Outcome outcome = context_.filing.file(take, hasVersions_ || markBefore_);
+    if (outcome == Filing::Outcome::AsBefore) {
+        return Offer::Stays;
+    }
+    hasVersions_ = hasVersions_ || outcome == Filing::Outcome::Filed;
+    if (!context_.platform.prompts.ask(QStringLiteral("Bent U klaar met deze inteksting ?"),
+                                       QStringLiteral("Multivoice inteksting"))) {
+        return Offer::Stays;
+    }
+    context_.completion.CheckLijst();
+    isMultivoice_ = false;
+    hasVersions_ = false;
+    context_.changed();
+    return Offer::ByTake;
+}
+
+void Saving::stationsClosed() {
+    if (chosen_ && !hasVersions_) {
+        ignoringErrors([&] { context_.filing.takeBackMark(*chosen_, markBefore_); });
+    }
+    chosen_.reset();
+}
+
+} // namespace orvel

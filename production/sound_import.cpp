@@ -1,0 +1,141 @@
+#include "production/sound_import.h"
+
+#include "platform/file_system.h"
+#include "platform/platform.h"
+#include "playlist/current_step.h"
+#include "playlist/field_values.h"
+#include "playlist/playlist.h"
+#include "playlist/step_types.h"
+#include "production/conversions.h"
+#include "production/transcode.h"
+#include "settings/settings.h"
+#include "station/ignore_errors.h"
+#include "station/paths.h"
+#include "station/places.h"
+
+#include <QCoreApplication>
+#include <QFileInfo>
+#include <QScopeGuard>
+
+#include <algorithm>
+
+namespace orvel {
+
+namespace {
+
+QString tr(const char *text) {
+    return QCoreApplication::translate("SoundImport", text);
+}
+
+bool isWav(const QString &file) {
+    return file.right(3).toUpper() == QStringLiteral("WAV");
+}
+
+} // namespace
+
+SoundImport::Job SoundImport::single(const QString &source) const {
+    const CurrentStep &step = context_.step;
+    return {
+        source, {Take::Kind::Playlist, {context_.playlist.fileName(), step.stap, step.VoiceTrackName}, {}}, step.row};
+}
+
+std::vector<SoundImport::Job> SoundImport::batch(const QString &folder, const QStringList &files) const {
+    const Playlist &playlist = context_.playlist;
+    std::vector<Job> jobs;
+    qsizetype next = 0;
+    for (int row = 0; row < playlist.stepCount(); ++row) {
+        if (toWholeNumber(playlist.value(row, TypeColumn)) == PresStep) {
+            const StepId step{playlist.fileName(), toWholeNumber(playlist.value(row, StapColumn)),
+                              toText(playlist.value(row, AtrackColumn))};
+            jobs.push_back({inFolder(folder, files.at(next)), {Take::Kind::Playlist, step, {}}, row});
+            next = std::min(next + 1, files.size() - 1);
+        }
+    }
+    return jobs;
+}
+
+QString SoundImport::partPath(const Job &job) const {
+    return context_.places.filed(job.take.name()) + QStringLiteral(".part%1").arg(job.row);
+}
+
+bool SoundImport::run(const std::vector<Job> &jobs) {
+    lastRow_ = -1;
+    // A name that cannot be a file's stops everything before anything is done.
+    for (const Job &job : jobs) {
+        static_cast<void>(partPath(job));
+    }
+    // However this ends, no part of a voice track stays behind.
+    const auto cleared = qScopeGuard([&] {
+        for (const Job &job : jobs) {
+            ignoringErrors([&] {
+                if (context_.platform.files.fileExists(partPath(job))) {
+                    context_.platform.files.remove(partPath(job));
+                }
+            });
+        }
+    });
+    std::vector<bool> converted(jobs.size(), true);
+    if (!ConvertFiles(jobs, converted)) {
+        return false;
+    }
+    for (std::size_t i = 0; i < jobs.size(); ++i) {
+        lastRow_ = jobs[i].row;
+        if (!fileOne(jobs[i], converted[i])) {
+            return false;
+        }
+    }
+    return true;
+}
+
+bool SoundImport::ConvertFiles(const std::vector<Job> &jobs, std::vector<bool> &converted) {
+    Conversions conversions(context_.platform.audioFiles,
+                            mp3Format(context_.settings.BitRate, context_.settings.FreeFormat));
+    std::vector<std::size_t> places;
+    for (std::size_t i = 0; i < jobs.size(); ++i) {
+        if (isWav(jobs[i].source)) {
+            conversions.add(jobs[i].source, partPath(jobs[i]));
+            places.push_back(i);
+        }
+    }
+    const int total = static_cast<int>(conversions.count());
+    if (total == 0) {
+        return true;
+    }
+    bool goesOn = true;
+    conversions.run([&](int done, int percent) {
+        goesOn = context_.progress(percent, tr("bestand %1 van %2").arg(std::min(done + 1, total)).arg(total));
+        return goesOn;
+    });
+    for (std::size_t number = 0; number < places.size(); ++number) {
+        converted[places[number]] = conversions.isConverted(number);
+    }
+    return goesOn;
+}
+
+bool SoundImport::fileOne(const Job &job, bool converted) {
+    context_.step.VoiceTrackName = job.take.name();
+    if (!isWav(job.source) && !copyMp3(job)) {
+        return false; // the step keeps the mark and the voice track that it had
+    }
+    if (converted) {
+        context_.filing.place(partPath(job), job.take);
+    } else {
+        // A voice track that stands there already is better than none.
+        context_.failed(tr("%1 kon niet worden omgezet voor stap %2 (%3).")
+                            .arg(QFileInfo(job.source).fileName())
+                            .arg(job.row + 1)
+                            .arg(job.take.name()));
+    }
+    context_.marks.mark(job.take.step, true);
+    return true;
+}
+
+/// With progress, as a file on a slow stick may be large.
+bool SoundImport::copyMp3(const Job &job) {
+    return context_.platform.files.copy(job.source, partPath(job), [&](qint64 done, qint64 total) {
+        return context_.progress(static_cast<int>(done * 100 / std::max<qint64>(total, 1)),
+                                 QFileInfo(job.source).fileName());
+    });
+}
+
+} // namespace orvel

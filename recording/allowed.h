@@ -1,0 +1,51 @@
+#pragma once
+
+namespace orvel {
+
+/// What the desk is doing. A take that was recorded and not filed is no state of the desk but of its step (TakeFacts).
+enum class SessionState {
+    Idle,
+    CountingDown,
+    Recording,
+    Processing, ///< from the stop until the take is ready
+    Listening,  ///< to a take
+    Filing      ///< marking, encoding, filing, or asking for the next version
+};
+
+/// What the program was started for.
+struct DeskMode {
+    bool recorderOnly = false; ///< the plain recorder
+    bool hasStations = false;  ///< there is a station list
+};
+
+/// What the selected step has.
+struct StepFacts {
+    bool hasFile = false; ///< a take name
+};
+
+/// What there is of the selected step's take.
+struct TakeFacts {
+    bool canListen = false; ///< to a take or to its voice track
+    bool canSave = false;   ///< it was recorded and is not filed
+
+    bool operator==(const TakeFacts &) const = default;
+};
+
+/// What of the main window is enabled.
+struct Allowed {
+    bool cmdRec = false;
+    bool cmdPlay = false;
+    bool cmdSave = false;
+    bool cmdImport = false;
+    bool cmdMultivoice = false;
+    bool lists = false; ///< tabFiles with its delete buttons
+    bool dbgLijst = false;
+    bool playlistTools = false; ///< print, import and export of playlists
+
+    bool operator==(const Allowed &) const = default;
+};
+
+/// The whole of it: whatever the window enables follows from these four.
+Allowed allowed(SessionState state, const DeskMode &mode, const StepFacts &step, const TakeFacts &take);
+
+} // namespace orvel

@@ -1,0 +1,73 @@
+#include "recording/listening.h"
+
+#include "platform/audio.h"
+#include "platform/file_system.h"
+#include "platform/guarded.h"
+#include "platform/platform.h"
+#include "playlist/playlist.h"
+#include "recording/take_session.h"
+#include "settings/settings.h"
+#include "station/places.h"
+
+namespace orvel {
+
+Listening::Listening(ListeningContext context)
+    : context_(std::move(context)), player_(context_.platform.sound.makePlayer()),
+      tmrPlay(context_.platform.timers.create(10, MissedTicks::Drop, [this] { tmrPlay_Timer(); })),
+      tmrLevels_(context_.platform.timers.create(40, MissedTicks::Drop, [this] {
+          const StereoPeaks peaks = player_->peaks();
+          context_.levels(peaks.left, peaks.right);
+      })) {
+    player_->setEndHandler([this] { guarded([this] { interrupt(); }); });
+}
+
+QString Listening::caption() const {
+    return context_.session.state() == SessionState::Listening ? QStringLiteral("Stop Weergave")
+                                                               : QStringLiteral("Beluister Opname");
+}
+
+void Listening::cmdPlay_Click() {
+    if (!context_.step.StepSelected && !context_.session.mode.recorderOnly) {
+        return;
+    }
+    if (player_->state() == WavePlayer::playing) {
+        backToIdle();
+        return;
+    }
+    const QString path = takeToPlay();
+    if (!context_.platform.files.fileExists(path)) {
+        return;
+    }
+    player_->setFileName(path);
+    player_->start();
+    tmrPlay->setEnabled(true);
+    tmrLevels_->setEnabled(true);
+    context_.session.listeningBegan();
+}
+
+QString Listening::takeToPlay() const {
+    const CurrentStep &step = context_.step;
+    const bool isDone =
+        context_.playlist.isOpen() && step.row >= 0 && context_.playlist.value(step.row, ImportedColumn).toBool();
+    if (!isDone) {
+        return context_.places.take(step.VoiceTrackName);
+    }
+    return context_.settings.ServerMode ? Places::filedOnServer(context_.settings.VoicetrackPath, step.VoiceTrackName)
+                                        : context_.places.filed(step.VoiceTrackName);
+}
+
+void Listening::backToIdle() {
+    player_->stop();
+    player_->close();
+    stopClock();
+    tmrLevels_->setEnabled(false);
+    context_.session.listeningEnded();
+}
+
+void Listening::interrupt() {
+    if (context_.session.state() == SessionState::Listening) {
+        backToIdle();
+    }
+}
+
+} // namespace orvel

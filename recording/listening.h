@@ -1,0 +1,64 @@
+#pragma once
+
+#include "platform/timers.h"
+#include "platform/wave_player.h"
+
+#include <QString>
+
+#include <functional>
+#include <memory>
+
+namespace orvel {
+
+class Places;
+class Playlist;
+class TakeSession;
+struct CurrentStep;
+struct Platform;
+struct Settings;
+
+/// What listening to a take needs of the rest of the program; all of it outlives it.
+struct ListeningContext {
+    Platform &platform;
+    const Settings &settings;
+    const Playlist &playlist;
+    const CurrentStep &step;
+    const Places &places;
+    TakeSession &session;
+    /// A hundred times a second while something plays.
+    std::function<void()> ticked;
+    /// Highest samples since the last look, 0..1.
+    std::function<void(float left, float right)> levels;
+};
+
+/// Plays the selected step's take: the recorded file, or the filed voice track of a step that is done.
+class Listening {
+  public:
+    explicit Listening(ListeningContext context);
+
+    /// The card, the buffers and the callback mode of the settings.
+    void setOutput(const PlayerSettings &output) { player_->setOutput(output); }
+    /// Caption of cmdPlay: "Beluister Opname", or "Stop Weergave" while a take plays.
+    [[nodiscard]] QString caption() const;
+    /// Starts or stops. Throws what the player throws.
+    void cmdPlay_Click();
+    void tmrPlay_Timer() { context_.ticked(); }
+    /// Ends listening, when something else begins that needs the take.
+    void interrupt();
+    /// The clock that shows the position stands still.
+    void stopClock() { tmrPlay->setEnabled(false); }
+
+    /// Milliseconds from the start.
+    [[nodiscard]] std::int32_t position() const { return player_->position(); }
+
+  private:
+    [[nodiscard]] QString takeToPlay() const;
+    void backToIdle();
+
+    ListeningContext context_;
+    std::unique_ptr<WavePlayer> player_;
+    std::unique_ptr<Timer> tmrPlay;
+    std::unique_ptr<Timer> tmrLevels_;
+};
+
+} // namespace orvel

@@ -1,0 +1,65 @@
+#pragma once
+
+#include "recording/take.h"
+#include "station/journal.h"
+
+#include <QHash>
+#include <QString>
+
+#include <memory>
+#include <optional>
+
+namespace orvel {
+
+class FileLock;
+class FileSystem;
+class Recovery;
+
+/// The takes that were recorded and are not filed, with what the journal says of them: whose each one is, whatever is
+/// selected, also after a restart.
+class TakeStore {
+  public:
+    /// holder: whom another program finds as the holder of a take's name.
+    TakeStore(FileSystem &files, const Places &places, Journal &journal, Recovery &recovery, QByteArray holder)
+        : files_(files), places_(places), journal_(journal), recovery_(recovery), holder_(std::move(holder)) {}
+    ~TakeStore();
+    TakeStore(const TakeStore &) = delete;
+    TakeStore &operator=(const TakeStore &) = delete;
+    TakeStore(TakeStore &&) = delete;
+    TakeStore &operator=(TakeStore &&) = delete;
+
+    /// Keeps other programs on this station from using a name, until the take is filed. False when one of them does so
+    /// already. Throws BadFileName.
+    [[nodiscard]] bool reserve(const QString &name);
+    /// Whether there is a take of exactly this step, with something in it.
+    [[nodiscard]] bool isKept(const Take &take) const;
+
+    /// Before the recorder starts: an earlier take of that name goes to recovery. Throws what the disk throws; the
+    /// earlier one is then where it was.
+    void begin(const Take &take);
+    /// The recording is complete.
+    void keep(const Take &take);
+    /// Nothing was recorded: what is left of it goes, the earlier take comes back.
+    void abandon(const Take &take);
+    /// It was filed, or is gone.
+    void forget(const QString &name);
+
+  private:
+    struct Earlier {
+        QString moved; ///< in recovery
+        std::optional<JournalEntry> entry;
+    };
+
+    [[nodiscard]] static JournalEntry entryOf(const Take &take, JournalEntry::Phase phase);
+    [[nodiscard]] bool hasSound(const QString &wav) const;
+
+    FileSystem &files_;
+    const Places &places_;
+    Journal &journal_;
+    Recovery &recovery_;
+    QByteArray holder_;
+    QHash<QString, std::shared_ptr<FileLock>> locks_;
+    Earlier earlier_;
+};
+
+} // namespace orvel

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <QString>
+
+namespace orvel {
+
+/// Where everything of a station lies: every folder and every file name, as pure functions. Names of takes come from a
+/// database or the presenter; one that would leave its folder throws BadFileName. Voice tracks may lie on a server.
+class Places {
+  public:
+    /// programFolder: without a separator at its end.
+    explicit Places(QString programFolder) : programFolder_(std::move(programFolder)) {}
+
+    [[nodiscard]] const QString &programFolder() const { return programFolder_; }
+    [[nodiscard]] QString newFolder() const; ///< playlists to do
+    [[nodiscard]] QString okFolder() const;  ///< finished playlists and filed voice tracks
+    [[nodiscard]] QString tempFolder() const;
+    [[nodiscard]] QString temp2Folder() const;
+    [[nodiscard]] QString recoveryFolder() const;
+    [[nodiscard]] QString settingsFile() const;
+    [[nodiscard]] QString stationList() const;
+    [[nodiscard]] QString reportTemplate() const;
+    [[nodiscard]] QString lockFile() const;
+
+    [[nodiscard]] QString take(const QString &name) const;    ///< as recorded and processed
+    [[nodiscard]] QString encoded(const QString &name) const; ///< on its way to be filed
+    [[nodiscard]] QString journalEntry(const QString &name) const;
+    [[nodiscard]] QString takeLock(const QString &name) const;
+    [[nodiscard]] QString stageOutput(const QString &name) const;
+    [[nodiscard]] QString rawTake(const QString &name) const; ///< as it was before processing
+    [[nodiscard]] QString filed(const QString &name) const;
+    [[nodiscard]] static QString filedOnServer(const QString &VoicetrackPath, const QString &name);
+
+    [[nodiscard]] static QString tracks(const QString &Databasepath);
+    [[nodiscard]] static QString jingles(const QString &Databasepath);
+
+  private:
+    QString programFolder_;
+};
+
+} // namespace orvel
