@@ -118,6 +118,7 @@ Saving::Offer Saving::saveVersion(const Take &take) {
     context_.completion.CheckLijst();
     isMultivoice_ = false;
     hasVersions_ = false;
+    chosen_.reset();
     context_.changed();
     return Offer::ByTake;
 }

@@ -80,7 +80,7 @@ std::optional<JournalEntry> Journal::entry(const QString &name) const {
 
 std::vector<JournalEntry> Journal::entries() const {
     QStringList names;
-    ignoringErrors([&] { names = files_.list(places_.tempFolder(), u'*' + extension); });
+    ignoringErrors([&] { names = files_.list(places_.journalFolder(), u'*' + extension); });
     std::vector<JournalEntry> all;
     for (const QString &name : std::as_const(names)) {
         if (auto found = entry(name.chopped(extension.size()))) {

@@ -30,7 +30,7 @@ struct JournalEntry {
     bool operator==(const JournalEntry &) const = default;
 };
 
-/// One small file a take ("\temp\" + name + ".take", JSON), written as one step and synced, so that whatever ends the
+/// One small file a take ("\journal\" + name + ".take", JSON), written as one step and synced, so that whatever ends the
 /// program leaves a true account. Entries that cannot be read are passed over.
 class Journal {
   public:

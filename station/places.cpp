@@ -9,6 +9,7 @@ namespace {
 const QString wav = QStringLiteral(".wav");
 const QString mp3 = QStringLiteral(".mp3");
 const QString temp = QStringLiteral("\\temp\\");
+const QString journal = QStringLiteral("\\journal\\");
 const QString temp2 = QStringLiteral("\\temp2\\");
 
 } // namespace
@@ -31,6 +32,10 @@ QString Places::temp2Folder() const {
 
 QString Places::recoveryFolder() const {
     return joined(programFolder_, QStringLiteral("\\herstel"));
+}
+
+QString Places::journalFolder() const {
+    return joined(programFolder_, QStringLiteral("\\journal"));
 }
 
 QString Places::settingsFile() const {
@@ -58,11 +63,11 @@ QString Places::encoded(const QString &name) const {
 }
 
 QString Places::journalEntry(const QString &name) const {
-    return takeFile(programFolder_, temp, name, QStringLiteral(".take"));
+    return takeFile(programFolder_, journal, name, QStringLiteral(".take"));
 }
 
 QString Places::takeLock(const QString &name) const {
-    return takeFile(programFolder_, temp, name, QStringLiteral(".slot"));
+    return takeFile(programFolder_, journal, name, QStringLiteral(".slot"));
 }
 
 QString Places::stageOutput(const QString &name) const {

@@ -17,6 +17,7 @@ class Places {
     [[nodiscard]] QString tempFolder() const;
     [[nodiscard]] QString temp2Folder() const;
     [[nodiscard]] QString recoveryFolder() const;
+    [[nodiscard]] QString journalFolder() const;
     [[nodiscard]] QString settingsFile() const;
     [[nodiscard]] QString stationList() const;
     [[nodiscard]] QString reportTemplate() const;

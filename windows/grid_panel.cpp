@@ -4,6 +4,7 @@
 #include "windows/on.h"
 
 #include <QHeaderView>
+#include <QScopeGuard>
 #include <QVBoxLayout>
 
 namespace orvel {
@@ -108,10 +109,10 @@ void GridPanel::currentRowChanged() {
     // Two handlers: what one of them cannot do must not keep the other from its work.
     guarded([this] { dbgLijst_SelChange(); });
     guarded([this] { dbgLijst_RowColChange(); });
-    Q_EMIT stepSelected();
 }
 
 void GridPanel::dbgLijst_RowColChange() {
+    const auto told = qScopeGuard([this] { Q_EMIT stepSelected(); });
     showTimes(playlist_, currentRow(), step_);
 }
 

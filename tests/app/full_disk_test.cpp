@@ -82,12 +82,11 @@ TEST_F(FullDisk, AConversionThatFindsNoRoomIsSilentAndTheTakeIsSafe) {
     openDemo(serverSettings());
     record(2000);
     click(window->panels().savePanel->cmdSave);
-    EXPECT_TRUE(filesIn(QStringLiteral("temp")).isEmpty());
     EXPECT_TRUE(filesIn(QStringLiteral("server")).isEmpty());
-    const QStringList kept = filesIn(QStringLiteral("herstel")).filter(QStringLiteral(".wav"));
+    const QStringList kept = filesIn(QStringLiteral("temp"));
     ASSERT_EQ(kept.size(), 1);
-    EXPECT_NEAR(seconds(QStringLiteral("herstel/") + kept.first()), 2.0, 0.01);
-    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("herstel")));
+    EXPECT_NEAR(seconds(QStringLiteral("temp/") + kept.first()), 2.0, 0.01);
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("blijft klaarstaan")));
 }
 
 TEST_F(FullDisk, AServerWithoutRoomIsToldAndTheTakeIsSafe) {

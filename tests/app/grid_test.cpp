@@ -84,7 +84,8 @@ TEST_F(Station, AnotherStepHidesTheTimesAndLeavesTheListenButtonAsItWas) {
     // The first step has no outro before it.
     EXPECT_EQ(window->workplace().step.PrevOutroMs, 0);
     EXPECT_EQ(window->workplace().step.TalkTotalMs, window->workplace().datList.intro(2));
-    window->panels().playbackPanel->cmdPlay->setEnabled(true);
+    mark(0, true);
+    window->panels().gridPanel->dbgLijst_RowColChange();
     select(1);
     EXPECT_FALSE(window->panels().stepPanel->lblIntro->isVisible());
     EXPECT_EQ(window->panels().stepPanel->barRec->value(), 0);

@@ -260,6 +260,7 @@ TEST_F(Multivoice, TheModeSurvivesAnotherStepAndClosingTheChooserLeavesTheTake) 
     save();
     chooser()->close();
     EXPECT_TRUE(window->panels().savePanel->cmdSave->isEnabled());
+    EXPECT_FALSE(imported(row)) << "nothing was filed";
     EXPECT_TRUE(exists(QStringLiteral("temp/") + name + QStringLiteral(".wav")));
     select(0);
     EXPECT_TRUE(isOn());
@@ -270,9 +271,13 @@ TEST_F(Multivoice, AConversionThatFailsKeepsTheTake) {
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
     record(300);
     audioFiles.faults.create = true;
-    saveFor(QStringLiteral("999"), false);
-    EXPECT_EQ(filesIn(QStringLiteral("herstel")).filter(QStringLiteral(".wav")).size(), 1);
-    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("herstel")));
+    save();
+    chooser()->cobStation->setCurrentIndex(0);
+    click(chooser()->cmdSave);
+    EXPECT_TRUE(exists(QStringLiteral("temp/") + name + QStringLiteral(".wav")));
+    EXPECT_FALSE(imported(row));
+    EXPECT_TRUE(window->panels().savePanel->cmdSave->isEnabled());
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("blijft klaarstaan")));
 }
 
 TEST_F(Multivoice, TheChooserStaysWhileItsVersionIsConverted) {

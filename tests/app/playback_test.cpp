@@ -73,6 +73,7 @@ TEST_F(Playing, TheButtonsPicturesAreMadeOnce) {
     QSet<qint64> recording;
     for (int cycle = 0; cycle < 4; ++cycle) {
         beginRecording();
+        sound.deliver(4410);
         recording << window->panels().recorderPanel->cmdRec->icon().cacheKey();
         click(window->panels().recorderPanel->cmdRec);
         recording << window->panels().recorderPanel->cmdRec->icon().cacheKey();
@@ -155,9 +156,10 @@ TEST_F(Playing, AnEndThatComesLateChangesNothing) {
     record(1000);
     click(play());
     click(play());
-    window->panels().savePanel->cmdSave->setEnabled(false);
+    const TakeFacts before = window->workplace().session.facts();
     window->workplace().listening.interrupt();
-    EXPECT_FALSE(window->panels().savePanel->cmdSave->isEnabled());
+    EXPECT_EQ(window->workplace().session.facts(), before);
+    EXPECT_EQ(play()->text(), listen);
 }
 
 TEST_F(Playing, InRecorderModeTheLastNameIsPlayedWhateverTheGridShows) {
@@ -201,17 +203,17 @@ TEST_F(Playing, TheMetersShowBothChannelsOfWhatIsPlayed) {
     EXPECT_NEAR(window->panels().meterPanel->levRight->levelDb(), -20.0, 0.1);
 }
 
-TEST_F(Playing, ANewTakeEndsListening) {
+TEST_F(Playing, WhileATakePlaysNothingRecords) {
     openDemo();
     record(1000);
     click(play());
-    // The grid enables the button when a step is selected, also while a take is played.
-    window->panels().recorderPanel->cmdRec->setEnabled(true);
-    click(window->panels().recorderPanel->cmdRec);
-    EXPECT_NE(player().state(), WavePlayer::playing);
-    EXPECT_EQ(play()->text(), listen);
-    EXPECT_FALSE(play()->isEnabled());
-    EXPECT_FALSE(window->panels().savePanel->cmdSave->isEnabled());
+    EXPECT_FALSE(window->panels().recorderPanel->cmdRec->isEnabled());
+    select(row + 1);
+    select(row);
+    EXPECT_FALSE(window->panels().recorderPanel->cmdRec->isEnabled()) << "also when a step is selected meanwhile";
+    window->workplace().session.cmdRec_Click();
+    EXPECT_FALSE(window->workplace().session.countsDown());
+    EXPECT_EQ(player().state(), WavePlayer::playing);
 }
 
 TEST_F(Playing, ThePlayerGetsTheDeviceSettings) {

@@ -40,6 +40,11 @@ class SavingTakes : public Station {
         for (int step = 0; step < window->workplace().datList.stepCount(); ++step) {
             if (step != openRow) {
                 mark(step, true);
+                const QString track = window->workplace().datList.value(step, AtrackColumn).toString();
+                const Settings &settings = window->workplace().settings;
+                disk.write((settings.ServerMode ? settings.VoicetrackPath : settings.OkPath) + u'/' + track +
+                               QStringLiteral(".mp3"),
+                           "klank");
             }
         }
     }
@@ -203,8 +208,9 @@ TEST_F(SavingTakes, AFailedConversionOnAServerIsSilentAndTheTakeIsSafe) {
     audioFiles.faults.create = true;
     save();
     EXPECT_TRUE(filesIn(QStringLiteral("server")).isEmpty());
-    ASSERT_EQ(keptTakes().size(), 1);
-    EXPECT_EQ(content(QStringLiteral("herstel/") + keptTakes().first()), take);
+    EXPECT_EQ(content(QStringLiteral("temp/") + name + QStringLiteral(".wav")), take);
+    EXPECT_FALSE(imported(row)) << "nothing was filed";
+    EXPECT_TRUE(canSave());
     EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("kon niet worden omgezet")));
     EXPECT_FALSE(window->panels().savePanel->barProgress->isVisible());
 }
@@ -215,17 +221,19 @@ TEST_F(SavingTakes, AFullDiskWhileEncodingLeavesNoHalfFileAndTheTakeIsSafe) {
     record(5000);
     audioFiles.faults.write = 1;
     save();
-    EXPECT_TRUE(filesIn(QStringLiteral("temp")).isEmpty());
+    EXPECT_EQ(filesIn(QStringLiteral("temp")), QStringList{name + QStringLiteral(".wav")});
     EXPECT_TRUE(filesIn(QStringLiteral("server")).isEmpty());
-    EXPECT_EQ(keptTakes().size(), 1);
 }
 
 TEST_F(SavingTakes, AWriterWithoutAFormatConvertsNothing) {
     openDemo(QStringLiteral("[Audio]\nBitRate=7"));
     record(200);
-    prompts.expectReport(QStringLiteral("Fout 53 tijdens de uitvoering:"));
+    prompts.expectReport(
+        QStringLiteral("Fout 53 tijdens de uitvoering:\n\nHet bestand is niet gevonden: De opname blijft "
+                       "klaarstaan"));
     save();
-    EXPECT_EQ(keptTakes().size(), 1);
+    EXPECT_EQ(filesIn(QStringLiteral("temp")), QStringList{name + QStringLiteral(".wav")});
+    EXPECT_FALSE(imported(row)) << "a step without a voice track is not done";
 }
 
 TEST_F(SavingTakes, AMissingFinishedFolderEndsTheProgramWithAReport) {
@@ -235,8 +243,8 @@ TEST_F(SavingTakes, AMissingFinishedFolderEndsTheProgramWithAReport) {
     prompts.expectReport(QStringLiteral("Fout 76 tijdens de uitvoering:"));
     save();
     EXPECT_EQ(static_cast<OrvelApplication *>(QCoreApplication::instance())->exitCode(), 1);
-    EXPECT_EQ(keptTakes().size(), 1);
-    EXPECT_TRUE(exists(QStringLiteral("temp/") + name + QStringLiteral(".mp3")));
+    EXPECT_EQ(filesIn(QStringLiteral("temp")), QStringList{name + QStringLiteral(".wav")});
+    EXPECT_FALSE(imported(row));
 }
 
 TEST_F(SavingTakes, AnExistingVoiceTrackIsOverwrittenWithoutAQuestion) {
@@ -248,11 +256,27 @@ TEST_F(SavingTakes, AnExistingVoiceTrackIsOverwrittenWithoutAQuestion) {
     EXPECT_GT(content(file).size(), 1000);
 }
 
-TEST_F(SavingTakes, ATakeWithoutSamplesIsConvertedAtOnce) {
+TEST_F(SavingTakes, AFileWithoutSamplesIsConvertedAtOnce) {
     openDemo();
+    const auto empty = realAudioFiles.wavWriter();
+    empty->create(path(QStringLiteral("leeg.wav")), 44100);
+    empty->close();
+    EXPECT_TRUE(
+        window->workplace().filing.TranscodeToMp3(path(QStringLiteral("leeg.wav")), path(QStringLiteral("leeg.mp3"))));
+}
+
+TEST_F(SavingTakes, NothingRecordedIsNoTake) {
+    // A card that brought nothing left an empty file, which was filed as "is bewaard".
+    openDemo();
+    record(500);
+    const QByteArray before = content(QStringLiteral("temp/") + name + QStringLiteral(".wav"));
     record(0);
-    save();
-    EXPECT_TRUE(exists(QStringLiteral("ok/") + name + QStringLiteral(".mp3")));
+    EXPECT_EQ(content(QStringLiteral("temp/") + name + QStringLiteral(".wav")), before) << "the earlier take is back";
+    EXPECT_TRUE(canSave());
+    QFile::remove(path(QStringLiteral("temp/") + name + QStringLiteral(".wav")));
+    record(0);
+    EXPECT_FALSE(canSave());
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("niets opgenomen")));
 }
 
 TEST_F(SavingTakes, TheLastStepOffersToMoveThePlaylist) {
