@@ -82,6 +82,7 @@ void frmMain::makePanels() {
     on(panels_.playbackPanel, &PlaybackPanel::levelsChanged, panels_.meterPanel, &MeterPanel::setLevels);
     on(panels_.savePanel->cmdImport, &QPushButton::clicked, this, &frmMain::showConvert);
     on(panels_.gridPanel, &GridPanel::previewWanted, this, &frmMain::showPreview);
+    on(&panels_.gridPanel->steps(), &StepsModel::unreadable, this, &frmMain::tell);
 }
 
 bool frmMain::Form_Load() {

@@ -96,7 +96,7 @@ TEST_P(ReadableFixtures, TheGridShowsWhatAnIndependentReaderSeesAndNothingIsChan
     ASSERT_FALSE(rows.empty());
     for (int row = 0; row < window->workplace().datList.stepCount(); ++row) {
         for (int column = 0; column < StepColumnCount; ++column) {
-            const QString field = stepFieldName(column).toLower();
+            const QString field = QString::fromLatin1(stepField(column).name).toLower();
             EXPECT_EQ(described(window->workplace().datList.value(row, column)),
                       rows.at(static_cast<std::size_t>(row))[field])
                 << row << ' ' << field.toStdString();
@@ -232,7 +232,7 @@ TEST_F(Fixtures, MovedAndDeletedRowsKeepTheirPlaceWhenTheyAreMarked) {
         ASSERT_EQ(window->workplace().datList.stepCount(), static_cast<int>(rows.size())) << fixture;
         for (int row = 0; row <= last; ++row) {
             for (int column = 0; column < StepColumnCount; ++column) {
-                const QString field = stepFieldName(column).toLower();
+                const QString field = QString::fromLatin1(stepField(column).name).toLower();
                 EXPECT_EQ(described(window->workplace().datList.value(row, column)),
                           rows.at(static_cast<std::size_t>(row))[field])
                     << fixture << ' ' << row << ' ' << field.toStdString();

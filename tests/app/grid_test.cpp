@@ -258,6 +258,40 @@ TEST_F(Station, StepTypesHaveTheStationsColours) {
     }
 }
 
+// A damaged title gave seven error boxes in five repaints: the grid asks again with every one of them.
+TEST_F(Station, AValueThatCannotBeReadIsAnEmptyCellAndToldOnce) {
+    addPlaylist(demo);
+    const QString file = path(QStringLiteral("new/")) + demo;
+    QByteArray damaged = disk.read(file);
+    constexpr qsizetype lengthOfATitle = 205034;
+    ASSERT_EQ(damaged.at(lengthOfATitle), '\x0E');
+    damaged[lengthOfATitle] = '\x84';
+    disk.write(file, damaged);
+    ASSERT_TRUE(start());
+    open(demo);
+    QTableView &grid = *window->panels().gridPanel->dbgLijst;
+    const StepsModel &steps = window->panels().gridPanel->steps();
+    int empty = 0;
+    for (int row = 0; row < steps.rowCount(); ++row) {
+        const QModelIndex title = steps.index(row, 4);
+        const QString reason = title.data(Qt::ToolTipRole).toString();
+        EXPECT_EQ(title.data().toString().isEmpty(), !reason.isEmpty()) << row;
+        empty += reason.isEmpty() ? 0 : 1;
+    }
+    EXPECT_EQ(empty, 1);
+    const QString told = window->panels().lblStatus->text();
+    EXPECT_TRUE(told.startsWith(QStringLiteral("Niet alles in deze playlist is leesbaar, "))) << told.toStdString();
+    window->panels().lblStatus->clear();
+    for (int repaint = 0; repaint < 5; ++repaint) {
+        grid.scrollTo(steps.index(repaint, StapColumn));
+        grid.viewport()->repaint();
+    }
+    EXPECT_EQ(window->panels().lblStatus->text(), QString()) << "told once";
+    EXPECT_EQ(prompts.open(), 0U) << "no box";
+    open(demo);
+    EXPECT_EQ(window->panels().lblStatus->text(), told) << "a playlist that is opened again";
+}
+
 TEST_F(Station, ChangingTheTabRefreshesBothLists) {
     ASSERT_TRUE(start());
     addPlaylist(demo, QStringLiteral("É'n \"naam\" met spaties.MDB"));

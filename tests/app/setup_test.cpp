@@ -232,6 +232,22 @@ TEST_F(Setup, EveryColourButtonPaintsItsPanelAndTheGridAtOnce) {
     }
 }
 
+// A colour that was chosen while a playlist was open took the selected row away: the take was filed and its step never
+// marked.
+TEST_F(Setup, AChosenColourKeepsTheSelectedStep) {
+    addPlaylist(QStringLiteral("type-codes.mdb"));
+    openSetup();
+    open(QStringLiteral("type-codes.mdb"));
+    select(2);
+    const QString name = window->workplace().step.VoiceTrackName;
+    prompts.expectColour(77);
+    setup->findChild<QPushButton *>(QStringLiteral("cmdMuzBack"))->click();
+    EXPECT_EQ(window->panels().gridPanel->currentRow(), 2);
+    EXPECT_EQ(window->workplace().step.VoiceTrackName, name);
+    window->panels().gridPanel->setCurrentImported(true);
+    EXPECT_TRUE(imported(2));
+}
+
 TEST_F(Setup, ACancelledColourChangesNothing) {
     openSetup();
     prompts.expectColour(std::nullopt);
