@@ -71,8 +71,8 @@ void frmMain::makePanels() {
     panels_.meterPanel = new MeterPanel(this);
     panels_.processorPanel = new ProcessorPanel(this);
     chain_ = std::make_unique<ProcessingChain>(
-        ProcessingContext{platform_, programFolder_, *panels_.processorPanel, workplace_.recovery,
-                          [this](bool visible) { showProcess(visible); }, tellIt});
+        ProcessingContext{platform_, programFolder_, [this] { return panels_.processorPanel->settings(); },
+                          workplace_.recovery, [this](bool visible) { showProcess(visible); }, tellIt});
     on(panels_.cardPanel, &CardPanel::advancedWanted, this, &frmMain::showAdvanced);
     // Listening ends first: it enables what the count-down disables.
     on(panels_.recorderPanel, &RecorderPanel::takeReady, panels_.playbackPanel, &PlaybackPanel::interrupt);

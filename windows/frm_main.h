@@ -135,7 +135,7 @@ class frmMain : public QMainWindow {
     std::unique_ptr<frmSetup> setup_;
     QPointer<frmStation> station_; ///< made anew for every version of a multivoice take
     std::unique_ptr<Completion> completion_;
-    ProcessorSettings processorSettings_;
+    ProcessorSettings processorSettings_ = processorKeys();
 };
 
 } // namespace orvel

@@ -2,6 +2,8 @@
 #include "platform/audio.h"
 #include "windows/frm_main.h"
 
+#include <QGuiApplication>
+
 namespace orvel {
 
 namespace {
@@ -118,6 +120,11 @@ void frmMain::showConvert() {
 }
 
 void frmMain::showProcess(bool visible) const {
+    if (visible) {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    } else {
+        QGuiApplication::restoreOverrideCursor();
+    }
     panels_.recorderPanel->lblProcess->setVisible(visible);
     // The window does nothing else until the take is processed.
     panels_.recorderPanel->repaint();
