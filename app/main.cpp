@@ -10,6 +10,7 @@
 #include "platform/qt/qt_prompts.h"
 #include "platform/qt/qt_report_viewer.h"
 #include "platform/qt/qt_timers.h"
+#include "platform/qt/quit_signals.h"
 #include "platform/sdl/sdl_joystick.h"
 #include "station/paths.h"
 #include "widgets/theme.h"
@@ -45,6 +46,9 @@ int Main(OrvelApplication &application) {
 
     frmMain window(platform, programFolder(), commandLine());
     window.setSplash(&splash);
+    const QuitSignals quitSignals([&window] { window.endSession(); });
+    QObject::connect(&application, &QGuiApplication::commitDataRequest, &window,
+                     [&window] { guarded([&window] { window.StopAudio(); }); });
     QObject::connect(&window, &frmMain::ended, &application, &QCoreApplication::quit);
     window.show();
     bool goesOn = false;

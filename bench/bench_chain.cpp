@@ -16,7 +16,7 @@
 #include "platform/qt/disk_file_system.h"
 #include "production/processing_chain.h"
 
-#include <QApplication>
+#include <QCoreApplication>
 #include <QDir>
 #include <QTemporaryDir>
 
@@ -49,18 +49,18 @@ class Station {
         for (const char *name : {"temp", "temp2"}) {
             QDir(folder_).mkdir(QString::fromLatin1(name));
         }
-        for (QCheckBox *check : {panel_.chkAmp, panel_.chkNorm, panel_.chkComp, panel_.chkReverb, panel_.chkTrim}) {
-            check->setChecked(true);
+        for (const char *key : {"UseAmp", "UseNorm", "UseComp", "UseReverb", "UseTrim"}) {
+            settings_.set(key, 1);
         }
-        panel_.ledAmp->setValue(3);
-        panel_.ledNorm->setValue(90);
-        panel_.ledCompTreshold->setValue(-24);
-        panel_.ledCompRate->setValue(60);
-        panel_.ledRevDelay->setValue(20);
-        panel_.ledRevDepth->setValue(15);
-        panel_.ledRevDecay->setValue(25);
-        panel_.ledRevRate->setValue(20);
-        panel_.ledTrim->setValue(-45);
+        settings_.set("Amp", 3);
+        settings_.set("Norm", 90);
+        settings_.set("CompTresh", -24);
+        settings_.set("CompRate", 60);
+        settings_.set("RevDelay", 20);
+        settings_.set("RevDepth", 15);
+        settings_.set("RevDecay", 25);
+        settings_.set("RevRate", 20);
+        settings_.set("Trim", -45);
     }
 
     [[nodiscard]] QString take() const { return folder_ + QStringLiteral("/temp/take.wav"); }
@@ -85,8 +85,9 @@ class Station {
     SystemAudioFiles audioFiles_;
     Platform platform_{sound_, audioFiles_, databases_, files_, prompts_, timers_, joystick_, report_};
     Recovery recovery_{files_, folder_};
-    ProcessorPanel panel_;
-    ProcessingChain chain_{{platform_, folder_, panel_, recovery_, [](bool) {}, [](const QString &) {}}};
+    ProcessorSettings settings_ = processorKeys();
+    ProcessingChain chain_{
+        {platform_, folder_, [this] { return settings_; }, recovery_, [](bool) {}, [](const QString &) {}}};
 };
 
 void printLine(const char *name, const Cost &cost, const Cost &ours) {
@@ -137,8 +138,7 @@ void stopAMinute(const QString &folder) {
 } // namespace
 
 int main(int argc, char **argv) {
-    qputenv("QT_QPA_PLATFORM", "offscreen");
-    const QApplication application(argc, argv);
+    const QCoreApplication application(argc, argv);
     const QTemporaryDir folder;
     std::printf("in %s\n", folder.path().toLocal8Bit().constData());
     stopAMinute(folder.path());

@@ -100,7 +100,6 @@ class WaveRecorder {
     /// Takes what the sound server still holds, closes the file; nothing happens when it does not record. Throws
     /// DiskFull or DeviceError when the take's end could not be written; the file is closed all the same.
     virtual void stop() = 0;
-    [[nodiscard]] virtual bool isRecording() const = 0;
     /// Of the running or else the latest recording. Reading resets the peak.
     virtual RecorderStatus status() = 0;
 };

@@ -3,6 +3,7 @@
 #include <QString>
 
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -44,6 +45,9 @@ class Prompts {
     /// A Yes/No box with a question icon; true for Yes. Closing the box is No.
     virtual bool ask(const QString &text, const QString &title, Preset preset) = 0;
     bool ask(const QString &text, const QString &title) { return ask(text, title, Preset::Yes); }
+    /// A box that stays until isOver() says so (it is asked once a second) or the presenter gives up; false for the
+    /// latter.
+    virtual bool waitUntil(const QString &text, const QString &title, const std::function<bool()> &isOver) = 0;
     /// A one-line text; empty when the box was cancelled.
     virtual QString input(const QString &prompt, const QString &title) = 0;
     /// A file to write, chosen in a save dialog that starts on proposal; empty when it was cancelled.

@@ -2,6 +2,7 @@
 
 #include "platform/runtime_error.h"
 
+#include <QDateTime>
 #include <QLocale>
 
 #include <cmath>
@@ -32,6 +33,17 @@ QString toText(const QVariant &value) {
         throw RuntimeError(ErrorNumber::TypeMismatch);
     }
     return value.toString();
+}
+
+QString asStored(const QVariant &value) {
+    if (value.typeId() != QMetaType::QDateTime) {
+        return value.toString();
+    }
+    const QDate dayZero(1899, 12, 30);
+    constexpr qint64 halfASecond = 500; // a stored moment is a fraction of a day
+    const QDateTime moment = value.toDateTime().addMSecs(halfASecond);
+    const QString date = moment.date() == dayZero ? QString() : moment.toString(QStringLiteral("dd-MM-yyyy "));
+    return date + moment.toString(moment.time().second() == 0 ? QStringLiteral("HH:mm") : QStringLiteral("HH:mm:ss"));
 }
 
 QString secondsOneDecimal(std::int32_t milliseconds) {

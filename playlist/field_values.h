@@ -14,6 +14,10 @@ std::int32_t toWholeNumber(const QVariant &value);
 /// A field as text. Throws TypeMismatch for null.
 QString toText(const QVariant &value);
 
+/// A field as the presenter reads it: as it is stored, nothing for null. A moment has its date only when it is not the
+/// database's day zero, on which times of day are stored, and its seconds only when there are any.
+QString asStored(const QVariant &value);
+
 /// Milliseconds as seconds with one decimal, leading zero and digit grouping of the user's locale; halves round away
 /// from zero: 12345 gives 12.3.
 QString secondsOneDecimal(std::int32_t milliseconds);

@@ -7,20 +7,6 @@
 
 namespace orvel {
 
-namespace {
-
-constexpr std::array<const char *, StepColumnCount> fieldNames = {
-    "Imported", "stap",    "tijd",     "artiest", "Titel", "Jaartal", "LengteMin", "LengteSec", "Intro",
-    "Outtro",   "mixtype", "CueStart", "Cue",     "Mix",   "Atrack",  "id",        "trackid",   "type"};
-constexpr int introColumn = 8;
-constexpr int outtroColumn = 9;
-
-} // namespace
-
-QString stepFieldName(int column) {
-    return QString::fromLatin1(fieldNames.at(static_cast<std::size_t>(column)));
-}
-
 Playlist::Playlist(DatabaseEngine &databases, std::function<void(const QString &)> beforeFirstWrite)
     : databases_(databases), beforeFirstWrite_(std::move(beforeFirstWrite)) {}
 
@@ -55,7 +41,7 @@ void Playlist::countPresentations(Database &database) {
 
 void Playlist::findFields() {
     for (int column = 0; column < StepColumnCount; ++column) {
-        fields_.at(static_cast<std::size_t>(column)) = steps_->fieldIndex(stepFieldName(column));
+        fields_.at(static_cast<std::size_t>(column)) = steps_->fieldIndex(QString::fromLatin1(stepField(column).name));
     }
 }
 
@@ -67,8 +53,8 @@ void Playlist::fillTimeTables() {
         if (step > lastTableIndex) {
             throw RuntimeError(ErrorNumber::SubscriptOutOfRange, fullPath_);
         }
-        intro_.at(static_cast<std::size_t>(step)) = toWholeNumber(value(row, introColumn));
-        outtro_.at(static_cast<std::size_t>(step)) = toWholeNumber(value(row, outtroColumn));
+        intro_.at(static_cast<std::size_t>(step)) = toWholeNumber(value(row, IntroColumn));
+        outtro_.at(static_cast<std::size_t>(step)) = toWholeNumber(value(row, OuttroColumn));
     }
 }
 

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/database.h"
+#include "playlist/step_fields.h"
 
 #include <QString>
 
@@ -10,20 +11,6 @@
 #include <memory>
 
 namespace orvel {
-
-/// Columns of the step grid; the number is the position in a playlist's table `Steps`.
-enum StepColumn {
-    ImportedColumn = 0,
-    StapColumn = 1,
-    MixtypeColumn = 10,
-    AtrackColumn = 14,
-    TrackidColumn = 16,
-    TypeColumn = 17,
-    StepColumnCount = 18
-};
-
-/// Field name of a grid column, as a playlist spells it.
-QString stepFieldName(int column);
 
 /// The open playlist: its steps in running order, the time tables, the number of presentation slots. Steps are
 /// addressed by row (from 0) and grid column; the fields are found by name.

@@ -17,13 +17,8 @@ namespace {
 
 constexpr int secondsPerMinute = 60;
 
-QString shown(const QVariant &value) {
-    if (value.isNull()) {
-        return {};
-    }
-    // A time of day is stored as a moment on the database's day zero.
-    return value.typeId() == QMetaType::QDateTime ? value.toDateTime().toString(QStringLiteral("HH:mm"))
-                                                  : value.toString();
+QVariant fieldOf(const RecordSet &step, int column) {
+    return step.field(QString::fromLatin1(stepField(column).name));
 }
 
 QString minutesAndSeconds(int seconds) {
@@ -37,26 +32,26 @@ QString talkOver(const QVariant &milliseconds) {
 }
 
 int lengthOf(const RecordSet &steps) {
-    return steps.field(QStringLiteral("LengteMin")).toInt() * secondsPerMinute +
-           steps.field(QStringLiteral("LengteSec")).toInt();
+    return fieldOf(steps, LengteMinColumn).toInt() * secondsPerMinute + fieldOf(steps, LengteSecColumn).toInt();
 }
 
 QVariantMap stepValues(const RecordSet &steps) {
     QVariantMap step;
     for (int column = 0; column < steps.fieldCount(); ++column) {
-        step.insert(steps.fieldName(column).toLower(), shown(steps.field(column)));
+        step.insert(steps.fieldName(column).toLower(), asStored(steps.field(column)));
     }
-    const QString track = step.value(QStringLiteral("atrack")).toString();
-    step.insert(QStringLiteral("number"), step.value(QStringLiteral("stap")));
-    step.insert(QStringLiteral("time"), step.value(QStringLiteral("tijd")));
-    step.insert(QStringLiteral("performer"), step.value(QStringLiteral("artiest")));
-    step.insert(QStringLiteral("title"), step.value(QStringLiteral("titel")));
+    for (const StepField &field : stepFields) {
+        if (field.printed != nullptr) {
+            step.insert(QString::fromLatin1(field.printed), step.value(QString::fromLatin1(field.name).toLower()));
+        }
+    }
+    const QString track = fieldOf(steps, AtrackColumn).toString();
     step.insert(QStringLiteral("length"), minutesAndSeconds(lengthOf(steps)));
-    step.insert(QStringLiteral("intro"), talkOver(steps.field(QStringLiteral("Intro"))));
-    step.insert(QStringLiteral("outro"), talkOver(steps.field(QStringLiteral("Outtro"))));
+    step.insert(QStringLiteral("intro"), talkOver(fieldOf(steps, IntroColumn)));
+    step.insert(QStringLiteral("outro"), talkOver(fieldOf(steps, OuttroColumn)));
     step.insert(QStringLiteral("voicetrack"), track == QStringLiteral("NONE") ? QString() : track);
-    step.insert(QStringLiteral("presentation"), steps.field(QStringLiteral("type")).toInt() == PresStep);
-    step.insert(QStringLiteral("finished"), steps.field(QStringLiteral("Imported")).toBool());
+    step.insert(QStringLiteral("presentation"), fieldOf(steps, TypeColumn).toInt() == PresStep);
+    step.insert(QStringLiteral("finished"), fieldOf(steps, ImportedColumn).toBool());
     return step;
 }
 

@@ -5,8 +5,9 @@
 #include "station/ignore_errors.h"
 #include "station/paths.h"
 
+#include <QCoreApplication>
 #include <QFileInfo>
-#include <QGuiApplication>
+#include <QScopeGuard>
 
 #include <algorithm>
 #include <cstdlib>
@@ -28,11 +29,6 @@ void fatally(Action action) {
     }
 }
 
-/// The settings file may hold anything, and 0 where it holds nothing.
-float valueOf(const LedSpin *spin) {
-    return static_cast<float>(std::clamp(spin->value(), spin->minimum(), spin->maximum()));
-}
-
 /// Whether there is anything louder than so many steps.
 bool isLouder(const std::vector<std::int16_t> &samples, int steps) {
     return std::any_of(samples.begin(), samples.end(), [steps](int sample) { return std::abs(sample) > steps; });
@@ -41,26 +37,6 @@ bool isLouder(const std::vector<std::int16_t> &samples, int steps) {
 constexpr int audible = 32;   ///< steps: -60 dB below full scale
 constexpr int inaudible = 10; ///< -70 dB
 
-/// The label and the cursor tell that the window is busy, however the work ends.
-class BusySign {
-  public:
-    explicit BusySign(const std::function<void(bool)> &show) : show_(show) {
-        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
-        show_(true);
-    }
-    BusySign(const BusySign &) = delete;
-    BusySign(BusySign &&) = delete;
-    BusySign &operator=(const BusySign &) = delete;
-    BusySign &operator=(BusySign &&) = delete;
-    ~BusySign() {
-        show_(false);
-        QGuiApplication::restoreOverrideCursor();
-    }
-
-  private:
-    const std::function<void(bool)> &show_; // NOLINT(cppcoreguidelines-avoid-const-or-ref-data-members)
-};
-
 } // namespace
 
 ProcessingChain::ProcessingChain(ProcessingContext context)
@@ -68,7 +44,8 @@ ProcessingChain::ProcessingChain(ProcessingContext context)
       AudioFile3(context_.platform.audioFiles.wavWriter()) {}
 
 void ProcessingChain::AudioProcessing(const QString &wavPath) {
-    const BusySign busy(context_.showProcess);
+    context_.showProcess(true);
+    const auto hide = qScopeGuard([this] { context_.showProcess(false); });
     take_ = wavPath;
     AudioFile2->open(take_);
     AudioTransform1.setSampleRate(AudioFile2->sampleRate());
@@ -76,6 +53,7 @@ void ProcessingChain::AudioProcessing(const QString &wavPath) {
     AudioFile2->close();
     raw_.clear();
     silencer_.clear();
+    isChanged_ = false;
     try {
         runStages();
     } catch (const FatalError &) {
@@ -101,7 +79,7 @@ void ProcessingChain::settleRaw() {
     if (raw_.isEmpty()) {
         return;
     }
-    if (silencer_.isEmpty()) {
+    if (!isChanged_) {
         ignoringErrors([&] { context_.platform.files.remove(raw_); });
         return;
     }
@@ -110,60 +88,31 @@ void ProcessingChain::settleRaw() {
         context_.recovery.keep(raw_);
         place = QStringLiteral("herstel");
     });
-    context_.tell(QCoreApplication::translate("ProcessingChain",
-                                              "%1 heeft de opname onhoorbaar gemaakt; de ruwe opname ligt in %2.")
-                      .arg(silencer_, place));
+    if (!silencer_.isEmpty()) {
+        context_.tell(QCoreApplication::translate("ProcessingChain",
+                                                  "%1 heeft de opname onhoorbaar gemaakt; de ruwe opname ligt in %2.")
+                          .arg(silencer_, place));
+    }
 }
 
 void ProcessingChain::runStages() {
-    const ProcessorPanel &panel = context_.panel;
-    if (panel.chkAmp->isChecked()) {
-        stage(QStringLiteral("Versterking"), [&] {
-            const float factor = AudioTransform::decibelsToFactor(valueOf(panel.ledAmp));
-            AudioTransform1.amplify(samples_, factor);
-        });
-    }
-    if (panel.chkNorm->isChecked()) {
-        stage(QStringLiteral("Normalisatie"), [&] { AudioTransform1.normalise(samples_, valueOf(panel.ledNorm)); });
-    }
-    if (panel.chkComp->isChecked()) {
-        // The panel's RMS time is kept with the settings, but the compressor works on peaks.
-        constexpr float rmsTime = 0;
-        stage(QStringLiteral("Compressor"), [&] {
-            AudioTransform1.compress(samples_, valueOf(panel.ledCompTreshold), valueOf(panel.ledCompRate), rmsTime);
-        });
-    }
-    if (panel.chkReverb->isChecked()) {
-        stage(QStringLiteral("Reverb"), [this] { reverb(); });
-    }
-    if (panel.chkTrim->isChecked()) {
-        stage(QStringLiteral("Trimmen"), [this] { trim(); });
+    const ProcessorSettings settings = context_.settings();
+    for (const Stage *stage : stagesToRun(settings)) {
+        run(*stage, knobValues(*stage, settings));
     }
 }
 
-void ProcessingChain::reverb() {
-    const ProcessorPanel &panel = context_.panel;
-    AudioTransform1.reverb(samples_, {valueOf(panel.ledRevDelay), valueOf(panel.ledRevDepth),
-                                      valueOf(panel.ledRevDecay), valueOf(panel.ledRevRate)});
-}
-
-void ProcessingChain::trim() {
-    std::int32_t k = 0;
-    AudioTransform1.trimStart(samples_, valueOf(context_.panel.ledTrim), k);
-    AudioTransform1.trimEnd(samples_, valueOf(context_.panel.ledTrim), k);
-}
-
-void ProcessingChain::stage(const QString &name, const std::function<void()> &operation) {
+void ProcessingChain::run(const Stage &stage, KnobValues knobs) {
     StartOperation();
     if (raw_.isEmpty()) {
         keepRaw();
     }
-    operation();
+    stage.run(AudioTransform1, samples_, knobs);
     EndOperation();
     if (isLouder(samples_, inaudible)) {
         silencer_.clear();
     } else if (rawIsAudible_ && silencer_.isEmpty()) {
-        silencer_ = name;
+        silencer_ = QString::fromUtf8(stage.caption);
     }
 }
 
@@ -237,6 +186,7 @@ void ProcessingChain::EndOperation() {
     outputIsPartial_ = false;
     // The stage's output is safe on the disk: it takes the take's place, in one step.
     fatally([&] { context_.platform.files.move(stageOutput_, take_); });
+    isChanged_ = true;
 }
 
 void ProcessingChain::abandonStage() {

@@ -3,8 +3,8 @@
 #include "dsp/audio_transform.h"
 #include "platform/audio_file.h"
 #include "platform/platform.h"
+#include "production/stages.h"
 #include "station/recovery.h"
-#include "windows/processor_panel.h"
 
 #include <QString>
 
@@ -18,9 +18,10 @@ namespace orvel {
 struct ProcessingContext {
     Platform &platform;
     const QString &programFolder;
-    const ProcessorPanel &panel;
+    /// The stages' settings; asked for once a take.
+    std::function<ProcessorSettings()> settings;
     Recovery &recovery;
-    /// Shows lblProcess and lets the window repaint, or hides it.
+    /// Shows lblProcess and a waiting cursor and lets the window repaint, or takes them away.
     std::function<void(bool visible)> showProcess;
     /// One sentence for the status line.
     std::function<void(const QString &sentence)> tell;
@@ -36,18 +37,16 @@ class ProcessingChain {
     /// blocked until it returns. Throws FatalError where a folder or a file is missing or a file cannot be
     /// replaced. When the take's sound cannot be read, or a stage's cannot be written, the take stays as it was before
     /// that stage and the status line tells it. In every case the take is complete in "\temp\" or in "\temp2\"; what
-    /// is left in the latter goes to recovery before the name is used again. When the stages have made a take inaudible
-    /// (a peak above -60 dB below full scale came in, nothing above -70 dB came out), the raw take goes to recovery and
-    /// the status line names the stage.
+    /// is left in the latter goes to recovery before the name is used again. The raw take of one that a stage replaced
+    /// goes to recovery; when the stages have made it inaudible (a peak above -60 dB below full scale came in, nothing
+    /// above -70 dB came out), the status line names the stage.
     void AudioProcessing(const QString &wavPath);
 
   private:
     void runStages();
-    void reverb();
-    void trim();
     void StartOperation();
     void EndOperation();
-    void stage(const QString &name, const std::function<void()> &operation);
+    void run(const Stage &stage, KnobValues knobs);
     void keepRaw();
     void settleRaw();
     void openTake();
@@ -66,6 +65,7 @@ class ProcessingChain {
     QString stageOutput_;
     QString raw_; ///< a second name of the raw take, as soon as there is one
     bool rawIsAudible_ = false;
+    bool isChanged_ = false;       ///< a stage's sound stands in the take's place
     QString silencer_;             ///< the stage after which nothing was to be heard any more
     bool outputIsPartial_ = false; ///< nothing but a part of what the take still has
 };

@@ -123,6 +123,25 @@ Saving::Offer Saving::saveVersion(const Take &take) {
     return Offer::ByTake;
 }
 
+bool Saving::saveUnfiled(const Take &take) {
+    context_.listening.interrupt();
+    if (!context_.session.isIdle()) {
+        context_.tell(tr("Deze opname kan nog niet bewaard worden."));
+        return false;
+    }
+    bool filed = false;
+    whileFiling([&] {
+        if (take.kind == Take::Kind::Recorder) {
+            const Offer offer = saveAs(take);
+            filed = !context_.platform.files.fileExists(context_.places.take(take.name()));
+            return offer;
+        }
+        filed = context_.filing.file(take, context_.filing.mark(take)) == Filing::Outcome::Filed;
+        return Offer::ByTake;
+    });
+    return filed;
+}
+
 void Saving::stationsClosed() {
     if (chosen_ && !hasVersions_) {
         ignoringErrors([&] { context_.filing.takeBackMark(*chosen_, markBefore_); });

@@ -38,6 +38,9 @@ class Saving {
     /// Saves the take as the version of a station (three characters) and asks whether it was the last one. False when
     /// nothing can be saved now: a take is running, or another one is being saved.
     bool ExternalSave(const QString &StationCode);
+    /// Files a take of an earlier run for the step that it was recorded for; one of the plain recorder goes where the
+    /// presenter wants. False when it is still waiting.
+    bool saveUnfiled(const Take &take);
     /// The station chooser was closed without a choice: what was marked for it and has no version is as before.
     void stationsClosed();
 

@@ -216,13 +216,13 @@ void TakeSession::stop() {
     std::exception_ptr failure;
     try {
         wavRec.stop();
-        if (wavRec.status().frames > 0 && context_.settings.UseProcessor) {
+        if (context_.takes.isKept(take_) && context_.settings.UseProcessor) {
             context_.AudioProcessing(context_.places.take(take_.name()));
         }
     } catch (...) {
         failure = std::current_exception();
     }
-    const bool recorded = wavRec.status().frames > 0;
+    const bool recorded = context_.takes.isKept(take_);
     if (recorded) {
         context_.takes.keep(take_);
         facts_ = {true, true};
@@ -308,7 +308,9 @@ void TakeSession::watchRecorder() {
         fatal = std::current_exception();
     } catch (const RuntimeError &) { // NOLINT(bugprone-empty-catch): told below
     }
-    context_.platform.prompts.message(status.frames > 0 ? what + u'\n' + tr("Wat al was opgenomen, is bewaard.") : what,
+    context_.platform.prompts.message(context_.platform.sound.recorder().status().frames > 0
+                                          ? what + u'\n' + tr("Wat al was opgenomen, is bewaard.")
+                                          : what,
                                       QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
     if (fatal) {
         std::rethrow_exception(fatal);

@@ -5,6 +5,8 @@
 #include <QString>
 
 #include <cstdint>
+#include <string_view>
+#include <vector>
 
 namespace orvel {
 
@@ -49,18 +51,35 @@ struct Settings {
     Truth FreeFormat; ///< write 350 kbit/s as true free format
 };
 
-/// The processor panel: check boxes as 0 or 1, displays as they stand.
-struct ProcessorSettings {
-    int chkAmp = 0, chkNorm = 0, chkTrim = 0, chkComp = 0, chkReverb = 0;
-    std::int32_t ledAmp = 0, ledNorm = 0, ledTrim = 0, ledAttack = 0;
-    std::int32_t ledCompTreshold = 0, ledCompRate = 0, ledCompRMS = 0;
-    std::int32_t ledRevDelay = 0, ledRevDepth = 0, ledRevDecay = 0, ledRevRate = 0;
+/// The processor panel: the section [AudioProcessor], with its keys in the file's order. Which keys there are, the
+/// processing stages say.
+class ProcessorSettings {
+  public:
+    struct Value {
+        const char *key;
+        bool isCheck; ///< a check box, as 0 or 1; else a display, as it stands
+        std::int32_t value = 0;
+    };
+
+    void addCheck(const char *key) { values_.push_back({key, true}); }
+    void addNumber(const char *key) { values_.push_back({key, false}); }
+
+    /// 0 for a key that there is not.
+    [[nodiscard]] std::int32_t operator[](std::string_view key) const;
+    /// A key that there is not is left.
+    void set(std::string_view key, std::int32_t value);
+    [[nodiscard]] std::vector<Value> &values() { return values_; }
+    [[nodiscard]] const std::vector<Value> &values() const { return values_; }
+
+  private:
+    std::vector<Value> values_;
 };
 
-/// Reads "\orvel.ini" of the program folder into every field. Nothing in it can fail: a file that is missing or
-/// unreadable is empty, and a value that cannot be used gives its field the default, as a missing one does: BitRate 2,
-/// white backgrounds, 0 or off for the rest. Numbers are decimal, with a point; halves round to the even neighbour, and
-/// a number outside its field's range cannot be used. A truth value is on when its number is exactly 1.
+/// Reads "\orvel.ini" of the program folder into every field and every value of the processor. Nothing in it can fail:
+/// a file that is missing or unreadable is empty, and a value that cannot be used gives its field the default, as a
+/// missing one does: BitRate 2, white backgrounds, 0 or off for the rest. Numbers are decimal, with a point; halves
+/// round to the even neighbour, and a number outside its field's range cannot be used. A truth value is on when its
+/// number is exactly 1.
 void LoadSettings(FileSystem &files, const QString &programFolder, Settings &settings, ProcessorSettings &processor);
 
 /// The section [Drives].

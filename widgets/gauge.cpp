@@ -14,7 +14,6 @@ namespace orvel {
 namespace {
 
 constexpr double frame = 3;
-constexpr double closestTicks = 4; // pixels; ticks that stand closer are left out
 
 // Full blue on black is too dark to read from a distance: a dark colour is shown lighter, in its own hue.
 QColor readable(const QColor &colour) {
@@ -51,9 +50,6 @@ void Gauge::setMaximum(int maximum) {
     const int pixels = filledPixels();
     const int before = percent();
     maximum_ = maximum;
-    if (tickInterval_ > 0) {
-        update();
-    }
     showChange(pixels, before);
 }
 
@@ -82,13 +78,6 @@ void Gauge::setCaption(const QString &caption) {
         caption_ = caption;
         update();
         announceValue(*this);
-    }
-}
-
-void Gauge::setTickInterval(int interval) {
-    if (interval != tickInterval_) {
-        tickInterval_ = interval;
-        update();
     }
 }
 
@@ -148,22 +137,7 @@ void Gauge::paintEvent(QPaintEvent *event) {
     shine.setColorAt(1, colour.darker(112));
     painter.setRenderHint(QPainter::Antialiasing, false);
     painter.fillRect(filled, shine);
-    drawTicks(painter, area);
     drawCaption(painter, area, filled);
-}
-
-void Gauge::drawTicks(QPainter &painter, const QRectF &area) const {
-    if (tickInterval_ <= 0 || maximum_ <= 0) {
-        return;
-    }
-    const double pitch = area.width() * tickInterval_ / maximum_;
-    if (pitch < closestTicks) {
-        return;
-    }
-    for (qint64 at = tickInterval_; at < maximum_; at += tickInterval_) {
-        const double x = std::round(area.left() + area.width() * static_cast<double>(at) / maximum_);
-        painter.fillRect(QRectF(x, area.top(), 1, area.height()), QColor(0, 0, 0, 110));
-    }
 }
 
 // The caption is drawn twice, so that it reads on the bar as well as beside it.

@@ -32,8 +32,6 @@ class Gauge : public QWidget {
     void setBarColour(const QColor &colour);
     /// A text over the bar; it may be empty.
     void setCaption(const QString &caption);
-    /// A thin line every `interval` units, 0 for none.
-    void setTickInterval(int interval);
 
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
@@ -46,14 +44,12 @@ class Gauge : public QWidget {
     int filledPixels() const;
     int percent() const;
     void showChange(int pixelsBefore, int percentBefore);
-    void drawTicks(QPainter &painter, const QRectF &area) const;
     void drawCaption(QPainter &painter, const QRectF &area, const QRectF &filled) const;
 
     QColor barColour_;
     QString caption_;
     int maximum_ = 100;
     int value_ = 0;
-    int tickInterval_ = 0;
 };
 
 } // namespace orvel

@@ -4,15 +4,8 @@
 #include "widgets/led_paint.h"
 
 #include <QPainter>
-#include <QTimerEvent>
 
 namespace orvel {
-
-namespace {
-
-constexpr int blinkMillis = 500;
-
-} // namespace
 
 Lamp::Lamp(QWidget *parent) : QWidget(parent), colour_(QColor(led::red)) {
     installAccessibility();
@@ -28,7 +21,7 @@ void Lamp::setLit(bool lit) {
         return;
     }
     lit_ = lit;
-    followBlinking();
+    update();
     announceState(*this);
 }
 
@@ -39,33 +32,9 @@ void Lamp::setColour(const QColor &colour) {
     }
 }
 
-void Lamp::setBlinking(bool blinking) {
-    if (blinking != blinking_) {
-        blinking_ = blinking;
-        followBlinking();
-    }
-}
-
 QSize Lamp::sizeHint() const {
     const int side = fontMetrics().height() * 3 / 2;
     return {side, side};
-}
-
-void Lamp::followBlinking() {
-    darkPhase_ = false;
-    if (lit_ && blinking_) {
-        blinkTimer_.start(blinkMillis, this);
-    } else {
-        blinkTimer_.stop();
-    }
-    update();
-}
-
-void Lamp::timerEvent(QTimerEvent *event) {
-    if (event->timerId() == blinkTimer_.timerId()) {
-        darkPhase_ = !darkPhase_;
-        update();
-    }
 }
 
 void Lamp::paintEvent(QPaintEvent * /*event*/) {
@@ -74,7 +43,7 @@ void Lamp::paintEvent(QPaintEvent * /*event*/) {
     const double side = std::min(width(), height());
     const QPointF centre = QRectF(rect()).center();
     const double radius = side * 0.36;
-    const bool bright = lit_ && !darkPhase_ && isEnabled();
+    const bool bright = lit_ && isEnabled();
     if (bright) {
         QRadialGradient glow(centre, side / 2);
         QColor halo = colour_;

@@ -15,8 +15,7 @@ constexpr double paddingInLines = 0.4;
 
 } // namespace
 
-TimeDisplay::TimeDisplay(Fields fields, QWidget *parent)
-    : QWidget(parent), fields_(fields), colour_(QColor(led::amber)) {
+TimeDisplay::TimeDisplay(Fields fields, QWidget *parent) : QWidget(parent), fields_(fields) {
     installAccessibility();
     setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Fixed);
 }
@@ -48,13 +47,6 @@ QString TimeDisplay::text() const {
         .arg(millis_ / 10, 2, 10, QChar(u'0'));
 }
 
-void TimeDisplay::setDigitColour(const QColor &colour) {
-    if (colour != colour_) {
-        colour_ = colour;
-        update();
-    }
-}
-
 QSize TimeDisplay::sizeHint() const {
     return sizeForHeight(fontMetrics().height() * digitHeightInLines);
 }
@@ -66,7 +58,7 @@ QSize TimeDisplay::minimumSizeHint() const {
 void TimeDisplay::paintEvent(QPaintEvent *event) {
     QPainter painter(this);
     led::drawGlass(painter, *this);
-    led::drawText(painter, text(), digitArea(), event->rect(), colour_, isEnabled());
+    led::drawText(painter, text(), digitArea(), event->rect(), QColor(led::amber), isEnabled());
 }
 
 QRectF TimeDisplay::digitArea() const {

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <QColor>
 #include <QWidget>
 
 namespace orvel {
@@ -29,9 +28,6 @@ class TimeDisplay : public QWidget {
     /// What the digits read, for instance "0:00:04.35", or " 3" when only seconds are shown.
     QString text() const;
 
-    void setDigitColour(const QColor &colour);
-    QColor digitColour() const { return colour_; }
-
     QSize sizeHint() const override;
     QSize minimumSizeHint() const override;
 
@@ -44,7 +40,6 @@ class TimeDisplay : public QWidget {
     void showChange(const QString &before, int secondsBefore);
 
     Fields fields_;
-    QColor colour_;
     int hours_ = 0;
     int minutes_ = 0;
     int seconds_ = 0;

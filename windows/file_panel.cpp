@@ -5,6 +5,7 @@
 #include "station/ignore_errors.h"
 #include "station/paths.h"
 #include "widgets/theme.h"
+#include "windows/named.h"
 #include "windows/on.h"
 
 #include <QVBoxLayout>
@@ -21,13 +22,6 @@ QListWidget *fileList(QWidget *parent, const char *name, const QString &accessib
     list->setAccessibleName(accessibleName);
     list->setUniformItemSizes(true);
     return list;
-}
-
-QPushButton *button(QWidget *parent, const char *name, const QString &caption, const QString &toolTip) {
-    auto *made = new QPushButton(caption, parent);
-    made->setObjectName(QString::fromLatin1(name));
-    made->setToolTip(toolTip);
-    return made;
 }
 
 QString selectedName(const QListWidget &list) {
@@ -49,9 +43,9 @@ FilePanel::FilePanel(Platform &platform, const Settings &settings, const Current
                      QWidget *parent)
     : QGroupBox(QStringLiteral("Bestanden"), parent), tabFiles(new QTabWidget(this)),
       filNew(fileList(this, "filNew", tr("Te bewerken playlists"))),
-      cmdWisNew(button(this, "cmdWisNew", tr("Wis te bewerken"), tr("Wis de gekozen playlist, of alle"))),
+      cmdWisNew(namedButton(this, "cmdWisNew", tr("Wis te bewerken"), tr("Wis de gekozen playlist, of alle"))),
       filOK(fileList(this, "filOK", tr("Afgewerkte playlists"))),
-      cdmWisKlaar(button(this, "cdmWisKlaar", tr("Wis afgewerkte"), tr("Wis de gekozen playlist, of alle"))),
+      cdmWisKlaar(namedButton(this, "cdmWisKlaar", tr("Wis afgewerkte"), tr("Wis de gekozen playlist, of alle"))),
       files_(platform.files), prompts_(platform.prompts), check_(platform.databases), settings_(settings), step_(step),
       grid_(grid) {
     tabFiles->setObjectName(QStringLiteral("tabFiles"));

@@ -1,6 +1,7 @@
 #include "windows/frm_adv.h"
 
 #include "station/ignore_errors.h"
+#include "windows/named.h"
 #include "windows/on.h"
 
 #include <QGridLayout>
@@ -9,17 +10,6 @@
 #include <algorithm>
 
 namespace orvel {
-
-namespace {
-
-template <class Control>
-Control *named(Control *control, const char *name, const QString &accessibleName) {
-    control->setObjectName(QString::fromLatin1(name));
-    control->setAccessibleName(accessibleName);
-    return control;
-}
-
-} // namespace
 
 frmAdv::frmAdv(AudioRecord &AudioRecord1, QWidget *parent)
     : QDialog(parent), Combo1(named(new QComboBox(this), "Combo1", tr("Eigenschap"))),

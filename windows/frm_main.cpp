@@ -21,6 +21,7 @@
 #include "windows/frm_setup.h"
 #include "windows/frm_splash.h"
 #include "windows/frm_station.h"
+#include "windows/frm_unfiled.h"
 #include "windows/grid_panel.h"
 #include "windows/on.h"
 #include "windows/playback_panel.h"
@@ -44,9 +45,8 @@ const QString errorTitle = QStringLiteral("Foutmelding");
 } // namespace
 
 frmMain::frmMain(Platform &platform, const QString &programFolder, QString commandLine)
-    : platform_(platform), commandLine_(std::move(commandLine)), panels_{new ProcessorPanel(this)},
-      workplace_(platform, programFolder, *panels_.processorPanel, view()), Joystick1(platform.joystick),
-      tmrJoystick_(platform.timers.create(joystickMs, MissedTicks::Drop, [this] {
+    : platform_(platform), commandLine_(std::move(commandLine)), workplace_(platform, programFolder, view()),
+      Joystick1(platform.joystick), tmrJoystick_(platform.timers.create(joystickMs, MissedTicks::Drop, [this] {
           for (const int button : Joystick1.pressed()) {
               Joystick1_ButtonDown(button);
           }
@@ -84,6 +84,7 @@ View frmMain::view() {
         panels_.filePanel->refreshNew();
         panels_.filePanel->refreshOk();
     };
+    view.processor = [this] { return panels_.processorPanel->settings(); };
     view.showStations = [this] { showStations(); };
     view.progress = [this](std::optional<int> percent) { panels_.savePanel->showProgress(percent); };
     view.showProcess = [this](bool visible) { showProcess(visible); };
@@ -100,6 +101,7 @@ void frmMain::makePanels() {
     panels_.playbackPanel = new PlaybackPanel(work.listening, work.session, this);
     panels_.cardPanel = new CardPanel(platform_, work.view.tell, this);
     panels_.meterPanel = new MeterPanel(this);
+    panels_.processorPanel = new ProcessorPanel(this);
 }
 
 void frmMain::connectPanels() {
@@ -107,11 +109,13 @@ void frmMain::connectPanels() {
     on(panels_.savePanel->cmdImport, &QPushButton::clicked, this, &frmMain::showConvert);
     on(panels_.gridPanel, &GridPanel::stepSelected, this, [this] { workplace_.session.stepSelected(); });
     on(panels_.gridPanel, &GridPanel::previewWanted, this, &frmMain::showPreview);
+    on(&panels_.gridPanel->steps(), &StepsModel::unreadable, this, &frmMain::tell);
 }
 
 bool frmMain::Form_Load() {
+    readCommandLine();
     loadSettings();
-    if (!checkSoundCard()) {
+    if (!checkSoundCard() || !takeStation()) {
         return false;
     }
     Workplace &work = workplace_;
@@ -127,13 +131,13 @@ bool frmMain::Form_Load() {
     checkVoiceTrackFolder();
     panels_.tabRec->setCurrentIndex(0);
     work.session.mode.hasStations = platform_.files.fileExists(work.places.stationList());
-    readCommandLine();
     showDesk();
     panels_.cardPanel->watch();
     tmrJoystick_->setEnabled(true);
     if (splash_) {
         splash_->close();
     }
+    showUnfiled();
     return true;
 }
 
@@ -144,6 +148,12 @@ void frmMain::loadSettings() {
         tell(sentence);
     }
     panels_.gridPanel->steps().setStyles(applyStepStyles(workplace_.settings));
+}
+
+bool frmMain::takeStation() {
+    StationLock &lock = workplace_.lock;
+    return workplace_.session.mode.recorderOnly || lock.get() ||
+           platform_.prompts.waitUntil(lock.sentence(), QStringLiteral("ORVEL"), [&lock] { return lock.get(); });
 }
 
 bool frmMain::checkSoundCard() {

@@ -33,6 +33,7 @@ class frmPreview;
 class frmSetup;
 class frmSplash;
 class frmStation;
+class frmUnfiled;
 
 /// What stands on the main window.
 struct Panels {
@@ -97,6 +98,8 @@ class frmMain : public QMainWindow {
     QWidget *recordingStrip();
 
     void loadSettings();
+    /// False when another ORVEL works in this folder and the presenter does not wait for it.
+    bool takeStation();
     bool checkSoundCard();
     void fillCards();
     void openCatalogues();
@@ -117,6 +120,8 @@ class frmMain : public QMainWindow {
     void showPreview();
     void showAdvanced();
     void showConvert();
+    /// What the last run left behind, where it left anything.
+    void showUnfiled();
     void showProcess(bool visible);
     /// Everything that follows from the session: what is enabled, captions, labels.
     void showDesk();
@@ -138,8 +143,9 @@ class frmMain : public QMainWindow {
     std::unique_ptr<frmImport> import_;
     std::unique_ptr<frmExport> export_;
     std::unique_ptr<frmSetup> setup_;
+    std::unique_ptr<frmUnfiled> unfiled_;
     QPointer<frmStation> station_; ///< made anew for every version of a multivoice take
-    ProcessorSettings processorSettings_;
+    ProcessorSettings processorSettings_ = processorKeys();
 };
 
 } // namespace orvel

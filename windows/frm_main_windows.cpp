@@ -1,6 +1,7 @@
 // The windows that open from the main window; each is made on first use and kept.
 #include "platform/audio.h"
 #include "playlist/step_types.h"
+#include "recording/player_settings.h"
 #include "windows/card_panel.h"
 #include "windows/file_panel.h"
 #include "windows/frm_adv.h"
@@ -12,9 +13,12 @@
 #include "windows/frm_setup.h"
 #include "windows/frm_splash.h"
 #include "windows/frm_station.h"
+#include "windows/frm_unfiled.h"
 #include "windows/grid_panel.h"
 #include "windows/on.h"
 #include "windows/recorder_panel.h"
+
+#include <QGuiApplication>
 
 namespace orvel {
 
@@ -130,7 +134,23 @@ void frmMain::showConvert() {
     convert_->open();
 }
 
+void frmMain::showUnfiled() {
+    std::vector<UnfiledTake> takes = workplace_.unfinished.settle(workplace_.session.mode.recorderOnly);
+    if (takes.empty()) {
+        return;
+    }
+    unfiled_ = std::make_unique<frmUnfiled>(
+        platform_.sound, playerSettings(workplace_.settings), std::move(takes),
+        [this](const UnfiledTake &waiting) { return workplace_.saving.saveUnfiled(waiting.take); }, this);
+    unfiled_->open();
+}
+
 void frmMain::showProcess(bool visible) {
+    if (visible) {
+        QGuiApplication::setOverrideCursor(Qt::WaitCursor);
+    } else {
+        QGuiApplication::restoreOverrideCursor();
+    }
     panels_.recorderPanel->lblProcess->setVisible(visible);
     // The window does nothing else until the take is processed.
     panels_.recorderPanel->repaint();

@@ -8,6 +8,7 @@
 #include "recording/player_settings.h"
 #include "recording/time_parts.h"
 #include "station/checked.h"
+#include "windows/named.h"
 #include "windows/on.h"
 
 #include <utility>
@@ -28,13 +29,6 @@ void showText(LedLabel &label, const QString &text) {
     label.setText(text);
     label.setAutoScroll(text.size() > labelCharacters);
     label.setToolTip(text);
-}
-
-template <class Control>
-Control *named(Control *control, const char *name, const QString &accessibleName) {
-    control->setObjectName(QString::fromLatin1(name));
-    control->setAccessibleName(accessibleName);
-    return control;
 }
 
 TimeDisplay *panel(QWidget *parent, const char *name, const QString &accessibleName) {

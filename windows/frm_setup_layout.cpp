@@ -1,5 +1,6 @@
 // How the setup dialog is put together.
 #include "windows/frm_setup.h"
+#include "windows/named.h"
 #include "windows/on.h"
 
 #include <QGridLayout>
@@ -14,13 +15,6 @@
 namespace orvel {
 
 namespace {
-
-template <class Control>
-Control *named(Control *control, const char *name, const QString &accessibleName) {
-    control->setObjectName(QString::fromLatin1(name));
-    control->setAccessibleName(accessibleName);
-    return control;
-}
 
 QCheckBox *check(QWidget *parent, const char *name, const QString &caption) {
     return named(new QCheckBox(caption, parent), name, caption);

@@ -61,8 +61,8 @@ GridPanel::GridPanel(Playlist &playlist, CurrentStep &step, QWidget *parent)
     mixTypes_.setRows(mixTypeRows());
     dbgLijst->setModel(&model_);
     dbgLijst->setItemDelegate(&mixTypes_);
-    for (int hidden = AtrackColumn + 1; hidden < StepColumnCount; ++hidden) {
-        dbgLijst->setColumnHidden(hidden, true);
+    for (int column = 0; column < StepColumnCount; ++column) {
+        dbgLijst->setColumnHidden(column, stepField(column).isHidden);
     }
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(dbgLijst);

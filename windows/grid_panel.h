@@ -20,7 +20,6 @@ class GridPanel : public QGroupBox {
     QTableView *const dbgLijst;
 
     [[nodiscard]] StepsModel &steps() { return model_; }
-    [[nodiscard]] MixTypeDelegate &mixTypes() { return mixTypes_; }
 
     /// Opens a playlist of the to-do folder and selects its first step. Throws what Playlist::open() throws; the grid
     /// then stays hidden.

@@ -1,5 +1,6 @@
 #include "windows/mix_type.h"
 
+#include "platform/guarded.h"
 #include "windows/on.h"
 
 #include <QComboBox>
@@ -62,7 +63,8 @@ void MixTypeDelegate::setEditorData(QWidget *editor, const QModelIndex &index) c
 void MixTypeDelegate::setModelData(QWidget *editor, QAbstractItemModel *model, const QModelIndex &index) const {
     const auto *cobMixType = qobject_cast<QComboBox *>(editor);
     if (cobMixType && cobMixType->currentIndex() >= 0 && cobMixType->currentData() != index.data(Qt::EditRole)) {
-        model->setData(index, cobMixType->currentData(), Qt::EditRole);
+        // The view may have been called by a key or by a loss of the focus: by code that no error may pass through.
+        guarded([&] { model->setData(index, cobMixType->currentData(), Qt::EditRole); });
     }
 }
 

@@ -1,5 +1,7 @@
 #include "windows/mixer_strip.h"
 
+#include "windows/named.h"
+
 #include <QGridLayout>
 
 namespace orvel {
@@ -9,11 +11,11 @@ namespace {
 constexpr int mostVolume = 65535;
 constexpr int mostBalance = 100;
 
+/// The name ends in the strip's number; the tooltip tells what the control does.
 template <class Control>
-Control *named(Control *control, const char *name, int index, const QString &accessibleName) {
-    control->setObjectName(QString::fromLatin1(name) + QString::number(index));
-    control->setAccessibleName(accessibleName);
-    control->setToolTip(accessibleName);
+Control *numbered(Control *control, const char *name, int index, const QString &accessibleName) {
+    named(control, name, accessibleName)->setToolTip(accessibleName);
+    control->setObjectName(control->objectName() + QString::number(index));
     return control;
 }
 
@@ -21,11 +23,11 @@ Control *named(Control *control, const char *name, int index, const QString &acc
 
 MixerStrip::MixerStrip(int index, QWidget *parent)
     : QWidget(parent), Label(new QLabel(this)),
-      slVolume(named(new QSlider(Qt::Vertical, this), "slVolume", index, tr("Volume van ingang %1").arg(index))),
-      slBalance(named(new QSlider(Qt::Horizontal, this), "slBalance", index, tr("Balans van ingang %1").arg(index))),
-      chSelect(named(new QCheckBox(this), "chSelect", index, tr("Opnemen van ingang %1").arg(index))),
-      cmdAdvanced(named(new QToolButton(this), "cmdAdvanced", index,
-                        tr("Geavanceerde instellingen van ingang %1").arg(index))) {
+      slVolume(numbered(new QSlider(Qt::Vertical, this), "slVolume", index, tr("Volume van ingang %1").arg(index))),
+      slBalance(numbered(new QSlider(Qt::Horizontal, this), "slBalance", index, tr("Balans van ingang %1").arg(index))),
+      chSelect(numbered(new QCheckBox(this), "chSelect", index, tr("Opnemen van ingang %1").arg(index))),
+      cmdAdvanced(numbered(new QToolButton(this), "cmdAdvanced", index,
+                           tr("Geavanceerde instellingen van ingang %1").arg(index))) {
     Label->setObjectName(QStringLiteral("Label%1").arg(index));
     Label->setAlignment(Qt::AlignCenter);
     slVolume->setRange(0, mostVolume);

@@ -1,46 +1,31 @@
 #include "windows/steps_model.h"
 
+#include "platform/runtime_error.h"
 #include "playlist/field_values.h"
 #include "windows/mix_type.h"
 #include "windows/stored_colour.h"
 
 #include <QBrush>
-#include <QDateTime>
-#include <QLocale>
+#include <QScopeGuard>
 
-#include <array>
+#include <utility>
 
 namespace orvel {
 
-namespace {
-
-constexpr std::array<const char *, StepColumnCount> captions = {
-    "OK",     "Stap",    "Tijd",     "Uitvoerder", "Titel", "Jaar",   "Min", "Sec",     "Intro",
-    "Outtro", "Mixtype", "CueStart", "Cue",        "Mix",   "Atrack", "id",  "trackid", "type"};
-
-bool isNumberColumn(int column) {
-    return column == StapColumn || (column >= 5 && column <= 9) || (column >= 11 && column <= 13);
-}
-
-} // namespace
-
 void StepsModel::setStyles(StepStyles styles) {
-    beginResetModel();
     styles_ = std::move(styles);
-    endResetModel();
+    if (rowCount() > 0) {
+        Q_EMIT dataChanged(index(0, 0), index(rowCount() - 1, columnCount() - 1),
+                           {Qt::BackgroundRole, Qt::ForegroundRole});
+    }
 }
 
 void StepsModel::rebuild(const std::function<void()> &change) {
-    struct Reset {
-        StepsModel &model;
-        explicit Reset(StepsModel &m) : model(m) { model.beginResetModel(); }
-        Reset(const Reset &) = delete;
-        Reset &operator=(const Reset &) = delete;
-        Reset(Reset &&) = delete;
-        Reset &operator=(Reset &&) = delete;
-        ~Reset() { model.endResetModel(); }
-    };
-    const Reset reset(*this);
+    beginResetModel();
+    const auto end = qScopeGuard([this] {
+        told_ = told_ && playlist_.isOpen();
+        endResetModel();
+    });
     change();
 }
 
@@ -65,49 +50,67 @@ const StepStyle *StepsModel::style(int row) const {
 
 QVariant StepsModel::shown(int row, int column) const {
     const QVariant value = playlist_.value(row, column);
-    if (column == ImportedColumn) {
+    switch (stepField(column).look) {
+    case StepLook::Tick:
+        return {};
+    case StepLook::MixType:
+        return mixTypeName(value);
+    default:
+        return asStored(value);
+    }
+}
+
+QVariant StepsModel::cell(int row, int column, int role) const {
+    const StepLook look = stepField(column).look;
+    switch (role) {
+    case Qt::DisplayRole:
+        return shown(row, column);
+    case Qt::EditRole:
+        return playlist_.value(row, column);
+    case Qt::CheckStateRole:
+        return look == StepLook::Tick ? QVariant(playlist_.value(row, column).toBool() ? Qt::Checked : Qt::Unchecked)
+                                      : QVariant();
+    case Qt::TextAlignmentRole:
+        return look == StepLook::Number ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
+    case Qt::BackgroundRole:
+        return style(row) ? QVariant(QBrush(fromStoredColour(style(row)->back))) : QVariant();
+    case Qt::ForegroundRole:
+        return style(row) ? QVariant(QBrush(fromStoredColour(style(row)->text))) : QVariant();
+    case Qt::ToolTipRole:
+        static_cast<void>(playlist_.value(row, column));
+        return {};
+    default:
         return {};
     }
-    if (column == MixtypeColumn) {
-        return mixTypeName(value);
-    }
-    if (value.typeId() == QMetaType::QDateTime) {
-        // A time of day is stored as a moment on the database's day zero.
-        return QLocale().toString(value.toDateTime().time(), QStringLiteral("HH:mm"));
-    }
-    return value.toString();
 }
 
 QVariant StepsModel::data(const QModelIndex &index, int role) const {
     if (!checkIndex(index, CheckIndexOption::IndexIsValid)) {
         return {};
     }
-    switch (role) {
-    case Qt::DisplayRole:
-        return shown(index.row(), index.column());
-    case Qt::EditRole:
-        return playlist_.value(index.row(), index.column());
-    case Qt::CheckStateRole:
-        if (index.column() == ImportedColumn) {
-            return playlist_.value(index.row(), ImportedColumn).toBool() ? Qt::Checked : Qt::Unchecked;
-        }
-        return {};
-    case Qt::TextAlignmentRole:
-        return isNumberColumn(index.column()) ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
-    case Qt::BackgroundRole:
-        return style(index.row()) ? QVariant(QBrush(fromStoredColour(style(index.row())->back))) : QVariant();
-    case Qt::ForegroundRole:
-        return style(index.row()) ? QVariant(QBrush(fromStoredColour(style(index.row())->text))) : QVariant();
-    default:
-        return {};
+    try {
+        return cell(index.row(), index.column(), role);
+    } catch (const RuntimeError &error) {
+        const bool isColour = role == Qt::BackgroundRole || role == Qt::ForegroundRole;
+        tellOnce(index.row(), isColour ? TypeColumn : index.column(), error.description());
+        return role == Qt::ToolTipRole ? QVariant(error.description()) : QVariant();
+    }
+}
+
+void StepsModel::tellOnce(int row, int column, const QString &reason) const {
+    if (!std::exchange(told_, true)) {
+        Q_EMIT unreadable(tr("Niet alles in deze playlist is leesbaar, zoals %1 in rij %2: %3")
+                              .arg(QString::fromLatin1(stepField(column).caption))
+                              .arg(row + 1)
+                              .arg(reason));
     }
 }
 
 bool StepsModel::setData(const QModelIndex &index, const QVariant &value, int role) {
-    if (role != Qt::EditRole || !index.isValid() || index.column() != MixtypeColumn) {
+    if (role != Qt::EditRole || !index.isValid() || !flags(index).testFlag(Qt::ItemIsEditable)) {
         return false;
     }
-    playlist_.setValue(index.row(), MixtypeColumn, value.toInt());
+    playlist_.setValue(index.row(), index.column(), value.toInt());
     Q_EMIT dataChanged(index, index);
     return true;
 }
@@ -116,12 +119,13 @@ QVariant StepsModel::headerData(int section, Qt::Orientation orientation, int ro
     if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= StepColumnCount) {
         return {};
     }
-    return QString::fromLatin1(captions.at(static_cast<std::size_t>(section)));
+    return QString::fromLatin1(stepField(section).caption);
 }
 
 Qt::ItemFlags StepsModel::flags(const QModelIndex &index) const {
     const Qt::ItemFlags plain = QAbstractTableModel::flags(index);
-    return index.column() == MixtypeColumn ? plain | Qt::ItemIsEditable : plain;
+    const bool isEditable = index.isValid() && stepField(index.column()).look == StepLook::MixType;
+    return isEditable ? plain | Qt::ItemIsEditable : plain;
 }
 
 } // namespace orvel

@@ -7,8 +7,9 @@
 
 namespace orvel {
 
-/// The steps of the open playlist as a table: one row a step in the colours of its type, `Imported` as a tick, every
-/// value as stored. Only `mixtype` can be edited; what is chosen is stored at once.
+/// The steps of the open playlist as a table: one row a step in the colours of its type, every value as the table of
+/// step fields says. Only `mixtype` can be edited; what is chosen is stored at once. A value that cannot be read is an
+/// empty cell with the reason as its tooltip: what a view asks for never throws.
 class StepsModel : public QAbstractTableModel {
     Q_OBJECT
 
@@ -16,6 +17,7 @@ class StepsModel : public QAbstractTableModel {
     explicit StepsModel(Playlist &playlist, QObject *parent = nullptr)
         : QAbstractTableModel(parent), playlist_(playlist) {}
 
+    /// The rows' colours. The current row and the selection stay.
     void setStyles(StepStyles styles);
     /// Runs change (opening, refreshing or closing the playlist) with the views told of it, also when it throws.
     void rebuild(const std::function<void()> &change);
@@ -29,12 +31,19 @@ class StepsModel : public QAbstractTableModel {
     [[nodiscard]] QVariant headerData(int section, Qt::Orientation orientation, int role) const override;
     [[nodiscard]] Qt::ItemFlags flags(const QModelIndex &index) const override;
 
+  Q_SIGNALS:
+    /// One sentence about the first value that could not be read since the playlist was opened.
+    void unreadable(const QString &sentence) const;
+
   private:
+    [[nodiscard]] QVariant cell(int row, int column, int role) const;
     [[nodiscard]] const StepStyle *style(int row) const;
     [[nodiscard]] QVariant shown(int row, int column) const;
+    void tellOnce(int row, int column, const QString &reason) const;
 
     Playlist &playlist_;
     StepStyles styles_;
+    mutable bool told_ = false; ///< of the open playlist
 };
 
 } // namespace orvel

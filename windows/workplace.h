@@ -9,6 +9,7 @@
 #include "production/filing.h"
 #include "production/processing_chain.h"
 #include "production/saving.h"
+#include "production/unfinished.h"
 #include "recording/listening.h"
 #include "recording/take_session.h"
 #include "recording/take_store.h"
@@ -17,10 +18,9 @@
 #include "station/journal.h"
 #include "station/places.h"
 #include "station/recovery.h"
+#include "station/station_lock.h"
 
 namespace orvel {
-
-class ProcessorPanel;
 
 /// What the rooms ask of the windows.
 struct View {
@@ -33,6 +33,7 @@ struct View {
     std::function<void()> refreshPlaylist;
     std::function<void()> closePlaylist;
     std::function<void()> refreshLists;
+    std::function<ProcessorSettings()> processor;
     std::function<void()> showStations;
     std::function<void(std::optional<int> percent)> progress;
     std::function<void(bool visible)> showProcess;
@@ -40,7 +41,7 @@ struct View {
 
 /// The rooms of one station, put together: everything that the windows show and ask. Knows no window.
 struct Workplace {
-    Workplace(Platform &thePlatform, const QString &programFolder, const ProcessorPanel &processorPanel, View theView);
+    Workplace(Platform &thePlatform, const QString &programFolder, View theView);
 
     Platform &platform;
     View view;
@@ -61,6 +62,8 @@ struct Workplace {
     Completion completion;
     Filing filing;
     Saving saving;
+    Unfinished unfinished;
+    StationLock lock;
 
   private:
     /// Of a playlist that is about to be changed for the first time.

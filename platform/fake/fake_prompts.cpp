@@ -88,6 +88,10 @@ void FakePrompts::expectAsk(const QString &text, const QString &title, bool answ
     expect({questionKind(preset), text, title}, answer ? QStringLiteral("yes") : QString());
 }
 
+void FakePrompts::expectWait(const QString &beginning, bool answer) {
+    expect({QStringLiteral("wait"), beginning}, answer ? QStringLiteral("yes") : QString(), true);
+}
+
 void FakePrompts::expectInput(const QString &prompt, const QString &title, const QString &answer) {
     expect({QStringLiteral("input"), prompt, title}, answer);
 }
@@ -110,6 +114,10 @@ void FakePrompts::message(const QString &text, const QString &title, MessageIcon
 
 bool FakePrompts::ask(const QString &text, const QString &title, Preset preset) {
     return !answer({questionKind(preset), text, title}).isEmpty();
+}
+
+bool FakePrompts::waitUntil(const QString &text, const QString &title, const std::function<bool()> &isOver) {
+    return !answer({QStringLiteral("wait"), text, title}).isEmpty() && isOver();
 }
 
 QString FakePrompts::input(const QString &prompt, const QString &title) {

@@ -19,6 +19,8 @@ class FakePrompts : public Prompts {
     /// A message of which only the beginning is known (a report with a number).
     void expectReport(const QString &beginning);
     void expectAsk(const QString &text, const QString &title, bool answer, Preset preset = Preset::Yes);
+    /// The box closes by itself when it is over; until then whileOpen() runs. answer: whether the presenter waits.
+    void expectWait(const QString &beginning, bool answer);
     void expectInput(const QString &prompt, const QString &title, const QString &answer);
     void expectSaveFileName(const QString &title, const QString &proposal, const QString &answer);
     void expectFolder(const QString &instruction, const QString &start, const QString &answer);
@@ -31,6 +33,7 @@ class FakePrompts : public Prompts {
     void message(const QString &text, const QString &title, MessageIcon icon) override;
     using Prompts::ask;
     bool ask(const QString &text, const QString &title, Preset preset) override;
+    bool waitUntil(const QString &text, const QString &title, const std::function<bool()> &isOver) override;
     QString input(const QString &prompt, const QString &title) override;
     QString saveFileName(const QString &title, const QString &proposal) override;
     QString folder(const QString &instruction, const QString &start) override;

@@ -24,7 +24,7 @@ class FakeRecorder : public WaveRecorder {
     void prepare() override { ++prepared_; }
     void start() override;
     void stop() override;
-    [[nodiscard]] bool isRecording() const override { return recording_; }
+    [[nodiscard]] bool isRecording() const { return recording_; }
     RecorderStatus status() override;
 
   private:
@@ -63,7 +63,7 @@ class FakeSoundCard : public SoundCard {
     explicit FakeSoundCard(std::vector<Card> cards);
 
     [[nodiscard]] AudioRecord &audioRecord() override { return record_; }
-    [[nodiscard]] WaveRecorder &recorder() override { return recorder_; }
+    [[nodiscard]] FakeRecorder &recorder() override { return recorder_; }
     [[nodiscard]] AudioPlayer &audioPlayer() override { return player_; }
     [[nodiscard]] std::unique_ptr<WavePlayer> makePlayer() override;
     [[nodiscard]] QStringList outputNames() const override { return outputs_; }

@@ -32,7 +32,6 @@ class PulseRecorder : public WaveRecorder {
     void prepare() override;
     void start() override;
     void stop() override;
-    [[nodiscard]] bool isRecording() const override { return recording_; }
     RecorderStatus status() override;
 
   private:

@@ -1,5 +1,6 @@
 #include "platform/qt/qt_prompts.h"
 
+#include "platform/guarded.h"
 #include "platform/qt/active_window.h"
 
 #include <QApplication>
@@ -115,6 +116,24 @@ bool QtPrompts::ask(const QString &text, const QString &title, Preset preset) {
     box.setEscapeButton(no);
     box.exec();
     return box.clickedButton() == yes;
+}
+
+bool QtPrompts::waitUntil(const QString &text, const QString &title, const std::function<bool()> &isOver) {
+    constexpr int lookMs = 1000;
+    QMessageBox box(QMessageBox::Information, title, text, QMessageBox::NoButton, activeWindow());
+    box.setTextFormat(Qt::PlainText);
+    box.addButton(QStringLiteral("&Niet langer wachten"), QMessageBox::RejectRole);
+    bool over = false;
+    QTimer look;
+    QObject::connect(&look, &QTimer::timeout, &box, [&] {
+        guarded([&] { over = isOver(); });
+        if (over) {
+            box.accept();
+        }
+    });
+    look.start(lookMs);
+    box.exec();
+    return over;
 }
 
 QString QtPrompts::input(const QString &prompt, const QString &title) {

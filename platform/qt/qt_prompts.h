@@ -12,6 +12,7 @@ class QtPrompts : public Prompts {
     void message(const QString &text, const QString &title, MessageIcon icon) override;
     using Prompts::ask;
     bool ask(const QString &text, const QString &title, Preset preset) override;
+    bool waitUntil(const QString &text, const QString &title, const std::function<bool()> &isOver) override;
     QString input(const QString &prompt, const QString &title) override;
     QString saveFileName(const QString &title, const QString &proposal) override;
     QString folder(const QString &instruction, const QString &start) override;

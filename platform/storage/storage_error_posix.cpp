@@ -14,7 +14,7 @@ ErrorNumber numberOf(int code, StorageSubject subject) {
     case ENOTDIR:
         return ErrorNumber::PathNotFound;
     case EEXIST:
-        return ErrorNumber::FileExists;
+        return ErrorNumber::PathAccess;
     case EACCES:
     case EPERM:
     case EROFS:

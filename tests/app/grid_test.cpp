@@ -69,8 +69,10 @@ TEST_F(Station, APresentationStepShowsTheTalkOverTimesInTheUsersLocale) {
     EXPECT_EQ(panel.barRec->value(), outro + intro);
     EXPECT_EQ(panel.barRec->barColour(), QColor(0, 0, 255));
     EXPECT_TRUE(panel.lblIntro->isVisible());
-    EXPECT_TRUE(panel.lblIntro->text().startsWith(QStringLiteral("Intro : ")));
-    EXPECT_TRUE(panel.lblInOut->text().endsWith(QStringLiteral(" sec")));
+    // 3410 ms before it and 6240 ms behind it.
+    EXPECT_EQ(panel.lblOuttro->text(), QStringLiteral("Outtro : 3,4"));
+    EXPECT_EQ(panel.lblIntro->text(), QStringLiteral("Intro : 6,2"));
+    EXPECT_EQ(panel.lblInOut->text(), QStringLiteral("Totaal : 9,65 sec"));
     EXPECT_EQ(panel.lblBestand->text(), window->workplace().step.VoiceTrackName);
     EXPECT_TRUE(window->panels().recorderPanel->cmdRec->isEnabled());
     EXPECT_FALSE(window->panels().playbackPanel->cmdPlay->isEnabled());
@@ -219,13 +221,18 @@ TEST_F(Station, FieldsInAnotherOrderStandInTheirOwnColumns) {
 }
 
 TEST_F(Station, DoubleClickPreviewsOnlyTracksAndJingles) {
-    addPlaylist(demo);
+    const QString everyType = QStringLiteral("type-codes.mdb");
+    addPlaylist(everyType);
     ASSERT_TRUE(start());
-    open(demo);
+    open(everyType);
+    ASSERT_EQ(window->workplace().datList.stepCount(), 61);
+    int previews = 0;
     for (int row = 0; row < window->workplace().datList.stepCount(); ++row) {
         select(row);
         const int type = window->workplace().datList.value(row, TypeColumn).toInt();
-        const bool wanted = (type == TrackStep || type == JingleStep) && window->workplace().step.previewAllowed;
+        ASSERT_EQ(type, row) << "step n has type n - 1";
+        const bool wanted = type == 1 || type == 3;
+        previews += wanted ? 1 : 0;
         window->panels().gridPanel->dbgLijst_DblClick();
         auto *preview = window->findChild<frmPreview *>();
         EXPECT_EQ(preview != nullptr && preview->isVisible(), wanted) << row;
@@ -236,27 +243,69 @@ TEST_F(Station, DoubleClickPreviewsOnlyTracksAndJingles) {
             preview->close();
         }
     }
+    EXPECT_EQ(previews, 2);
 }
 
 TEST_F(Station, StepTypesHaveTheStationsColours) {
-    configure(QStringLiteral("[Colors]\nMusBack=255\nPresTxt=16711680"));
+    configure(QStringLiteral("[Colors]\nMusBack=1\nPresBack=2\nJingBack=3\nTijdBack=4\nEventBack=5\nRecBack=6\n"
+                             "MusTxt=257\nPresTxt=258\njingTxt=259\nTijdTxt=260\nEventTxt=261\nRecTxt=262"));
     addPlaylist(QStringLiteral("type-codes.mdb"));
     ASSERT_TRUE(start());
     open(QStringLiteral("type-codes.mdb"));
-    StepsModel &steps = window->panels().gridPanel->steps();
+    // Per type code from 0 to 60: t(rack), p(resentation), j(ingle), z for the time, e(vent), r for advertising.
+    const QByteArray kinds = ".tpjez....rrrrrr....eeeeee....eeeee.....eeeeeeee..eee........";
+    const QByteArray order = "tpjzer";
+    const StepsModel &steps = window->panels().gridPanel->steps();
+    ASSERT_EQ(steps.rowCount(), kinds.size());
     for (int row = 0; row < steps.rowCount(); ++row) {
-        const int type = window->workplace().datList.value(row, TypeColumn).toInt();
-        const QVariant back = steps.index(row, 0).data(Qt::BackgroundRole);
-        const QVariant text = steps.index(row, 0).data(Qt::ForegroundRole);
-        EXPECT_EQ(back.isValid(), !styleName(type).isEmpty()) << type;
-        if (type == TrackStep) {
-            EXPECT_EQ(back.value<QBrush>().color(), QColor(255, 0, 0));
-        } else if (type == PresStep) {
-            EXPECT_EQ(text.value<QBrush>().color(), QColor(0, 0, 255));
-        } else if (back.isValid()) {
-            EXPECT_EQ(back.value<QBrush>().color(), QColor(255, 255, 255));
+        const qsizetype kind = order.indexOf(kinds.at(row));
+        for (const int column : {StapColumn, AtrackColumn}) {
+            const QVariant back = steps.index(row, column).data(Qt::BackgroundRole);
+            const QVariant text = steps.index(row, column).data(Qt::ForegroundRole);
+            ASSERT_EQ(back.isValid(), kind >= 0) << row;
+            ASSERT_EQ(text.isValid(), kind >= 0) << row;
+            if (kind >= 0) {
+                // Red is the low byte, green the next one.
+                const int number = static_cast<int>(kind) + 1;
+                EXPECT_EQ(back.value<QBrush>().color(), QColor(number, 0, 0)) << row;
+                EXPECT_EQ(text.value<QBrush>().color(), QColor(number, 1, 0)) << row;
+            }
         }
     }
+}
+
+// A damaged title gave seven error boxes in five repaints: the grid asks again with every one of them.
+TEST_F(Station, AValueThatCannotBeReadIsAnEmptyCellAndToldOnce) {
+    addPlaylist(demo);
+    const QString file = path(QStringLiteral("new/")) + demo;
+    QByteArray damaged = disk.read(file);
+    constexpr qsizetype lengthOfATitle = 205034;
+    ASSERT_EQ(damaged.at(lengthOfATitle), '\x0E');
+    damaged[lengthOfATitle] = '\x84';
+    disk.write(file, damaged);
+    ASSERT_TRUE(start());
+    open(demo);
+    QTableView &grid = *window->panels().gridPanel->dbgLijst;
+    const StepsModel &steps = window->panels().gridPanel->steps();
+    int empty = 0;
+    for (int row = 0; row < steps.rowCount(); ++row) {
+        const QModelIndex title = steps.index(row, 4);
+        const QString reason = title.data(Qt::ToolTipRole).toString();
+        EXPECT_EQ(title.data().toString().isEmpty(), !reason.isEmpty()) << row;
+        empty += reason.isEmpty() ? 0 : 1;
+    }
+    EXPECT_EQ(empty, 1);
+    const QString told = window->panels().lblStatus->text();
+    EXPECT_TRUE(told.startsWith(QStringLiteral("Niet alles in deze playlist is leesbaar, "))) << told.toStdString();
+    window->panels().lblStatus->clear();
+    for (int repaint = 0; repaint < 5; ++repaint) {
+        grid.scrollTo(steps.index(repaint, StapColumn));
+        grid.viewport()->repaint();
+    }
+    EXPECT_EQ(window->panels().lblStatus->text(), QString()) << "told once";
+    EXPECT_EQ(prompts.open(), 0U) << "no box";
+    open(demo);
+    EXPECT_EQ(window->panels().lblStatus->text(), told) << "a playlist that is opened again";
 }
 
 TEST_F(Station, ChangingTheTabRefreshesBothLists) {

@@ -208,6 +208,7 @@ TEST_F(Playing, WhileATakePlaysNothingRecords) {
     record(1000);
     click(play());
     EXPECT_FALSE(window->panels().recorderPanel->cmdRec->isEnabled());
+    const int row = window->panels().gridPanel->currentRow();
     select(row + 1);
     select(row);
     EXPECT_FALSE(window->panels().recorderPanel->cmdRec->isEnabled()) << "also when a step is selected meanwhile";

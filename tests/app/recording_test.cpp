@@ -448,7 +448,7 @@ TEST_F(Recording, AStartThatFailsLeavesTheTakeBeforeInItsPlace) {
 
 TEST_F(Recording, AMissingWorkFolderEndsTheProgramAlsoWhenTheCardVanishes) {
     openDemo();
-    window->panels().processorPanel->chkAmp->setChecked(true);
+    window->panels().processorPanel->findChild<QCheckBox *>(QStringLiteral("chkAmp"))->setChecked(true);
     beginRecording();
     sound.deliver(44100);
     QDir(path(QStringLiteral("temp2"))).removeRecursively();

@@ -329,7 +329,7 @@ TEST_F(SavingTakes, AFinishedPlaylistThatCannotBeCopiedStays) {
 
 TEST_F(SavingTakes, APlaylistThatWasFinishedBeforeIsOfferedAtOnce) {
     openDemo({}, QStringLiteral("all-imported.mdb"));
-    mark(window->panels().gridPanel->currentRow(), true);
+    finishAllBut(window->panels().gridPanel->currentRow());
     prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false);
     record(300);
     save();

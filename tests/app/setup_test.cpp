@@ -203,6 +203,7 @@ TEST_F(Setup, WrongFoldersAreMarkedOnTheSpotAndNotRefused) {
 TEST_F(Setup, EveryColourButtonPaintsItsPanelAndTheGridAtOnce) {
     addPlaylist(QStringLiteral("type-codes.mdb"));
     openSetup();
+    open(QStringLiteral("type-codes.mdb"));
     const std::vector<std::tuple<const char *, std::int32_t Settings::*>> buttons = {
         {"cmdMuzBack", &Settings::MusBack},     {"cmdMuzTxt", &Settings::MusTxt},
         {"cmdJingBack", &Settings::JingBack},   {"cmdJingTxt", &Settings::jingTxt},
@@ -223,20 +224,47 @@ TEST_F(Setup, EveryColourButtonPaintsItsPanelAndTheGridAtOnce) {
     ASSERT_NE(panel, nullptr);
     // Red is the low byte.
     EXPECT_TRUE(panel->styleSheet().contains(QStringLiteral("rgb(49, 33, 17)"))) << panel->styleSheet().toStdString();
-    open(QStringLiteral("type-codes.mdb"));
-    StepsModel &steps = window->panels().gridPanel->steps();
-    for (int row = 0; row < steps.rowCount(); ++row) {
-        if (window->workplace().datList.value(row, TypeColumn).toInt() == TrackStep) {
-            EXPECT_EQ(steps.index(row, 0).data(Qt::BackgroundRole).value<QBrush>().color(), QColor(0x31, 0x21, 0x11));
-        }
+    const StepsModel &steps = window->panels().gridPanel->steps();
+    const auto colourOf = [&steps](int row, Qt::ItemDataRole role) {
+        return steps.index(row, StapColumn).data(role).value<QBrush>().color();
+    };
+    // Rows by their type code: music, jingle, advertising, event, presentation.
+    int step = 1;
+    for (const int row : {1, 3, 10, 4, 2}) {
+        EXPECT_EQ(colourOf(row, Qt::BackgroundRole), QColor(0x30 + step, 0x20 + step, 0x10 + step)) << row;
+        ++step;
+        EXPECT_EQ(colourOf(row, Qt::ForegroundRole), QColor(0x30 + step, 0x20 + step, 0x10 + step)) << row;
+        ++step;
     }
 }
 
-TEST_F(Setup, ACancelledColourChangesNothing) {
+// A colour that was chosen while a playlist was open took the selected row away: the take was filed and its step never
+// marked.
+TEST_F(Setup, AChosenColourKeepsTheSelectedStep) {
+    addPlaylist(QStringLiteral("type-codes.mdb"));
     openSetup();
+    open(QStringLiteral("type-codes.mdb"));
+    select(2);
+    const QString name = window->workplace().step.VoiceTrackName;
+    prompts.expectColour(77);
+    setup->findChild<QPushButton *>(QStringLiteral("cmdMuzBack"))->click();
+    EXPECT_EQ(window->panels().gridPanel->currentRow(), 2);
+    EXPECT_EQ(window->workplace().step.VoiceTrackName, name);
+    mark(window->panels().gridPanel->currentRow(), true);
+    EXPECT_TRUE(imported(2));
+}
+
+TEST_F(Setup, ACancelledColourChangesNothing) {
+    openSetup(QStringLiteral("[Colors]\nMusBack=1193046"));
+    const auto *panel = setup->findChild<QLabel *>(QStringLiteral("panMuziek"));
+    ASSERT_NE(panel, nullptr);
+    const QString before = panel->styleSheet();
+    EXPECT_TRUE(before.contains(QStringLiteral("rgb(86, 52, 18)"))) << before.toStdString();
     prompts.expectColour(std::nullopt);
     setup->findChild<QPushButton *>(QStringLiteral("cmdMuzBack"))->click();
-    EXPECT_EQ(window->workplace().settings.MusBack, 0xFFFFFF);
+    EXPECT_EQ(prompts.open(), 0U) << "it was asked";
+    EXPECT_EQ(window->workplace().settings.MusBack, 1193046);
+    EXPECT_EQ(panel->styleSheet(), before);
 }
 
 TEST_F(Setup, ColoursStayForTheRunButNotInTheFile) {

@@ -188,8 +188,8 @@ TEST_F(Station, TheToolbarHasItsSixTooltips) {
 TEST_F(Station, ClosingTheWindowWritesTheProcessorAndTheCard) {
     configure(QStringLiteral("; eigen regel\n[AudioProcessor]\nOnbekend=x"));
     ASSERT_TRUE(start());
-    window->panels().processorPanel->ledRevDelay->setValue(250);
-    window->panels().processorPanel->chkComp->setChecked(true);
+    window->panels().processorPanel->findChild<LedSpin *>(QStringLiteral("ledRevDelay"))->setValue(250);
+    window->panels().processorPanel->findChild<QCheckBox *>(QStringLiteral("chkComp"))->setChecked(true);
     EXPECT_TRUE(window->close());
     const QByteArray written = content(QStringLiteral("orvel.ini"));
     EXPECT_TRUE(written.contains("RevDelay=250"));
@@ -197,16 +197,16 @@ TEST_F(Station, ClosingTheWindowWritesTheProcessorAndTheCard) {
     EXPECT_TRUE(written.contains("RecCard=0"));
     EXPECT_TRUE(written.startsWith("; eigen regel\n[AudioProcessor]\nOnbekend=x"));
     ASSERT_TRUE(start());
-    EXPECT_EQ(window->panels().processorPanel->ledRevDelay->value(), 250);
-    EXPECT_TRUE(window->panels().processorPanel->chkComp->isChecked());
+    EXPECT_EQ(window->panels().processorPanel->findChild<LedSpin *>(QStringLiteral("ledRevDelay"))->value(), 250);
+    EXPECT_TRUE(window->panels().processorPanel->findChild<QCheckBox *>(QStringLiteral("chkComp"))->isChecked());
 }
 
 // A gain of 800 dB went from the settings file into the sound.
 TEST_F(Station, AKnobOutsideItsLimitsIsSetToTheLimitAndTold) {
     configure(QStringLiteral("[AudioProcessor]\nAmp=800\nNorm=70"));
     ASSERT_TRUE(start());
-    EXPECT_EQ(window->panels().processorPanel->ledAmp->value(), 15);
-    EXPECT_EQ(window->panels().processorPanel->ledNorm->value(), 70);
+    EXPECT_EQ(window->panels().processorPanel->findChild<LedSpin *>(QStringLiteral("ledAmp"))->value(), 15);
+    EXPECT_EQ(window->panels().processorPanel->findChild<LedSpin *>(QStringLiteral("ledNorm"))->value(), 70);
     EXPECT_EQ(window->panels().lblStatus->text(),
               QStringLiteral("Buiten de grenzen in orvel.ini: Versterking Niveau van 800 naar 15."));
 }

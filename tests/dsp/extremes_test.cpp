@@ -19,13 +19,16 @@ struct Setting {
     bool keepsShape = false; ///< louder or softer is all that it makes a sound
 };
 
-void addSettings(std::vector<Setting> &settings, const std::string &stage, int first, int last, int step,
+enum class Shape { Kept, Changed };
+
+void addSettings(std::vector<Setting> &settings, const std::string &stage, int first, int last, int step, Shape shape,
                  const std::function<void(AudioTransform &, Samples &, float)> &run) {
     for (int value = first; value <= last; value += step) {
-        settings.push_back(
-            {stage + ' ' + std::to_string(value), [run, value](AudioTransform &transform, Samples &take) {
-                 run(transform, take, static_cast<float>(value));
-             }});
+        settings.push_back({stage + ' ' + std::to_string(value),
+                            [run, value](AudioTransform &transform, Samples &take) {
+                                run(transform, take, static_cast<float>(value));
+                            },
+                            shape == Shape::Kept});
     }
 }
 
@@ -38,31 +41,32 @@ void trimBoth(AudioTransform &transform, Samples &take, float threshold) {
 /// Every position of every knob, with the others at their ends.
 std::vector<Setting> everySetting() {
     std::vector<Setting> all;
-    addSettings(all, "gain", -15, 15, 1, [](AudioTransform &transform, Samples &take, float value) {
+    addSettings(all, "gain", -15, 15, 1, Shape::Kept, [](AudioTransform &transform, Samples &take, float value) {
         transform.amplify(take, AudioTransform::decibelsToFactor(value));
     });
-    addSettings(all, "level", 0, 100, 1,
+    addSettings(all, "level", 0, 100, 1, Shape::Kept,
                 [](AudioTransform &transform, Samples &take, float value) { transform.normalise(take, value); });
-    addSettings(all, "trim", -90, 0, 1, trimBoth);
+    addSettings(all, "trim", -90, 0, 1, Shape::Changed, trimBoth);
     for (const float rate : {1.0F, 50.0F, 100.0F}) {
-        addSettings(all, "threshold", -96, 0, 1, [rate](AudioTransform &transform, Samples &take, float value) {
-            transform.compress(take, value, rate, 0);
-        });
+        addSettings(all, "threshold", -96, 0, 1, Shape::Kept,
+                    [rate](AudioTransform &transform, Samples &take, float value) {
+                        transform.compress(take, value, rate, 0);
+                    });
     }
-    addSettings(all, "rate", 1, 100, 1, [](AudioTransform &transform, Samples &take, float value) {
+    addSettings(all, "rate", 1, 100, 1, Shape::Kept, [](AudioTransform &transform, Samples &take, float value) {
         transform.compress(take, -96, value, 0);
         transform.compress(take, -30, value, 1000);
     });
-    addSettings(all, "delay", 0, 1000, 10, [](AudioTransform &transform, Samples &take, float value) {
+    addSettings(all, "delay", 0, 1000, 10, Shape::Changed, [](AudioTransform &transform, Samples &take, float value) {
         transform.reverb(take, {value, 100, 1, 1});
     });
-    addSettings(all, "depth", 1, 100, 1, [](AudioTransform &transform, Samples &take, float value) {
+    addSettings(all, "depth", 1, 100, 1, Shape::Changed, [](AudioTransform &transform, Samples &take, float value) {
         transform.reverb(take, {0, value, 3, 50});
     });
-    addSettings(all, "decay", 1, 100, 9, [](AudioTransform &transform, Samples &take, float value) {
+    addSettings(all, "decay", 1, 100, 9, Shape::Changed, [](AudioTransform &transform, Samples &take, float value) {
         transform.reverb(take, {0, 100, value, 100});
     });
-    addSettings(all, "movement", 1, 100, 1, [](AudioTransform &transform, Samples &take, float value) {
+    addSettings(all, "movement", 1, 100, 1, Shape::Changed, [](AudioTransform &transform, Samples &take, float value) {
         transform.reverb(take, {0, 100, 2, value});
     });
     return all;
@@ -106,6 +110,7 @@ TEST(Extremes, SilenceStaysSilentAtEverySetting) {
 
 TEST(Extremes, AFullScaleSquareKeepsItsSigns) {
     const Samples before = square(2000);
+    int looked = 0;
     for (const Setting &setting : everySetting()) {
         AudioTransform transform = ready();
         Samples take = before;
@@ -115,10 +120,12 @@ TEST(Extremes, AFullScaleSquareKeepsItsSigns) {
         if (!setting.keepsShape) {
             continue;
         }
+        ++looked;
         for (std::size_t i = 0; i < before.size(); ++i) {
             ASSERT_TRUE(before[i] > 0 ? take[i] >= -1 : take[i] <= 1) << setting.name << ", sample " << i;
         }
     }
+    EXPECT_EQ(looked, 31 + 101 + 3 * 97 + 100) << "gain, level, threshold at three rates, rate";
 }
 
 TEST(Extremes, NothingWrapsAroundAtAnySetting) {

@@ -32,11 +32,11 @@ void expectDefaults(const Settings &settings, const ProcessorSettings &processor
     for (const auto field : textColours) {
         EXPECT_EQ(settings.*field, 0);
     }
-    for (const auto &key : test::processorChecks) {
-        EXPECT_EQ(processor.*key.field, 0) << key.name;
+    for (const char *key : test::processorChecks) {
+        EXPECT_EQ(processor[key], 0) << key;
     }
-    for (const auto &key : test::processorValues) {
-        EXPECT_EQ(processor.*key.field, 0) << key.name;
+    for (const char *key : test::processorValues) {
+        EXPECT_EQ(processor[key], 0) << key;
     }
 }
 
@@ -62,12 +62,12 @@ TEST_F(Loading, EveryKeyReachesItsFieldAndGoesWithTheFile) {
             EXPECT_EQ(settings.*field, value++);
         }
     }
-    for (const auto &key : test::processorChecks) {
-        EXPECT_EQ(processor.*key.field, 1) << key.name;
+    for (const char *key : test::processorChecks) {
+        EXPECT_EQ(processor[key], 1) << key;
     }
     value = 201;
-    for (const auto &key : test::processorValues) {
-        EXPECT_EQ(processor.*key.field, value++) << key.name;
+    for (const char *key : test::processorValues) {
+        EXPECT_EQ(processor[key], value++) << key;
     }
     load("");
     expectDefaults(settings, processor);
@@ -114,9 +114,9 @@ TEST_F(Loading, NumbersAreRoundedAndFitTheirField) {
     EXPECT_EQ(countdown("-32768"), -32768);
     EXPECT_EQ(countdown("-32769"), 0);
     load("[AudioProcessor]\nAmp=2147483647\nNorm=2147483648\nTrim=-70000\n[Audio]\nBitRate=9\nRecCard=-4\n");
-    EXPECT_EQ(processor.ledAmp, 2147483647);
-    EXPECT_EQ(processor.ledNorm, 0);
-    EXPECT_EQ(processor.ledTrim, -70000);
+    EXPECT_EQ(processor["Amp"], 2147483647);
+    EXPECT_EQ(processor["Norm"], 0);
+    EXPECT_EQ(processor["Trim"], -70000);
     EXPECT_EQ(settings.BitRate, 9) << "checked where it is used";
     EXPECT_EQ(settings.RecCard, -4);
 }

@@ -51,8 +51,8 @@ TEST_F(Saving, TheSetupWritesItsKeysInTheirOrderAndSpelling) {
 TEST_F(Saving, TheEndOfTheProgramWritesItsKeysInTheirOrder) {
     load(test::everyKey());
     ASSERT_TRUE(QFile::remove(path));
-    processor.chkNorm = 0;
-    processor.ledRevRate = -1;
+    processor.set("UseNorm", 0);
+    processor.set("RevRate", -1);
     saveAudio(disk, folder.path(), {3, {}}, processor);
     EXPECT_EQ(contentOf(path), "[Audio]\r\nRecCard=3\r\n\r\n"
                                "[AudioProcessor]\r\nUseAmp=1\r\nAmp=201\r\nUseNorm=0\r\nNorm=202\r\nUseTrim=1\r\n"

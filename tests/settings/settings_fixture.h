@@ -10,33 +10,23 @@
 
 namespace orvel::test {
 
-template <class Field>
-struct ProcessorField {
-    const char *name;
-    Field ProcessorSettings::*field;
-};
+inline constexpr std::array processorChecks = {"UseAmp", "UseNorm", "UseTrim", "UseComp", "UseReverb"};
+inline constexpr std::array processorValues = {"Amp",     "Norm",     "Trim",     "Attack",   "CompTresh", "CompRate",
+                                               "CompRMS", "RevDelay", "RevDepth", "RevDecay", "RevRate"};
 
-inline constexpr std::array processorChecks = {
-    ProcessorField<int>{"UseAmp", &ProcessorSettings::chkAmp},
-    ProcessorField<int>{"UseNorm", &ProcessorSettings::chkNorm},
-    ProcessorField<int>{"UseTrim", &ProcessorSettings::chkTrim},
-    ProcessorField<int>{"UseComp", &ProcessorSettings::chkComp},
-    ProcessorField<int>{"UseReverb", &ProcessorSettings::chkReverb},
-};
-
-inline constexpr std::array processorValues = {
-    ProcessorField<std::int32_t>{"Amp", &ProcessorSettings::ledAmp},
-    ProcessorField<std::int32_t>{"Norm", &ProcessorSettings::ledNorm},
-    ProcessorField<std::int32_t>{"Trim", &ProcessorSettings::ledTrim},
-    ProcessorField<std::int32_t>{"Attack", &ProcessorSettings::ledAttack},
-    ProcessorField<std::int32_t>{"CompTresh", &ProcessorSettings::ledCompTreshold},
-    ProcessorField<std::int32_t>{"CompRate", &ProcessorSettings::ledCompRate},
-    ProcessorField<std::int32_t>{"CompRMS", &ProcessorSettings::ledCompRMS},
-    ProcessorField<std::int32_t>{"RevDelay", &ProcessorSettings::ledRevDelay},
-    ProcessorField<std::int32_t>{"RevDepth", &ProcessorSettings::ledRevDepth},
-    ProcessorField<std::int32_t>{"RevDecay", &ProcessorSettings::ledRevDecay},
-    ProcessorField<std::int32_t>{"RevRate", &ProcessorSettings::ledRevRate},
-};
+/// The keys of the processor in the file's order, with the value 0.
+inline ProcessorSettings processorKeys() {
+    ProcessorSettings keys;
+    for (const char *key : {"UseAmp", "Amp", "UseNorm", "Norm", "UseTrim", "Trim", "Attack", "UseComp", "CompTresh",
+                            "CompRate", "CompRMS", "UseReverb", "RevDelay", "RevDepth", "RevDecay", "RevRate"}) {
+        if (std::string_view(key).starts_with("Use")) {
+            keys.addCheck(key);
+        } else {
+            keys.addNumber(key);
+        }
+    }
+    return keys;
+}
 
 /// A settings file with another value for every key: 11 and up, colours 101 and up, displays 201 and up.
 inline QByteArray everyKey() {
@@ -66,7 +56,7 @@ class SettingsFile : public testing::Test {
     QString path = folder.path("orvel.ini");
     DiskFileSystem disk;
     Settings settings;
-    ProcessorSettings processor;
+    ProcessorSettings processor = processorKeys();
 };
 
 } // namespace orvel::test

@@ -1,5 +1,5 @@
 #include "platform/qt/disk_file_system.h"
-#include "settings/settings.h"
+#include "tests/settings/settings_fixture.h"
 
 #include <QTemporaryDir>
 
@@ -16,7 +16,7 @@ class SettingsFile : public testing::Test {
     [[nodiscard]] QString file() const { return folder.filePath(QStringLiteral("orvel.ini")); }
     void load() {
         settings = {};
-        processor = {};
+        processor = test::processorKeys();
         LoadSettings(disk, folder.path(), settings, processor);
     }
     [[nodiscard]] bool has(const QByteArray &line) const { return content().split('\n').contains(line); }
@@ -24,7 +24,7 @@ class SettingsFile : public testing::Test {
     QTemporaryDir folder;
     DiskFileSystem disk;
     Settings settings;
-    ProcessorSettings processor;
+    ProcessorSettings processor = test::processorKeys();
 };
 
 void expectDefaults(const Settings &settings, const ProcessorSettings &processor) {
@@ -35,8 +35,8 @@ void expectDefaults(const Settings &settings, const ProcessorSettings &processor
     EXPECT_EQ(settings.MusBack, 16777215);
     EXPECT_EQ(settings.TijdBack, 16777215);
     EXPECT_EQ(settings.PresTxt, 0);
-    EXPECT_EQ(processor.chkReverb, 0);
-    EXPECT_EQ(processor.ledCompRate, 0);
+    EXPECT_EQ(processor["UseReverb"], 0);
+    EXPECT_EQ(processor["CompRate"], 0);
 }
 
 } // namespace
@@ -63,9 +63,9 @@ TEST_F(SettingsFile, ValuesThatAreNoneLeaveTheFieldsAndLoadingGoesOn) {
     EXPECT_EQ(settings.Cbuffer_size, 0);
     EXPECT_EQ(settings.Countdown, 0);
     EXPECT_FALSE(settings.Network || settings.ServerMode || settings.Mute || settings.Nodelete);
-    EXPECT_EQ(processor.chkAmp, 0);
-    EXPECT_EQ(processor.ledAmp, 0);
-    EXPECT_EQ(processor.ledRevDelay, 250);
+    EXPECT_EQ(processor["UseAmp"], 0);
+    EXPECT_EQ(processor["Amp"], 0);
+    EXPECT_EQ(processor["RevDelay"], 250);
 }
 
 TEST_F(SettingsFile, NamesMatchWithoutRegardToCase) {
@@ -96,8 +96,8 @@ TEST_F(SettingsFile, SavingTheSetupWritesItsSpellingsAndKeepsTheRest) {
 }
 
 TEST_F(SettingsFile, SavingTheAudioWritesItsKeysInTheirOrder) {
-    processor.chkComp = 1;
-    processor.ledCompTreshold = -18;
+    processor.set("UseComp", 1);
+    processor.set("CompTresh", -18);
     saveAudio(disk, folder.path(), {3, {}}, processor);
     EXPECT_EQ(
         content().replace("\r", ""),

@@ -122,7 +122,6 @@ QWidget *recorder() {
         auto *bar = new Gauge;
         bar->setMaximum(11912);
         bar->setValue(value);
-        bar->setTickInterval(1000);
         bar->setBarColour(colour);
         value -= 4500;
         bars->addWidget(bar);

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Makes the demo station's sound files: our own music, synthesised with the standard library, encoded with lame.
 
-usage: make_sounds.py [FOLDER]        (default: the folder audio/ beside this script)
+usage: make_sounds.py [FOLDER]        (default: the demo station's audio/)
 
 Each track has an intro (chords, bass, light drums), a body (a melody joins with a cymbal, so that the end of the intro
 can be heard) and an outtro (the melody stops, the last chord fades). Intro and outtro are as long as the playlists of
@@ -206,7 +206,7 @@ def melody(piece, track, dice, beat, end):
 
 
 def main():
-    folder = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else pathlib.Path(__file__).resolve().parent / "audio"
+    folder = pathlib.Path(sys.argv[1]) if len(sys.argv) > 1 else pathlib.Path(__file__).resolve().parent / "station" / "audio"
     for piece in TRACKS + JINGLES:
         target = folder / (piece.name + ".mp3")
         target.parent.mkdir(parents=True, exist_ok=True)
