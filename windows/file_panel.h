@@ -2,6 +2,7 @@
 
 #include "platform/platform.h"
 #include "playlist/current_step.h"
+#include "playlist/deletion.h"
 #include "playlist/playlist_check.h"
 #include "settings/settings.h"
 #include "windows/grid_panel.h"
@@ -11,8 +12,6 @@
 #include <QPushButton>
 #include <QTabWidget>
 
-#include <optional>
-
 namespace orvel {
 
 /// The list of playlists to do and the list of finished ones, each with its delete button.
@@ -20,8 +19,9 @@ class FilePanel : public QGroupBox {
     Q_OBJECT
 
   public:
+    /// tell: one sentence for the status line.
     FilePanel(Platform &platform, const Settings &settings, const CurrentStep &step, GridPanel &grid,
-              QWidget *parent = nullptr);
+              Recovery &recovery, std::function<void(const QString &sentence)> tell, QWidget *parent = nullptr);
 
     QTabWidget *const tabFiles;
     QListWidget *const filNew;
@@ -40,18 +40,15 @@ class FilePanel : public QGroupBox {
     void cdmWisKlaar_Click();
 
   private:
-    /// Asks whether the selected playlist of a list, or all of its folder, may be deleted: their paths, or nothing.
-    [[nodiscard]] std::optional<QStringList> wantedGone(const QListWidget &list, const QString &folder,
-                                                        const QString &questionForAll);
     void refill(QListWidget &list, const QString &folder);
     void greyUnusable();
 
     FileSystem &files_;
-    Prompts &prompts_;
     PlaylistCheck check_;
     const Settings &settings_;
     const CurrentStep &step_;
     GridPanel &grid_;
+    Deletion deletion_;
 };
 
 } // namespace orvel

@@ -50,10 +50,11 @@ void frmMain::Form_Initialize() {
 void frmMain::makePanels() {
     panels_.stepPanel = new StepPanel(this);
     panels_.gridPanel = new GridPanel(workplace_.datList, workplace_.step, *panels_.stepPanel, this);
-    panels_.filePanel = new FilePanel(platform_, workplace_.settings, workplace_.step, *panels_.gridPanel, this);
+    const auto tellIt = [this](const QString &sentence) { tell(sentence); };
+    panels_.filePanel = new FilePanel(platform_, workplace_.settings, workplace_.step, *panels_.gridPanel,
+                                      workplace_.recovery, tellIt, this);
     completion_ = std::make_unique<Completion>(platform_.files, platform_.prompts, workplace_.settings,
                                                workplace_.datList, *panels_.gridPanel, *panels_.filePanel);
-    const auto tellIt = [this](const QString &sentence) { tell(sentence); };
     panels_.recorderPanel = new RecorderPanel({platform_, workplace_.settings, programFolder_, workplace_.step,
                                                *panels_.gridPanel, *panels_.stepPanel, workplace_.recovery,
                                                [this](const QString &take) { chain_->AudioProcessing(take); }, tellIt},

@@ -1,5 +1,6 @@
 // The windows that open from the main window; each is made on first use and kept.
 #include "platform/audio.h"
+#include "platform/guarded.h"
 #include "windows/frm_main.h"
 
 namespace orvel {
@@ -18,17 +19,21 @@ TransferContext frmMain::transferContext() {
     return {platform_,
             workplace_.settings,
             workplace_.drives,
-            [this] {
+            workplace_.recovery,
+            [this](const QStringList &replaced) {
                 panels_.filePanel->refreshNew();
                 panels_.filePanel->refreshOk();
-                reopenPlaylist();
+                if (replaced.contains(workplace_.datList.fileName(), Qt::CaseInsensitive)) {
+                    guarded([this] { reopenPlaylist(); });
+                }
             },
             [this](const QString &sentence) { tell(sentence); },
             [this] { return workplace_.step.PlaylistTakeRunning; }};
 }
 
 void frmMain::reopenPlaylist() {
-    if (!workplace_.datList.isOpen()) {
+    // A take belongs to its playlist until it is stopped.
+    if (!workplace_.datList.isOpen() || workplace_.step.PlaylistTakeRunning) {
         return;
     }
     const int row = panels_.gridPanel->currentRow();
