@@ -1,5 +1,6 @@
 #include "app/dutch_texts.h"
 #include "app/orvel_application.h"
+#include "app/start.h"
 #include "platform/away/away_file_system.h"
 #include "platform/away/away_raw_file.h"
 #include "platform/guarded.h"
@@ -38,19 +39,16 @@ int Main(OrvelApplication &application) {
     QtReportViewer report(prompts, files);
     Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
     application.setPrompts(prompts);
+    // While the program starts, the splash or a message may be the last window.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
 
     frmSplash splash;
     splash.show();
     QCoreApplication::processEvents();
 
     frmMain window(platform, programFolder(), commandLine());
-    window.setSplash(&splash);
     QObject::connect(&window, &frmMain::ended, &application, &QCoreApplication::quit);
-    window.show();
-    bool goesOn = false;
-    guarded([&] { goesOn = window.Form_Load(); });
-    splash.close();
-    return goesOn ? std::max(QCoreApplication::exec(), application.exitCode()) : 1;
+    return startUnderSplash(window, splash) ? std::max(QCoreApplication::exec(), application.exitCode()) : 1;
 }
 
 } // namespace

@@ -19,6 +19,7 @@ QListWidget *fileList(QWidget *parent, const char *name, const QString &accessib
     list->setObjectName(QString::fromLatin1(name));
     list->setAccessibleName(accessibleName);
     list->setUniformItemSizes(true);
+    list->setMinimumHeight(list->fontMetrics().height() * 3); // small screens
     return list;
 }
 
@@ -59,6 +60,8 @@ FilePanel::FilePanel(Platform &platform, const Settings &settings, const Current
       cmdWisNew(button(this, "cmdWisNew", tr("Wis te bewerken"), tr("Wis de gekozen playlist, of alle"))),
       filOK(fileList(this, "filOK", tr("Afgewerkte playlists"))),
       cdmWisKlaar(button(this, "cdmWisKlaar", tr("Wis afgewerkte"), tr("Wis de gekozen playlist, of alle"))),
+      cmdHerstellen(button(this, "cmdHerstellen", tr("Herstellen..."),
+                           tr("Zet terug wat gewist, overschreven of niet bewaard werd"))),
       files_(platform.files), check_(platform.databases), settings_(settings), step_(step), grid_(grid),
       deletion_(
           {platform.files, platform.prompts, recovery, [&step] { return step.PlaylistTakeRunning; }, std::move(tell)}) {
@@ -68,11 +71,13 @@ FilePanel::FilePanel(Platform &platform, const Settings &settings, const Current
     tabFiles->addTab(page(filOK, cdmWisKlaar), QStringLiteral("Afgewerkt"));
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(tabFiles);
+    layout->addWidget(cmdHerstellen);
     on(tabFiles, &QTabWidget::currentChanged, this, &FilePanel::tabFiles_Click);
     on(filNew, &QListWidget::itemClicked, this, &FilePanel::filNew_Click);
     on(filNew, &QListWidget::itemActivated, this, &FilePanel::filNew_Click);
     on(cmdWisNew, &QPushButton::clicked, this, &FilePanel::cmdWisNew_Click);
     on(cdmWisKlaar, &QPushButton::clicked, this, &FilePanel::cdmWisKlaar_Click);
+    on(cmdHerstellen, &QPushButton::clicked, this, &FilePanel::recoverWanted);
 }
 
 void FilePanel::refill(QListWidget &list, const QString &folder) {

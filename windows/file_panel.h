@@ -28,6 +28,7 @@ class FilePanel : public QGroupBox {
     QPushButton *const cmdWisNew;
     QListWidget *const filOK;
     QPushButton *const cdmWisKlaar;
+    QPushButton *const cmdHerstellen;
 
     /// Show the folders' present playlists; a selected one that is still there stays selected. A to-do file that cannot
     /// be opened as a playlist is greyed, with the reason as its tooltip.
@@ -38,6 +39,10 @@ class FilePanel : public QGroupBox {
     void filNew_Click();
     void cmdWisNew_Click();
     void cdmWisKlaar_Click();
+
+  Q_SIGNALS:
+    /// The presenter wants to see what the recovery folder keeps.
+    void recoverWanted();
 
   private:
     void refill(QListWidget &list, const QString &folder);

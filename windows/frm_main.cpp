@@ -6,6 +6,7 @@
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
 #include "playlist/printing.h"
+#include "playlist/step_types.h"
 #include "production/transcode.h"
 #include "recording/player_settings.h"
 #include "station/ignore_errors.h"
@@ -83,6 +84,7 @@ void frmMain::makePanels() {
     on(panels_.playbackPanel, &PlaybackPanel::levelsChanged, panels_.meterPanel, &MeterPanel::setLevels);
     on(panels_.savePanel->cmdImport, &QPushButton::clicked, this, &frmMain::showConvert);
     on(panels_.gridPanel, &GridPanel::previewWanted, this, &frmMain::showPreview);
+    on(panels_.filePanel, &FilePanel::recoverWanted, this, &frmMain::showRecover);
 }
 
 bool frmMain::Form_Load() {
@@ -114,6 +116,7 @@ bool frmMain::Form_Load() {
 
 void frmMain::loadSettings() {
     LoadSettings(platform_.files, programFolder_, workplace_.settings, processorSettings_);
+    stored_ = workplace_.settings;
     workplace_.drives = loadDrives(platform_.files, programFolder_);
     if (const QString sentence = panels_.processorPanel->show(processorSettings_); !sentence.isEmpty()) {
         tell(sentence);
@@ -175,22 +178,20 @@ void frmMain::openCatalogues() {
         setup().exec();
         return;
     }
-    try {
-        reopenCatalogues();
-    } catch (const RuntimeError &error) {
-        // Recording works without catalogues: the start goes on.
-        workplace_.settings.Network = {};
-        platform_.prompts.message(error.report(), errorTitle, MessageIcon::Exclamation);
+    for (const int kind : {TrackStep, JingleStep}) {
+        try {
+            openCatalogue(kind);
+        } catch (const RuntimeError &error) {
+            // Recording works without catalogues, and what is in the other one can be previewed: the start goes on.
+            platform_.prompts.message(error.report(), errorTitle, MessageIcon::Exclamation);
+        }
     }
 }
 
-void frmMain::reopenCatalogues() {
-    const auto records = [this](const char *file, const QString &query) {
-        return platform_.databases.open(joined(workplace_.settings.Databasepath, QString::fromLatin1(file)))
-            ->query(query);
-    };
-    workplace_.datTracks = records("\\digital.mdb", QStringLiteral("SELECT * From Audio ORDER BY TrackNr"));
-    workplace_.datJingles = records("\\jingles.mdb", QStringLiteral("SELECT * From jingles ORDER BY TrackNr"));
+void frmMain::openCatalogue(int kind) {
+    std::unique_ptr<RecordSet> &records = kind == TrackStep ? workplace_.datTracks : workplace_.datJingles;
+    records.reset();
+    records = openedCatalogue(platform_.databases, workplace_.settings.Databasepath, kind);
 }
 
 void frmMain::checkVoiceTrackFolder() {

@@ -14,6 +14,7 @@
 #include "windows/frm_export.h"
 #include "windows/frm_import.h"
 #include "windows/frm_preview.h"
+#include "windows/frm_recover.h"
 #include "windows/frm_setup.h"
 #include "windows/frm_splash.h"
 #include "windows/frm_station.h"
@@ -106,10 +107,16 @@ class frmMain : public QMainWindow {
     [[nodiscard]] TransferContext transferContext();
     /// The open playlist may have been replaced by an import.
     void reopenPlaylist();
-    void reopenCatalogues();
+    /// Throws what openedCatalogue() throws; the kind's catalogue is null then.
+    void openCatalogue(int kind);
     void showPreview();
     void showAdvanced();
     void showConvert();
+    void showRecover();
+    /// A kept file is in its place again: the lists show it, and a take can be listened to and saved.
+    void recovered(const KeptFile &kept, bool replaced);
+    void offerTake(const QString &take);
+    void refreshLists(const QStringList &replaced);
     void showProcess(bool visible) const;
     void enableOthers(bool idle) const;
     void tell(const QString &sentence) const;
@@ -130,12 +137,14 @@ class frmMain : public QMainWindow {
     std::unique_ptr<frmAdv> adv_;
     std::unique_ptr<frmConvert> convert_;
     std::unique_ptr<frmPreview> preview_;
+    std::unique_ptr<frmRecover> recover_;
     std::unique_ptr<frmImport> import_;
     std::unique_ptr<frmExport> export_;
     std::unique_ptr<frmSetup> setup_;
     QPointer<frmStation> station_; ///< made anew for every version of a multivoice take
     std::unique_ptr<Completion> completion_;
     ProcessorSettings processorSettings_;
+    Settings stored_; ///< as the settings file had them at the start
 };
 
 } // namespace orvel

@@ -1,7 +1,10 @@
 // The windows that open from the main window; each is made on first use and kept.
 #include "platform/audio.h"
 #include "platform/guarded.h"
+#include "playlist/field_values.h"
 #include "windows/frm_main.h"
+
+#include <QFileInfo>
 
 namespace orvel {
 
@@ -20,15 +23,17 @@ TransferContext frmMain::transferContext() {
             workplace_.settings,
             workplace_.drives,
             workplace_.recovery,
-            [this](const QStringList &replaced) {
-                panels_.filePanel->refreshNew();
-                panels_.filePanel->refreshOk();
-                if (replaced.contains(workplace_.datList.fileName(), Qt::CaseInsensitive)) {
-                    guarded([this] { reopenPlaylist(); });
-                }
-            },
+            [this](const QStringList &replaced) { refreshLists(replaced); },
             [this](const QString &sentence) { tell(sentence); },
             [this] { return workplace_.step.PlaylistTakeRunning; }};
+}
+
+void frmMain::refreshLists(const QStringList &replaced) {
+    panels_.filePanel->refreshNew();
+    panels_.filePanel->refreshOk();
+    if (replaced.contains(workplace_.datList.fileName(), Qt::CaseInsensitive)) {
+        guarded([this] { reopenPlaylist(); });
+    }
 }
 
 void frmMain::reopenPlaylist() {
@@ -60,7 +65,7 @@ void frmMain::showExport() {
 frmSetup &frmMain::setup() {
     if (!setup_) {
         setup_ = std::make_unique<frmSetup>(
-            platform_, workplace_.settings, programFolder_,
+            platform_, workplace_.settings, stored_, programFolder_,
             [this] { panels_.gridPanel->steps().setStyles(applyStepStyles(workplace_.settings)); }, this);
     }
     setup_->Form_Load();
@@ -94,10 +99,11 @@ void frmMain::showSplash() {
 
 void frmMain::showPreview() {
     if (!preview_) {
-        preview_ = std::make_unique<frmPreview>(PreviewContext{platform_, workplace_.settings, workplace_.step,
-                                                               workplace_.datTracks, workplace_.datJingles,
-                                                               workplace_.drives, [this] { reopenCatalogues(); }},
-                                                this);
+        preview_ = std::make_unique<frmPreview>(
+            PreviewContext{platform_, workplace_.step,
+                           PreviewSources{platform_.files, workplace_.settings, workplace_.drives, workplace_.datTracks,
+                                          workplace_.datJingles, [this](int kind) { openCatalogue(kind); }}},
+            this);
     }
     preview_->Form_Load();
     preview_->open();
@@ -120,6 +126,52 @@ void frmMain::showConvert() {
     }
     convert_->Form_Load();
     convert_->open();
+}
+
+void frmMain::showRecover() {
+    if (!recover_) {
+        const auto takeRuns = [this] {
+            return workplace_.step.PlaylistTakeRunning || panels_.recorderPanel->isCountingDown() ||
+                   platform_.sound.recorder().isRecording();
+        };
+        recover_ = std::make_unique<frmRecover>(
+            RecoverContext{platform_.sound,
+                           {platform_.files, platform_.prompts, workplace_.recovery, programFolder_, takeRuns},
+                           [this](const KeptFile &kept, bool replaced) { recovered(kept, replaced); }},
+            this);
+    }
+    recover_->Form_Load();
+    recover_->open();
+}
+
+void frmMain::recovered(const KeptFile &kept, bool replaced) {
+    switch (kept.kind) {
+    case KeptKind::Playlist:
+        refreshLists(replaced ? QStringList{kept.name} : QStringList{});
+        break;
+    case KeptKind::Take:
+        offerTake(QFileInfo(kept.name).completeBaseName());
+        break;
+    case KeptKind::VoiceTrack:
+        break;
+    }
+}
+
+void frmMain::offerTake(const QString &take) {
+    if (workplace_.RecorderOnly) {
+        workplace_.step.VoiceTrackName = take;
+        panels_.stepPanel->lblBestand->setText(take);
+        Q_EMIT panels_.recorderPanel->takeReady(true);
+        return;
+    }
+    const Playlist &steps = workplace_.datList;
+    for (int row = 0; steps.isOpen() && row < steps.stepCount(); ++row) {
+        if (toText(steps.value(row, AtrackColumn)) == take) {
+            panels_.gridPanel->selectRow(row);
+            Q_EMIT panels_.recorderPanel->takeReady(true);
+            return;
+        }
+    }
 }
 
 void frmMain::showProcess(bool visible) const {
