@@ -6,6 +6,7 @@
 
 #include <QHBoxLayout>
 #include <QHeaderView>
+#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -24,6 +25,18 @@ QPushButton *button(QWidget *parent, const char *name, const QString &caption, c
     return made;
 }
 
+/// A row is chosen, not a cell: none of them is painted apart.
+class WholeRows : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+  protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        option->state.setFlag(QStyle::State_HasFocus, false);
+    }
+};
+
 void setUp(QTableWidget &list) {
     list.setObjectName(QStringLiteral("lstKept"));
     list.setAccessibleName(QObject::tr("Bewaarde bestanden"));
@@ -41,6 +54,7 @@ void setUp(QTableWidget &list) {
     list.setShowGrid(false);
     list.setTabKeyNavigation(false);
     list.setWordWrap(false);
+    list.setItemDelegate(new WholeRows(&list));
 }
 
 } // namespace
@@ -59,6 +73,8 @@ frmRecover::frmRecover(RecoverContext context, QWidget *parent)
     lblResult->setWordWrap(true);
     lblResult->setMinimumHeight(fontMetrics().height() * 2);
     cmdPlay->setIcon(playIcon_);
+    cmdPlay->ensurePolished();
+    cmdPlay->setMinimumWidth(cmdPlay->sizeHint().width()); // it has a shorter caption while it plays
     cmdTerug->setProperty("role", QStringLiteral("primary"));
     layOut();
     player_->setEndHandler([this] { guarded([this] { player_End(); }); });
@@ -79,7 +95,7 @@ void frmRecover::layOut() {
     layout->addWidget(lblResult);
     layout->addLayout(buttons);
     const int line = fontMetrics().height();
-    resize(line * 36, line * 26);
+    resize(line * 44, line * 26);
 }
 
 void frmRecover::Form_Load() {
@@ -90,6 +106,7 @@ void frmRecover::Form_Load() {
 }
 
 void frmRecover::fill() {
+    const QSignalBlocker quiet(lstKept); // the button that was pressed keeps the focus
     const int row = std::max(lstKept->currentRow(), 0);
     kept_ = context_.restoring.recovery.kept();
     lstKept->clearSelection();

@@ -29,10 +29,11 @@ class RecoverWindow : public Station {
         return recover->lstKept->item(index, 0)->text() + u' ' + recover->lstKept->item(index, 1)->text();
     }
     void expectQuestion(const QString &place, const QString &name, bool answer) {
-        prompts.expectAsk(QStringLiteral("In de map %1 staat al een bestand %2. Wilt U het vervangen ?\n\nWat er nu "
-                                         "staat, blijft bewaard in de map herstel.")
-                              .arg(place, name),
-                          title, answer, Preset::No);
+        prompts.expectAsk(
+            QStringLiteral("%1 staat al %2. Wilt U dat vervangen ?\n\nWat er nu staat, blijft bewaard en kan "
+                           "ook weer teruggezet worden.")
+                .arg(place, name),
+            title, answer, Preset::No);
     }
     FakeWavePlayer &player() { return sound.player(sound.playerCount() - 1); }
 
@@ -67,7 +68,7 @@ TEST_F(RecoverWindow, ADeletedPlaylistIsBackInTheList) {
     EXPECT_EQ(line(0), QStringLiteral("Playlist een.mdb"));
     EXPECT_FALSE(recover->cmdPlay->isEnabled()) << "a playlist makes no sound";
     click(recover->cmdTerug);
-    EXPECT_EQ(recover->lblResult->text(), QStringLiteral("een.mdb is teruggezet in de map new."));
+    EXPECT_EQ(recover->lblResult->text(), QStringLiteral("een.mdb staat weer bij de te bewerken playlists."));
     EXPECT_EQ(recover->lstKept->rowCount(), 0);
     EXPECT_FALSE(recover->cmdTerug->isEnabled());
     EXPECT_EQ(window->panels().filePanel->filNew->count(), 1);
@@ -82,11 +83,11 @@ TEST_F(RecoverWindow, TheOpenPlaylistIsOpenedAnewWhenAnotherOneTakesItsPlace) {
     addPlaylist(QStringLiteral("steps-150.mdb"), QStringLiteral("../een.mdb"));
     window->workplace().recovery.keep(path(QStringLiteral("een.mdb")));
     openWindow();
-    expectQuestion(QStringLiteral("new"), QStringLiteral("een.mdb"), false);
+    expectQuestion(QStringLiteral("Bij de te bewerken playlists"), QStringLiteral("een.mdb"), false);
     click(recover->cmdTerug);
     EXPECT_EQ(window->workplace().datList.stepCount(), steps);
     EXPECT_EQ(recover->lstKept->rowCount(), 1);
-    expectQuestion(QStringLiteral("new"), QStringLiteral("een.mdb"), true);
+    expectQuestion(QStringLiteral("Bij de te bewerken playlists"), QStringLiteral("een.mdb"), true);
     click(recover->cmdTerug);
     EXPECT_EQ(window->workplace().datList.stepCount(), 150);
     EXPECT_EQ(recover->lstKept->rowCount(), 1) << "what was replaced can be put back in its turn";
@@ -105,7 +106,7 @@ TEST_F(RecoverWindow, ATakeThatWasRecordedOverIsBackUnderItsStep) {
     openWindow();
     ASSERT_GE(recover->lstKept->rowCount(), 1);
     EXPECT_EQ(line(0), QStringLiteral("Opname ") + take + QStringLiteral(".wav"));
-    expectQuestion(QStringLiteral("temp"), take + QStringLiteral(".wav"), true);
+    expectQuestion(QStringLiteral("Bij de opnamen"), take + QStringLiteral(".wav"), true);
     click(recover->cmdTerug);
     EXPECT_EQ(content(QStringLiteral("temp/") + take + QStringLiteral(".wav")), first);
     EXPECT_EQ(window->panels().gridPanel->currentRow(), row);

@@ -27,10 +27,11 @@ class Restores : public testing::Test, protected TestPlatform<FakeDatabaseEngine
         return recovery.kept().front();
     }
     void expectQuestion(const char *place, const char *name, bool answer) {
-        prompts.expectAsk(QStringLiteral("In de map %1 staat al een bestand %2. Wilt U het vervangen ?\n\nWat er nu "
-                                         "staat, blijft bewaard in de map herstel.")
-                              .arg(QString::fromLatin1(place), QString::fromLatin1(name)),
-                          QStringLiteral("Herstellen"), answer, Preset::No);
+        prompts.expectAsk(
+            QStringLiteral("%1 staat al %2. Wilt U dat vervangen ?\n\nWat er nu staat, blijft bewaard en kan "
+                           "ook weer teruggezet worden.")
+                .arg(QString::fromLatin1(place), QString::fromLatin1(name)),
+            QStringLiteral("Herstellen"), answer, Preset::No);
     }
 
     test::TempFolder folder;
@@ -42,13 +43,16 @@ class Restores : public testing::Test, protected TestPlatform<FakeDatabaseEngine
 } // namespace
 
 TEST_F(Restores, EachKindGoesWhereTheProgramLooksForIt) {
-    for (const auto &[name, place] :
-         {std::pair{"VT1.wav", "temp"}, {"VT1.mp3", "ok"}, {"avond.mdb", "new"}, {"NACHT.MDB", "new"}}) {
+    const char *toDo = "bij de te bewerken playlists";
+    for (const auto &[name, place, told] : {std::tuple{"VT1.wav", "temp", "bij de opnamen"},
+                                            {"VT1.mp3", "ok", "bij de voicetracks"},
+                                            {"avond.mdb", "new", toDo},
+                                            {"NACHT.MDB", "new", toDo}}) {
         const auto [done, replaced, sentence] = restoring.putBack(keep(name, name));
         EXPECT_TRUE(done);
         EXPECT_FALSE(replaced);
-        EXPECT_EQ(sentence, QStringLiteral("%1 is teruggezet in de map %2.")
-                                .arg(QString::fromLatin1(name), QString::fromLatin1(place)));
+        EXPECT_EQ(sentence,
+                  QStringLiteral("%1 staat weer %2.").arg(QString::fromLatin1(name), QString::fromLatin1(told)));
         EXPECT_EQ(contentOf(folder.path(QString::fromLatin1(place) + u'/' + QString::fromLatin1(name))), name);
     }
     EXPECT_TRUE(recovery.kept().empty());
@@ -57,16 +61,16 @@ TEST_F(Restores, EachKindGoesWhereTheProgramLooksForIt) {
 TEST_F(Restores, WhatHasTheNameIsReplacedOnYesOnlyAndKept) {
     const KeptFile kept = keep("VT1.wav", "eerste");
     writeContent(folder.path("temp/VT1.wav"), "tweede");
-    expectQuestion("temp", "VT1.wav", false);
+    expectQuestion("Bij de opnamen", "VT1.wav", false);
     auto result = restoring.putBack(kept);
     EXPECT_FALSE(result.done);
     EXPECT_EQ(result.sentence, QStringLiteral("Er is niets teruggezet."));
     EXPECT_EQ(contentOf(folder.path("temp/VT1.wav")), "tweede");
-    expectQuestion("temp", "VT1.wav", true);
+    expectQuestion("Bij de opnamen", "VT1.wav", true);
     result = restoring.putBack(kept);
     EXPECT_TRUE(result.done);
     EXPECT_TRUE(result.replaced);
-    EXPECT_TRUE(result.sentence.endsWith(QStringLiteral("Wat daar stond, is nu bewaard in de map herstel.")));
+    EXPECT_TRUE(result.sentence.endsWith(QStringLiteral("Wat daar stond, is nu bewaard.")));
     EXPECT_EQ(contentOf(folder.path("temp/VT1.wav")), "eerste");
     ASSERT_EQ(recovery.kept().size(), 1U);
     EXPECT_EQ(contentOf(recovery.kept().front().path), "tweede");
@@ -79,7 +83,7 @@ TEST_F(Restores, NothingIsPutBackWhileATakeRuns) {
     takeRuns = false;
     writeContent(folder.path("temp/VT1.wav"), "loopt");
     prompts.whileOpen([this] { takeRuns = true; });
-    expectQuestion("temp", "VT1.wav", true);
+    expectQuestion("Bij de opnamen", "VT1.wav", true);
     EXPECT_FALSE(restoring.putBack(kept).done);
     EXPECT_EQ(contentOf(folder.path("temp/VT1.wav")), "loopt");
     EXPECT_EQ(contentOf(kept.path), "eerste");
