@@ -1,8 +1,8 @@
 #include "app/dutch_texts.h"
 #include "app/orvel_application.h"
+#include "app/start.h"
 #include "platform/away/away_file_system.h"
 #include "platform/away/away_raw_file.h"
-#include "platform/guarded.h"
 #include "platform/jet/jet_engine.h"
 #include "platform/lame/system_audio_files.h"
 #include "platform/pulse/pulse_sound_card.h"
@@ -39,22 +39,19 @@ int Main(OrvelApplication &application) {
     QtReportViewer report(prompts, files);
     Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
     application.setPrompts(prompts);
+    // While the program starts, the splash or a message may be the last window.
+    QGuiApplication::setQuitOnLastWindowClosed(false);
 
     frmSplash splash;
     splash.show();
     QCoreApplication::processEvents();
 
     frmMain window(platform, programFolder(), commandLine());
-    window.setSplash(&splash);
     const QuitSignals quitSignals([&window] { window.endSession(); });
     QObject::connect(&application, &QGuiApplication::commitDataRequest, &window,
                      [&window] { guarded([&window] { window.StopAudio(); }); });
     QObject::connect(&window, &frmMain::ended, &application, &QCoreApplication::quit);
-    window.show();
-    bool goesOn = false;
-    guarded([&] { goesOn = window.Form_Load(); });
-    splash.close();
-    return goesOn ? std::max(QCoreApplication::exec(), application.exitCode()) : 1;
+    return startUnderSplash(window, splash) ? std::max(QCoreApplication::exec(), application.exitCode()) : 1;
 }
 
 } // namespace

@@ -70,7 +70,7 @@ struct Request {
     QString destination;
     bool silent;
     QString title;
-    std::function<void()> fileDone;
+    const CopyWatch &watch;
 };
 
 bool isPattern(const QString &source) {
@@ -106,21 +106,26 @@ bool provideFolder(const Request &request, const QString &folder) {
     return true;
 }
 
-bool mayWrite(const Request &request, const QString &target) {
-    return request.silent || !request.platform.files.fileExists(target) ||
-           request.platform.prompts.ask(
-               QObject::tr("Het bestand %1 bestaat al. Wilt U het overschrijven ?").arg(QFileInfo(target).fileName()),
-               request.title);
+bool mayOverwrite(const Request &request, const QString &target) {
+    const QString question = QObject::tr("Het bestand %1 bestaat al. Wilt U het overschrijven ?");
+    return (request.silent ||
+            request.platform.prompts.ask(question.arg(QFileInfo(target).fileName()), request.title)) &&
+           (!request.watch.mayOverwrite || request.watch.mayOverwrite(target));
 }
 
 /// One file under the progress window; false when it was passed over or stopped.
 bool copyOne(const Request &request, Progress &progress, int number, const QString &source, const QString &target) {
-    if (!mayWrite(request, target)) {
+    const bool replaces = request.platform.files.fileExists(target);
+    if (replaces && !mayOverwrite(request, target)) {
         return false;
     }
     progress.begin(number, QFileInfo(source).fileName());
     const auto advance = [&](qint64 done, qint64 total) { return request.silent || progress.advance(done, total); };
-    return request.platform.files.copy(source, target, advance);
+    const bool copied = request.platform.files.copy(source, target, advance);
+    if (copied && request.watch.fileCopied) {
+        request.watch.fileCopied(target, replaces);
+    }
+    return copied;
 }
 
 /// The copies one after the other. The result is right at every moment, as a copy may throw.
@@ -138,8 +143,8 @@ void copyAll(const Request &request, const QStringList &sources, bool intoFolder
             ++result.copied;
             --result.skipped;
         }
-        if (request.fileDone) {
-            request.fileDone();
+        if (request.watch.fileDone) {
+            request.watch.fileDone();
         }
     }
     result.stopped = progress.stopped();
@@ -148,9 +153,9 @@ void copyAll(const Request &request, const QStringList &sources, bool intoFolder
 } // namespace
 
 ShellCopyResult Global::ShellCopyFile(Platform &platform, const QString &Source, const QString &Destination,
-                                      bool Silent, const QString &Title, const std::function<void()> &fileDone) {
+                                      bool Silent, const QString &Title, const CopyWatch &watch) {
     ShellCopyResult result;
-    const Request request{platform, Destination, Silent, Title, fileDone};
+    const Request request{platform, Destination, Silent, Title, watch};
     try {
         const QStringList sources = sourceFiles(platform.files, Source);
         if (sources.isEmpty()) {

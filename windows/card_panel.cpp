@@ -65,51 +65,38 @@ void CardPanel::connectStrip(int index) {
 }
 
 void CardPanel::listCards() {
-    const AudioRecord &audioRecord = platform_.sound.audioRecord();
+    cards_ = listedCards(platform_.sound.audioRecord());
     const QSignalBlocker quiet(cobKaart);
     cobKaart->clear();
-    // One past the last card on purpose: it is reported as not valid.
-    for (int DeviceIndex = 0; DeviceIndex <= audioRecord.deviceCount(); ++DeviceIndex) {
-        if (audioRecord.canRecord(DeviceIndex)) {
-            cobKaart->addItem(audioRecord.deviceName(DeviceIndex), DeviceIndex);
-        }
+    for (const ListedCard &card : cards_) {
+        cobKaart->addItem(card.name, card.device);
     }
     cobKaart->setCurrentIndex(-1);
 }
 
 void CardPanel::selectCard(const StoredCard &card) {
-    const int position = positionOf(card);
-    if (position >= 0) {
-        cobKaart->setCurrentIndex(position);
-        return;
-    }
-    cobKaart->setCurrentIndex(0); // monitors stand last
-    if (!card.name.isEmpty()) {
-        chosenCard_ = card;
-        tell_(tr("De opnamekaart %1 is er niet; er wordt opgenomen met %2.").arg(card.name, cobKaart->currentText()));
+    const auto [position, sentence] = choice_.begin(card, cards_);
+    show(position);
+    useCard();
+    if (!sentence.isEmpty()) {
+        tell_(sentence);
     }
 }
 
-int CardPanel::positionOf(const StoredCard &card) const {
-    if (!card.name.isEmpty()) {
-        for (int position = 0; position < cobKaart->count(); ++position) {
-            if (cobKaart->itemText(position).simplified() == card.name) {
-                return position;
-            }
-        }
-        return -1;
-    }
-    const bool isListed = card.position >= 0 && card.position < cobKaart->count();
-    const bool isInput =
-        isListed && cobKaart->itemData(card.position).toInt() <= platform_.sound.audioRecord().inputCount();
-    return isInput ? card.position : -1;
+void CardPanel::show(int position) {
+    const QSignalBlocker quiet(cobKaart);
+    cobKaart->setCurrentIndex(position);
 }
 
 void CardPanel::cobKaart_Click() {
-    if (cobKaart->currentIndex() < 0) {
-        return;
+    const int position = cobKaart->currentIndex();
+    if (position >= 0) {
+        choice_.choose(position, cards_.at(static_cast<std::size_t>(position)));
+        useCard();
     }
-    chosenCard_ = {cobKaart->currentIndex(), cobKaart->currentText().simplified()};
+}
+
+void CardPanel::useCard() {
     AudioRecord &audioRecord = platform_.sound.audioRecord();
     audioRecord.setCurrentDevice(cobKaart->currentData().toInt());
     // The mixer counts cards from 1, the recorder from 0.
@@ -200,8 +187,12 @@ void CardPanel::followCards() {
     const int before = cobKaart->currentIndex();
     listCards();
     const int position = cobKaart->findData(platform_.sound.audioRecord().currentDevice());
-    // Without the chosen card nothing is selected: another microphone is never taken unasked.
-    cobKaart->setCurrentIndex(position);
+    // Without the card nothing is selected: another microphone is never taken unasked.
+    show(position);
+    if (position >= 0) {
+        choice_.follow(position, cards_.at(static_cast<std::size_t>(position)));
+        useCard();
+    }
     if (before >= 0 && position < 0) {
         tell_(tr("De gekozen opnamekaart is losgekoppeld."));
     } else if (before < 0 && position >= 0) {

@@ -2,7 +2,7 @@
 
 #include "platform/platform.h"
 #include "platform/timers.h"
-#include "settings/settings.h"
+#include "recording/cards.h"
 #include "widgets/level_meter.h"
 #include "windows/mixer_strip.h"
 
@@ -28,12 +28,10 @@ class CardPanel : public QWidget {
 
     /// Fills the list with the cards that can record; the current card stays current.
     void listCards();
-    /// Selects the stored card: by its name, or by its position where no name is known. One that is not there, and a
-    /// position where a monitor stands, select the first card instead, which is no monitor. It is told, and
-    /// the stored card stays the one to store until the presenter chooses.
+    /// Selects the stored card or, when it is not there, the first one, which is told.
     void selectCard(const StoredCard &card);
-    /// What to store: the card that was chosen last, also while it is unplugged.
-    [[nodiscard]] const StoredCard &chosenCard() const { return chosenCard_; }
+    /// What to store: the card that was chosen last, also while it is away.
+    [[nodiscard]] const StoredCard &chosenCard() const { return choice_.toStore(); }
     void cobKaart_Click();
     /// Fills the strips of the first count lines of the current card.
     void BuildMixerStrips(int count);
@@ -58,15 +56,18 @@ class CardPanel : public QWidget {
     void showLine(int index);
     void lookForChanges();
     void followCards();
-    /// Where the stored card stands in the list; -1 when it is not there.
-    [[nodiscard]] int positionOf(const StoredCard &card) const;
+    /// Shows a position of the list without choosing it; -1 for none.
+    void show(int position);
+    /// Records from the selected card, and shows its lines.
+    void useCard();
 
     Platform &platform_;
     std::function<void(const QString &)> tell_;
     std::unique_ptr<Timer> tmrCards_;
     std::vector<MixerStrip *> strips_;
     std::int16_t LineCount = 0;
-    StoredCard chosenCard_;
+    std::vector<ListedCard> cards_; ///< as the list shows them
+    CardChoice choice_;
 };
 
 /// The level meters of the two channels with their scale.

@@ -1,7 +1,6 @@
 #include "windows/file_panel.h"
 
 #include "platform/file_system.h"
-#include "platform/prompts.h"
 #include "station/ignore_errors.h"
 #include "station/paths.h"
 #include "widgets/theme.h"
@@ -21,12 +20,21 @@ QListWidget *fileList(QWidget *parent, const char *name, const QString &accessib
     list->setObjectName(QString::fromLatin1(name));
     list->setAccessibleName(accessibleName);
     list->setUniformItemSizes(true);
+    list->setMinimumHeight(list->fontMetrics().height() * 3); // small screens
     return list;
 }
 
 QString selectedName(const QListWidget &list) {
     const QList<QListWidgetItem *> selected = list.selectedItems();
     return selected.isEmpty() ? QString() : selected.first()->text();
+}
+
+ShownPlaylists shown(const QListWidget &list, const QString &folder) {
+    QStringList names;
+    for (int row = 0; row < list.count(); ++row) {
+        names << list.item(row)->text();
+    }
+    return {folder, names, selectedName(list)};
 }
 
 QWidget *page(QListWidget *list, QPushButton *deleteButton) {
@@ -40,25 +48,30 @@ QWidget *page(QListWidget *list, QPushButton *deleteButton) {
 } // namespace
 
 FilePanel::FilePanel(Platform &platform, const Settings &settings, const CurrentStep &step, GridPanel &grid,
-                     QWidget *parent)
+                     Recovery &recovery, std::function<void(const QString &sentence)> tell, QWidget *parent)
     : QGroupBox(QStringLiteral("Bestanden"), parent), tabFiles(new QTabWidget(this)),
       filNew(fileList(this, "filNew", tr("Te bewerken playlists"))),
       cmdWisNew(namedButton(this, "cmdWisNew", tr("Wis te bewerken"), tr("Wis de gekozen playlist, of alle"))),
       filOK(fileList(this, "filOK", tr("Afgewerkte playlists"))),
       cdmWisKlaar(namedButton(this, "cdmWisKlaar", tr("Wis afgewerkte"), tr("Wis de gekozen playlist, of alle"))),
-      files_(platform.files), prompts_(platform.prompts), check_(platform.databases), settings_(settings), step_(step),
-      grid_(grid) {
+      cmdHerstellen(namedButton(this, "cmdHerstellen", tr("Herstellen..."),
+                           tr("Zet terug wat gewist, overschreven of niet bewaard werd"))),
+      files_(platform.files), check_(platform.databases), settings_(settings), step_(step), grid_(grid),
+      deletion_(
+          {platform.files, platform.prompts, recovery, [&step] { return step.PlaylistTakeRunning; }, std::move(tell)}) {
     tabFiles->setObjectName(QStringLiteral("tabFiles"));
     tabFiles->setAccessibleName(tr("Playlistmappen"));
     tabFiles->addTab(page(filNew, cmdWisNew), QStringLiteral("Te bewerken"));
     tabFiles->addTab(page(filOK, cdmWisKlaar), QStringLiteral("Afgewerkt"));
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(tabFiles);
+    layout->addWidget(cmdHerstellen);
     on(tabFiles, &QTabWidget::currentChanged, this, &FilePanel::tabFiles_Click);
     on(filNew, &QListWidget::itemClicked, this, &FilePanel::filNew_Click);
     on(filNew, &QListWidget::itemActivated, this, &FilePanel::filNew_Click);
     on(cmdWisNew, &QPushButton::clicked, this, &FilePanel::cmdWisNew_Click);
     on(cdmWisKlaar, &QPushButton::clicked, this, &FilePanel::cdmWisKlaar_Click);
+    on(cmdHerstellen, &QPushButton::clicked, this, &FilePanel::recoverWanted);
 }
 
 void FilePanel::refill(QListWidget &list, const QString &folder) {
@@ -108,52 +121,17 @@ void FilePanel::filNew_Click() {
     grid_.openPlaylist(settings_.NewPath, name);
 }
 
-std::optional<QStringList> FilePanel::wantedGone(const QListWidget &list, const QString &folder,
-                                                 const QString &questionForAll) {
-    // A take belongs to its playlist until it is stopped; one may have been started while the question stood open.
-    if (list.count() == 0 || step_.PlaylistTakeRunning) {
-        return {};
-    }
-    // Chosen before the question: what goes is what was asked about, whatever the lists show afterwards.
-    const QString name = selectedName(list);
-    const QStringList names = name.isEmpty() ? files_.list(folder, playlistPattern) : QStringList{name};
-    const QString question = name.isEmpty()
-                                 ? questionForAll
-                                 : QStringLiteral("Wenst U het bestand ") + name + QStringLiteral(" te verwijderen ?");
-    if (!prompts_.ask(question, QStringLiteral("Playlists verwijderen")) || step_.PlaylistTakeRunning) {
-        return {};
-    }
-    QStringList paths;
-    for (const QString &file : names) {
-        paths.append(inFolder(folder, file));
-    }
-    return paths;
-}
-
 void FilePanel::cmdWisNew_Click() {
-    const auto paths = wantedGone(*filNew, settings_.NewPath,
-                                  QStringLiteral("Wenst U ALLE nog te bewerken playlists te verwijderen ?"));
-    if (!paths) {
-        return;
+    if (deletion_.deleteToDo(shown(*filNew, settings_.NewPath), [this] { grid_.closePlaylist(); })) {
+        ignoringErrors([&] { refreshNew(); });
+        grid_.dbgLijst->hide();
     }
-    ignoringErrors([&] { grid_.closePlaylist(); });
-    for (const QString &path : *paths) {
-        ignoringErrors([&] { files_.remove(path); });
-    }
-    ignoringErrors([&] { refreshNew(); });
-    grid_.dbgLijst->hide();
 }
 
 void FilePanel::cdmWisKlaar_Click() {
-    const auto paths =
-        wantedGone(*filOK, settings_.OkPath, QStringLiteral("Wenst U ALLE afgewerkte playlists te verwijderen ?"));
-    if (!paths) {
-        return;
+    if (deletion_.deleteFinished(shown(*filOK, settings_.OkPath))) {
+        refreshOk();
     }
-    for (const QString &path : *paths) {
-        files_.remove(path);
-    }
-    refreshOk();
 }
 
 } // namespace orvel

@@ -2,6 +2,7 @@
 
 #include "platform/platform.h"
 #include "playlist/current_step.h"
+#include "playlist/deletion.h"
 #include "playlist/playlist_check.h"
 #include "settings/settings.h"
 #include "windows/grid_panel.h"
@@ -11,8 +12,6 @@
 #include <QPushButton>
 #include <QTabWidget>
 
-#include <optional>
-
 namespace orvel {
 
 /// The list of playlists to do and the list of finished ones, each with its delete button.
@@ -20,14 +19,16 @@ class FilePanel : public QGroupBox {
     Q_OBJECT
 
   public:
+    /// tell: one sentence for the status line.
     FilePanel(Platform &platform, const Settings &settings, const CurrentStep &step, GridPanel &grid,
-              QWidget *parent = nullptr);
+              Recovery &recovery, std::function<void(const QString &sentence)> tell, QWidget *parent = nullptr);
 
     QTabWidget *const tabFiles;
     QListWidget *const filNew;
     QPushButton *const cmdWisNew;
     QListWidget *const filOK;
     QPushButton *const cdmWisKlaar;
+    QPushButton *const cmdHerstellen;
 
     /// Show the folders' present playlists; a selected one that is still there stays selected. A to-do file that cannot
     /// be opened as a playlist is greyed, with the reason as its tooltip.
@@ -39,19 +40,20 @@ class FilePanel : public QGroupBox {
     void cmdWisNew_Click();
     void cdmWisKlaar_Click();
 
+  Q_SIGNALS:
+    /// The presenter wants to see what the recovery folder keeps.
+    void recoverWanted();
+
   private:
-    /// Asks whether the selected playlist of a list, or all of its folder, may be deleted: their paths, or nothing.
-    [[nodiscard]] std::optional<QStringList> wantedGone(const QListWidget &list, const QString &folder,
-                                                        const QString &questionForAll);
     void refill(QListWidget &list, const QString &folder);
     void greyUnusable();
 
     FileSystem &files_;
-    Prompts &prompts_;
     PlaylistCheck check_;
     const Settings &settings_;
     const CurrentStep &step_;
     GridPanel &grid_;
+    Deletion deletion_;
 };
 
 } // namespace orvel

@@ -140,6 +140,12 @@ void FolderBrowser::force(const QString &folder, const QString &drive) {
     Dir1->setEnabled(false);
 }
 
+void FolderBrowser::letChoose() {
+    Drive1->setEnabled(true);
+    Dir1->setEnabled(true);
+    setFolder(folder_);
+}
+
 void FolderBrowser::showDrive() {
     if (forcedDrive_.isEmpty()) {
         Drive1->setCurrentIndex(driveOfFolder());

@@ -29,6 +29,8 @@ class FolderBrowser : public QWidget {
     void setFolder(const QString &folder);
     /// Drive and folder can no longer be changed. drive: what the drive list shows, empty for the folder's own.
     void force(const QString &folder, const QString &drive = {});
+    /// Drive and folder can be changed; the folder is read again.
+    void letChoose();
     /// Names in the list's order.
     [[nodiscard]] QStringList files() const;
     /// Name of the selected file; empty without one.

@@ -1,15 +1,9 @@
 #include "windows/frm_export.h"
 
-#include "platform/file_system.h"
-#include "station/paths.h"
-#include "station/shell_copy.h"
 #include "windows/on.h"
 
-#include <QDir>
 #include <QHBoxLayout>
 #include <QVBoxLayout>
-
-#include <algorithm>
 
 namespace orvel {
 
@@ -17,7 +11,7 @@ frmExport::frmExport(TransferContext context, QWidget *parent)
     : QDialog(parent), browser(new FolderBrowser(context.platform.files, {}, FolderBrowser::Files::Hidden, this)),
       barProgres(new Gauge(this)), cmdExport(new QPushButton(QStringLiteral("Start Export"), this)),
       cmdStop(new QPushButton(QStringLiteral("Verlaat dit scherm"), this)), lblResult(new QLabel(this)),
-      context_(std::move(context)) {
+      context_(std::move(context)), export_(context_) {
     setObjectName(QStringLiteral("frmExport"));
     setWindowTitle(QStringLiteral("Exporteren van playlists en voicetracks"));
     barProgres->setObjectName(QStringLiteral("barProgres"));
@@ -55,54 +49,15 @@ void frmExport::Form_Load() {
     chooseFolder(*browser, context_.settings.ExportPath, context_.drives);
 }
 
-std::vector<frmExport::Source> frmExport::sources() const {
-    const Settings &settings = context_.settings;
-    std::vector<Source> all = {{settings.OkPath, QStringLiteral("*.mdb")}, {settings.OkPath, QStringLiteral("*.mp3")}};
-    if (settings.ServerMode && !settings.VoicetrackPath.isEmpty()) {
-        all.push_back({settings.VoicetrackPath, QStringLiteral("*.mp3")});
-    }
-    std::erase_if(all, [this](const Source &source) {
-        return context_.platform.files.list(source.folder, source.pattern).isEmpty();
-    });
-    return all;
-}
-
 void frmExport::cmdExport_Click() {
     const QString target = withoutRootSeparator(browser->folder());
-    const std::vector<Source> all = sources();
     barProgres->setValue(0);
-    if (QDir::isRelativePath(target)) {
-        // A drive letter that the station does not have.
-        lblResult->setText(tr("De schijf van deze map werd niet gevonden."));
-    } else if (all.empty()) {
-        lblResult->setText(tr("Er is nog niets afgewerkt om te exporteren."));
-    } else if (std::any_of(all.begin(), all.end(), [&](const Source &source) {
-                   return context_.platform.files.isSameFolder(source.folder, target);
-               })) {
-        lblResult->setText(tr("In deze map staan de afgewerkte bestanden al. Kies een andere map."));
-    } else {
-        copy(all, target);
+    lblResult->setText(export_.refusal(target));
+    if (lblResult->text().isEmpty()) {
+        barProgres->setMaximum(export_.count());
+        lblResult->setText(export_.run(target, [this] { barProgres->setValue(barProgres->value() + 1); }));
         browser->refresh();
     }
-}
-
-void frmExport::copy(const std::vector<Source> &sources, const QString &target) {
-    int total = 0;
-    for (const Source &source : sources) {
-        total += static_cast<int>(context_.platform.files.list(source.folder, source.pattern).size());
-    }
-    barProgres->setMaximum(total);
-    int copied = 0;
-    for (const Source &source : sources) {
-        const ShellCopyResult part = Global::ShellCopyFile(context_.platform, inFolder(source.folder, source.pattern),
-                                                           target, false, QStringLiteral("Copieert...."),
-                                                           [this] { barProgres->setValue(barProgres->value() + 1); });
-        copied += part.copied;
-        if (part.stopped) {
-            break;
-        }
-    }
-    lblResult->setText(tr("%1 van %2 bestanden gekopieerd.").arg(copied).arg(total));
 }
 
 } // namespace orvel

@@ -7,8 +7,6 @@
 #include <QDialog>
 #include <QPushButton>
 
-#include <vector>
-
 namespace orvel {
 
 /// Hands finished playlists and filed voice tracks on to another folder.
@@ -31,18 +29,10 @@ class frmExport : public QDialog {
     void cmdStop_Click() { close(); }
 
   private:
-    /// Files of one folder that match a pattern.
-    struct Source {
-        QString folder;
-        QString pattern;
-    };
-
     void layOut();
-    /// Those that hold anything.
-    [[nodiscard]] std::vector<Source> sources() const;
-    void copy(const std::vector<Source> &sources, const QString &target);
 
     TransferContext context_;
+    PlaylistExport export_;
 };
 
 } // namespace orvel

@@ -27,17 +27,9 @@ class frmImport : public QDialog {
 
   private:
     void layOut();
-    void copyPlaylists(const QString &source);
-    /// One sentence about the files that are no playlists; empty without one.
-    [[nodiscard]] QString unusable(const QStringList &names);
-    /// One sentence about the files that were kept; empty when nothing was kept or deleted.
-    QString offerDeletion(const QString &source);
-    /// False, and the file stays, when it turns out to be the imported one itself. Throws what deleting throws.
-    [[nodiscard]] bool removeSource(const QString &source, const QString &name) const;
-    void tell(QStringList sentences) const;
-    [[nodiscard]] bool isSafe(const QString &source, const QString &name) const;
 
     TransferContext context_;
+    PlaylistImport import_;
 };
 
 } // namespace orvel

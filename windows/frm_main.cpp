@@ -7,6 +7,7 @@
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
 #include "playlist/printing.h"
+#include "playlist/step_types.h"
 #include "production/transcode.h"
 #include "recording/player_settings.h"
 #include "station/ignore_errors.h"
@@ -95,7 +96,7 @@ void frmMain::makePanels() {
     Workplace &work = workplace_;
     panels_.stepPanel = new StepPanel(this);
     panels_.gridPanel = new GridPanel(work.datList, work.step, this);
-    panels_.filePanel = new FilePanel(platform_, work.settings, work.step, *panels_.gridPanel, this);
+    panels_.filePanel = new FilePanel(platform_, work.settings, work.step, *panels_.gridPanel, work.recovery, work.view.tell, this);
     panels_.recorderPanel = new RecorderPanel(work.session, this);
     panels_.savePanel = new SavePanel(work.saving, this);
     panels_.playbackPanel = new PlaybackPanel(work.listening, work.session, this);
@@ -110,6 +111,7 @@ void frmMain::connectPanels() {
     on(panels_.gridPanel, &GridPanel::stepSelected, this, [this] { workplace_.session.stepSelected(); });
     on(panels_.gridPanel, &GridPanel::previewWanted, this, &frmMain::showPreview);
     on(&panels_.gridPanel->steps(), &StepsModel::unreadable, this, &frmMain::tell);
+    on(panels_.filePanel, &FilePanel::recoverWanted, this, &frmMain::showRecover);
 }
 
 bool frmMain::Form_Load() {
@@ -134,15 +136,13 @@ bool frmMain::Form_Load() {
     showDesk();
     panels_.cardPanel->watch();
     tmrJoystick_->setEnabled(true);
-    if (splash_) {
-        splash_->close();
-    }
     showUnfiled();
     return true;
 }
 
 void frmMain::loadSettings() {
     LoadSettings(platform_.files, workplace_.places.programFolder(), workplace_.settings, processorSettings_);
+    stored_ = workplace_.settings;
     workplace_.drives = loadDrives(platform_.files, workplace_.places.programFolder());
     if (const QString sentence = panels_.processorPanel->show(processorSettings_); !sentence.isEmpty()) {
         tell(sentence);
@@ -185,23 +185,20 @@ void frmMain::openCatalogues() {
         setup().exec();
         return;
     }
-    try {
-        reopenCatalogues();
-    } catch (const RuntimeError &error) {
-        // Recording works without catalogues: the start goes on.
-        workplace_.settings.Network = {};
-        platform_.prompts.message(error.report(), errorTitle, MessageIcon::Exclamation);
+    for (const int kind : {TrackStep, JingleStep}) {
+        try {
+            openCatalogue(kind);
+        } catch (const RuntimeError &error) {
+            // Recording works without catalogues, and what is in the other one can be previewed: the start goes on.
+            platform_.prompts.message(error.report(), errorTitle, MessageIcon::Exclamation);
+        }
     }
 }
 
-void frmMain::reopenCatalogues() {
-    const auto records = [this](const QString &path, const QString &query) {
-        return platform_.databases.open(path)->query(query);
-    };
-    workplace_.datTracks = records(Places::tracks(workplace_.settings.Databasepath),
-                                   QStringLiteral("SELECT * From Audio ORDER BY TrackNr"));
-    workplace_.datJingles = records(Places::jingles(workplace_.settings.Databasepath),
-                                    QStringLiteral("SELECT * From jingles ORDER BY TrackNr"));
+void frmMain::openCatalogue(int kind) {
+    std::unique_ptr<RecordSet> &records = kind == TrackStep ? workplace_.datTracks : workplace_.datJingles;
+    records.reset();
+    records = openedCatalogue(platform_.databases, workplace_.settings.Databasepath, kind);
 }
 
 void frmMain::checkVoiceTrackFolder() {

@@ -30,10 +30,12 @@ class frmConvert;
 class frmExport;
 class frmImport;
 class frmPreview;
+class frmRecover;
 class frmSetup;
 class frmSplash;
 class frmStation;
 class frmUnfiled;
+struct KeptFile;
 
 /// What stands on the main window.
 struct Panels {
@@ -116,12 +118,17 @@ class frmMain : public QMainWindow {
     [[nodiscard]] TransferContext transferContext();
     /// The open playlist may have been replaced by an import.
     void reopenPlaylist();
-    void reopenCatalogues();
+    /// Throws what openedCatalogue() throws; the kind's catalogue is null then.
+    void openCatalogue(int kind);
     void showPreview();
     void showAdvanced();
     void showConvert();
     /// What the last run left behind, where it left anything.
     void showUnfiled();
+    void showRecover();
+    /// A kept file is in its place again: the lists show it, and a take can be listened to and saved.
+    void recovered(const KeptFile &kept, bool replaced);
+    void refreshLists(const QStringList &replaced);
     void showProcess(bool visible);
     /// Everything that follows from the session: what is enabled, captions, labels.
     void showDesk();
@@ -140,12 +147,14 @@ class frmMain : public QMainWindow {
     std::unique_ptr<frmAdv> adv_;
     std::unique_ptr<frmConvert> convert_;
     std::unique_ptr<frmPreview> preview_;
+    std::unique_ptr<frmRecover> recover_;
     std::unique_ptr<frmImport> import_;
     std::unique_ptr<frmExport> export_;
     std::unique_ptr<frmSetup> setup_;
     std::unique_ptr<frmUnfiled> unfiled_;
     QPointer<frmStation> station_; ///< made anew for every version of a multivoice take
     ProcessorSettings processorSettings_ = processorKeys();
+    Settings stored_; ///< as the settings file had them at the start
 };
 
 } // namespace orvel

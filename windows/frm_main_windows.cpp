@@ -1,5 +1,6 @@
 // The windows that open from the main window; each is made on first use and kept.
 #include "platform/audio.h"
+#include "platform/guarded.h"
 #include "playlist/step_types.h"
 #include "recording/player_settings.h"
 #include "windows/card_panel.h"
@@ -10,6 +11,7 @@
 #include "windows/frm_import.h"
 #include "windows/frm_main.h"
 #include "windows/frm_preview.h"
+#include "windows/frm_recover.h"
 #include "windows/frm_setup.h"
 #include "windows/frm_splash.h"
 #include "windows/frm_station.h"
@@ -19,6 +21,8 @@
 #include "windows/recorder_panel.h"
 
 #include <QGuiApplication>
+
+#include <QFileInfo>
 
 namespace orvel {
 
@@ -36,17 +40,23 @@ TransferContext frmMain::transferContext() {
     return {platform_,
             workplace_.settings,
             workplace_.drives,
-            [this] {
-                panels_.filePanel->refreshNew();
-                panels_.filePanel->refreshOk();
-                reopenPlaylist();
-            },
+            workplace_.recovery,
+            [this](const QStringList &replaced) { refreshLists(replaced); },
             [this](const QString &sentence) { tell(sentence); },
             [this] { return workplace_.step.PlaylistTakeRunning; }};
 }
 
+void frmMain::refreshLists(const QStringList &replaced) {
+    panels_.filePanel->refreshNew();
+    panels_.filePanel->refreshOk();
+    if (replaced.contains(workplace_.datList.fileName(), Qt::CaseInsensitive)) {
+        guarded([this] { reopenPlaylist(); });
+    }
+}
+
 void frmMain::reopenPlaylist() {
-    if (!workplace_.datList.isOpen()) {
+    // A take belongs to its playlist until it is stopped.
+    if (!workplace_.datList.isOpen() || workplace_.step.PlaylistTakeRunning) {
         return;
     }
     const int row = panels_.gridPanel->currentRow();
@@ -73,7 +83,7 @@ void frmMain::showExport() {
 frmSetup &frmMain::setup() {
     if (!setup_) {
         setup_ = std::make_unique<frmSetup>(
-            platform_, workplace_.settings, workplace_.places.programFolder(),
+            platform_, workplace_.settings, stored_, workplace_.places.programFolder(),
             [this] { panels_.gridPanel->steps().setStyles(applyStepStyles(workplace_.settings)); }, this);
     }
     setup_->Form_Load();
@@ -105,10 +115,11 @@ void frmMain::showSplash() {
 
 void frmMain::showPreview() {
     if (!preview_) {
-        preview_ = std::make_unique<frmPreview>(PreviewContext{platform_, workplace_.settings, workplace_.step,
-                                                               workplace_.datTracks, workplace_.datJingles,
-                                                               workplace_.drives, [this] { reopenCatalogues(); }},
-                                                this);
+        preview_ = std::make_unique<frmPreview>(
+            PreviewContext{platform_, workplace_.step,
+                           PreviewSources{platform_.files, workplace_.settings, workplace_.drives, workplace_.datTracks,
+                                          workplace_.datJingles, [this](int kind) { openCatalogue(kind); }}},
+            this);
     }
     preview_->Form_Load();
     preview_->open();
@@ -132,6 +143,27 @@ void frmMain::showConvert() {
     }
     convert_->Form_Load();
     convert_->open();
+}
+
+void frmMain::showRecover() {
+    if (!recover_) {
+        recover_ = std::make_unique<frmRecover>(
+            RecoverContext{platform_.sound,
+                           {platform_.files, platform_.prompts, workplace_.recovery, workplace_.places.programFolder(),
+                            [this] { return !workplace_.session.isIdle(); }},
+                           [this](const KeptFile &kept, bool replaced) { recovered(kept, replaced); }},
+            this);
+    }
+    recover_->Form_Load();
+    recover_->open();
+}
+
+void frmMain::recovered(const KeptFile &kept, bool replaced) {
+    if (kept.kind == KeptKind::Playlist) {
+        refreshLists(replaced ? QStringList{kept.name} : QStringList{});
+    } else if (kept.kind == KeptKind::Take) {
+        workplace_.showTake(QFileInfo(kept.name).completeBaseName());
+    }
 }
 
 void frmMain::showUnfiled() {

@@ -1,13 +1,7 @@
 #include "windows/frm_preview.h"
 
 #include "platform/audio.h"
-#include "platform/file_system.h"
-#include "platform/runtime_error.h"
-#include "playlist/field_values.h"
-#include "playlist/step_types.h"
 #include "recording/player_settings.h"
-#include "recording/time_parts.h"
-#include "station/checked.h"
 #include "windows/named.h"
 #include "windows/on.h"
 
@@ -17,17 +11,11 @@ namespace orvel {
 
 namespace {
 
-/// Catalogues leave fields empty.
-QString textOrNothing(const QVariant &value) {
-    return value.isNull() ? QString() : toText(value);
-}
-
 constexpr int firstVolume = 16384;
-constexpr int labelCharacters = 24;
 
 void showText(LedLabel &label, const QString &text) {
     label.setText(text);
-    label.setAutoScroll(text.size() > labelCharacters);
+    label.setAutoScroll(scrolls(text));
     label.setToolTip(text);
 }
 
@@ -49,7 +37,7 @@ frmPreview::frmPreview(PreviewContext context, QWidget *parent)
       stopButton(new QPushButton(QIcon(QStringLiteral(":/icons/stop.svg")), tr("Stop"), cmdPlay)),
       MMLevelX1(named(new LevelMeter(this), "MMLevelX1", tr("Niveau links"))),
       MMLevelX2(named(new LevelMeter(this), "MMLevelX2", tr("Niveau rechts"))), lblProblem(new QLabel(this)),
-      context_(std::move(context)), CuePlayer(context_.platform.sound.makePlayer()),
+      context_(std::move(context)), preview_(context_.sources), CuePlayer(context_.platform.sound.makePlayer()),
       tmrCuePlayer(context_.platform.timers.create(10, MissedTicks::Drop, [this] { tmrCuePlayer_Timer(); })),
       tmrLevels_(context_.platform.timers.create(40, MissedTicks::Drop, [this] {
           const StereoPeaks peaks = CuePlayer->peaks();
@@ -76,63 +64,26 @@ frmPreview::frmPreview(PreviewContext context, QWidget *parent)
 void frmPreview::Form_Load() {
     volCue->setValue(firstVolume);
     volCue_Change();
-    if (context_.settings.Network) {
-        CuePlayer->setOutput(playerSettings(context_.settings));
+    if (context_.sources.settings.Network) {
+        CuePlayer->setOutput(playerSettings(context_.sources.settings));
     }
     LaadSpeler(context_.step.PreviewTrackId);
     tmrLevels_->setEnabled(true);
     playButton->setFocus();
 }
 
-RecordSet *frmPreview::catalogue() const {
-    switch (context_.step.PreviewKind) {
-    case TrackStep:
-        return context_.datTracks.get();
-    case JingleStep:
-        return context_.datJingles.get();
-    default:
-        return nullptr;
-    }
-}
-
 void frmPreview::LaadSpeler(std::int32_t Track) {
-    if (!context_.settings.Network || catalogue() == nullptr) {
+    const auto shown = preview_.load(context_.step.PreviewKind, Track, *CuePlayer);
+    if (!shown) {
         return;
     }
-    try {
-        catalogue()->refresh();
-    } catch (const RuntimeError &) {
-        context_.reopenCatalogues(); // a station replaces its catalogues while the program runs
-    }
-    RecordSet *records = catalogue();
-    SearchCriterion = QStringLiteral("tracknr=") + QString::number(Track);
-    if (records->recordCount() == 0 || !records->findFirst(SearchCriterion)) {
-        return;
-    }
-    const bool isMusic = context_.step.PreviewKind == TrackStep;
-    loadFile(textOrNothing(records->field(QStringLiteral("path"))));
-    showText(*ledTitle, textOrNothing(records->field(QStringLiteral("titel"))));
-    showText(*ledArtist,
-             textOrNothing(records->field(isMusic ? QStringLiteral("artiest") : QStringLiteral("Omschrijving"))));
+    lblProblem->setText(shown->problem);
+    lblProblem->setToolTip(shown->details);
+    playButton->setEnabled(shown->problem.isEmpty());
+    showText(*ledTitle, shown->title);
+    showText(*ledArtist, shown->description);
     DrawTime();
     sliPlay->setMaximum(CuePlayer->length());
-}
-
-void frmPreview::loadFile(const QString &cataloguePath) {
-    CuePlayer->stop();
-    lblProblem->clear();
-    const QString path = context_.drives.resolve(cataloguePath);
-    try {
-        CuePlayer->setFileName(path);
-    } catch (const RuntimeError &error) {
-        const bool missing = !context_.platform.files.fileExists(path);
-        lblProblem->setText(
-            (missing ? tr("Het bestand %1 werd niet gevonden.") : tr("Het bestand %1 is niet leesbaar."))
-                .arg(cataloguePath));
-        lblProblem->setToolTip(error.report());
-        CuePlayer->close();
-    }
-    playButton->setEnabled(lblProblem->text().isEmpty());
 }
 
 void frmPreview::CuePlayer_End() {
@@ -142,8 +93,7 @@ void frmPreview::CuePlayer_End() {
 }
 
 void frmPreview::DrawTime() {
-    const std::int32_t remaining = checkedInt32(std::int64_t{CuePlayer->length()} - CuePlayer->position());
-    const TimeParts parts = helper::splitTime(remaining);
+    const TimeParts parts = remainingTime(*CuePlayer);
     if (Dragging) {
         return;
     }

@@ -1,12 +1,9 @@
 #pragma once
 
-#include "platform/database.h"
 #include "platform/platform.h"
 #include "platform/timers.h"
-#include "platform/wave_player.h"
 #include "playlist/current_step.h"
-#include "settings/settings.h"
-#include "station/drive_map.h"
+#include "recording/preview.h"
 #include "widgets/knob.h"
 #include "widgets/led_label.h"
 #include "widgets/level_meter.h"
@@ -17,23 +14,16 @@
 #include <QPushButton>
 #include <QSlider>
 
-#include <array>
 #include <functional>
 #include <memory>
 
 namespace orvel {
 
-/// What the preview needs of the rest of the program; all of it outlives the window. The catalogues are null while they
-/// are not open.
+/// What the preview window needs of the rest of the program; all of it outlives the window.
 struct PreviewContext {
     Platform &platform;
-    const Settings &settings;
     const CurrentStep &step;
-    const std::unique_ptr<RecordSet> &datTracks;
-    const std::unique_ptr<RecordSet> &datJingles;
-    const DriveMap &drives;
-    /// Opens the catalogues anew when their files were replaced.
-    std::function<void()> reopenCatalogues;
+    PreviewSources sources;
 };
 
 /// The cue player: a music track or jingle of the catalogues, to listen to before talking over it.
@@ -83,16 +73,14 @@ class frmPreview : public QDialog {
         std::int16_t millis = -1;
     };
 
-    [[nodiscard]] RecordSet *catalogue() const;
-    void loadFile(const QString &cataloguePath);
     void layOut();
     QWidget *timePanels();
 
     PreviewContext context_;
+    Preview preview_;
     std::unique_ptr<WavePlayer> CuePlayer;
     std::unique_ptr<Timer> tmrCuePlayer;
     std::unique_ptr<Timer> tmrLevels_;
-    QString SearchCriterion;
     bool Dragging = false;
     Shown shown_;
 };

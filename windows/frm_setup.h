@@ -24,9 +24,10 @@ class frmSetup : public QDialog {
     Q_OBJECT
 
   public:
-    /// coloursChanged: a colour of the settings is another one now.
-    frmSetup(Platform &platform, Settings &settings, QString programFolder, std::function<void()> coloursChanged,
-             QWidget *parent = nullptr);
+    /// settings: in force now. stored: as the settings file has them; what was switched off for this run only is on
+    /// there. coloursChanged: a colour of the settings is another one now.
+    frmSetup(Platform &platform, Settings &settings, Settings stored, QString programFolder,
+             std::function<void()> coloursChanged, QWidget *parent = nullptr);
 
     QTabWidget *const tabSetup;
     QPushButton *const cmdSave;

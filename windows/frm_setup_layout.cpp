@@ -72,8 +72,8 @@ class Rows {
 
 } // namespace
 
-frmSetup::frmSetup(Platform &platform, Settings &settings, QString programFolder, std::function<void()> coloursChanged,
-                   QWidget *parent)
+frmSetup::frmSetup(Platform &platform, Settings &settings, Settings stored, QString programFolder,
+                   std::function<void()> coloursChanged, QWidget *parent)
     : QDialog(parent), tabSetup(named(new QTabWidget(this), "tabSetup", tr("Instellingen"))),
       cmdSave(named(new QPushButton(tr("Bewaren"), this), "cmdSave", tr("Bewaren"))),
       cmdExit(named(new QPushButton(tr("Sluiten"), this), "cmdExit", tr("Sluiten"))),
@@ -93,7 +93,7 @@ frmSetup::frmSetup(Platform &platform, Settings &settings, QString programFolder
       ledCountDown(number(this, "ledCountDown", QStringLiteral("Count-Down"), {0, 99}, 1)),
       cobBitrate(named(new QComboBox(this), "cobBitrate", QStringLiteral("MP3-Bitrate"))),
       fraColors(new ColourPage(platform.prompts, settings, std::move(coloursChanged), this)), platform_(platform),
-      settings_(settings), saved_(settings), programFolder_(std::move(programFolder)) {
+      settings_(settings), saved_(std::move(stored)), programFolder_(std::move(programFolder)) {
     setObjectName(QStringLiteral("frmSetup"));
     setWindowTitle(QStringLiteral("Programma instellingen"));
     layOut();

@@ -21,6 +21,18 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
               view.changed}),
       unfinished({platform, settings, places, recovery, journal, takes, marks, view.tell}), lock(platform.files, places) {}
 
+void Workplace::showTake(const QString &name) {
+    if (session.mode.recorderOnly) {
+        step.VoiceTrackName = name;
+    }
+    for (int row = 0; datList.isOpen() && row < datList.stepCount(); ++row) {
+        if (datList.value(row, AtrackColumn).toString() == name) {
+            view.showRow(row);
+        }
+    }
+    session.stepSelected();
+}
+
 void Workplace::keepCopy(const QString &playlist) {
     const QString problem = recovery.keepCopy(playlist);
     if (!problem.isEmpty()) {

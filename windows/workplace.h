@@ -65,6 +65,9 @@ struct Workplace {
     Unfinished unfinished;
     StationLock lock;
 
+    /// A take came back from recovery: its step is selected where the open playlist has it, and it can be saved.
+    void showTake(const QString &name);
+
   private:
     /// Of a playlist that is about to be changed for the first time.
     void keepCopy(const QString &playlist);

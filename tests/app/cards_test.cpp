@@ -224,4 +224,42 @@ TEST_F(Cards, TheLineInHandStaysInHandWhenACardComes) {
     EXPECT_EQ(sound.audioRecord().lineName(), QStringLiteral("Micro"));
 }
 
+// With the card of a stored position absent, the end of the program wrote position 0, and the choice was forgotten.
+TEST_F(Cards, AStoredPositionIsKeptOverTheEndOfTheProgramWhileItsCardIsAway) {
+    startWith({twoCards().front()}, QStringLiteral("[Audio]\nRecCard=1"));
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("Microfoon")));
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(content(QStringLiteral("orvel.ini")).contains("RecCard=1"));
+    EXPECT_FALSE(content(QStringLiteral("orvel.ini")).contains("RecCardName"));
+    startWith(twoCards());
+    EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Mengtafel"));
+    EXPECT_EQ(sound.recorderDevice(), 1);
+}
+
+// A card that was plugged in made the card that stood in for the stored one the presenter's choice.
+TEST_F(Cards, TheStoredCardStaysTheOneToStoreWhenCardsComeAndGo) {
+    const Card third{QStringLiteral("usb"), QStringLiteral("Stokje"), {QStringLiteral("Ingang")}};
+    startWith({twoCards().front()}, QStringLiteral("[Audio]\nRecCard=1\nRecCardName=Mengtafel"));
+    replug({third, twoCards().front()});
+    EXPECT_EQ(panel->cobKaart->currentText(), QStringLiteral("Microfoon"));
+    EXPECT_EQ(sound.recorderDevice(), 1);
+    EXPECT_EQ(panel->chosenCard().name, QStringLiteral("Mengtafel"));
+    panel->cobKaart->setCurrentIndex(0);
+    EXPECT_EQ(panel->chosenCard().name, QStringLiteral("Stokje"));
+    EXPECT_TRUE(window->close());
+    EXPECT_TRUE(content(QStringLiteral("orvel.ini")).contains("RecCardName=Stokje"));
+}
+
+TEST_F(Cards, AdvancedOpensForTheLineOfItsStrip) {
+    startWith(twoCards(), QStringLiteral("[Audio]\nRecCard=1"));
+    sound.audioRecord().setCurrentLine(1);
+    click(panel->strip(3).cmdAdvanced);
+    EXPECT_EQ(sound.audioRecord().currentLine(), 3);
+    EXPECT_EQ(sound.audioRecord().lineName(), QStringLiteral("Aux"));
+    auto *adv = window->findChild<frmAdv *>();
+    ASSERT_NE(adv, nullptr);
+    EXPECT_TRUE(adv->isVisible());
+    adv->close();
+}
+
 } // namespace orvel

@@ -1,4 +1,5 @@
 // The cue player for tracks and jingles.
+#include "platform/runtime_error.h"
 #include "station.h"
 
 #include <QWheelEvent>
@@ -9,9 +10,9 @@ namespace {
 
 const QString drives = QStringLiteral("[Drives]\nM=audio\n");
 
-class Preview : public Station {
+class PreviewWindow : public Station {
   protected:
-    Preview() {
+    PreviewWindow() {
         QDir(folder.path()).mkpath(QStringLiteral("audio/muziek"));
         QDir(folder.path()).mkpath(QStringLiteral("audio/jingles"));
     }
@@ -41,7 +42,7 @@ class Preview : public Station {
 
 } // namespace
 
-TEST_F(Preview, AMusicTrackIsLoadedThroughTheDriveMap) {
+TEST_F(PreviewWindow, AMusicTrackIsLoadedThroughTheDriveMap) {
     startStation();
     show(TrackStep, 1);
     EXPECT_TRUE(preview->isVisible());
@@ -55,7 +56,7 @@ TEST_F(Preview, AMusicTrackIsLoadedThroughTheDriveMap) {
     EXPECT_EQ(player().volume(), 16384);
 }
 
-TEST_F(Preview, AJingleShowsItsDescription) {
+TEST_F(PreviewWindow, AJingleShowsItsDescription) {
     startStation();
     show(JingleStep, 2);
     EXPECT_EQ(player().file(), path(QStringLiteral("audio/jingles/002.mp3")));
@@ -63,7 +64,7 @@ TEST_F(Preview, AJingleShowsItsDescription) {
               window->workplace().datJingles->field(QStringLiteral("Omschrijving")).toString());
 }
 
-TEST_F(Preview, PlayStartsTheTrackAndStopLeavesTheDisplayFollowing) {
+TEST_F(PreviewWindow, PlayStartsTheTrackAndStopLeavesTheDisplayFollowing) {
     startStation();
     show(TrackStep, 1);
     click(preview->playButton);
@@ -81,7 +82,7 @@ TEST_F(Preview, PlayStartsTheTrackAndStopLeavesTheDisplayFollowing) {
     EXPECT_EQ(preview->sliPlay->value(), 0);
 }
 
-TEST_F(Preview, PlayWhilePlayingStartsTheTrackAnew) {
+TEST_F(PreviewWindow, PlayWhilePlayingStartsTheTrackAnew) {
     startStation();
     show(TrackStep, 1);
     preview->cmdPlay_ButtonClick(frmPreview::PlayCode);
@@ -93,7 +94,7 @@ TEST_F(Preview, PlayWhilePlayingStartsTheTrackAnew) {
     EXPECT_EQ(player().state(), WavePlayer::playing);
 }
 
-TEST_F(Preview, DraggingMovesTheTimeOnlyWhenTheSliderIsReleased) {
+TEST_F(PreviewWindow, DraggingMovesTheTimeOnlyWhenTheSliderIsReleased) {
     startStation();
     show(TrackStep, 1);
     click(preview->playButton);
@@ -113,21 +114,21 @@ TEST_F(Preview, DraggingMovesTheTimeOnlyWhenTheSliderIsReleased) {
     EXPECT_EQ(preview->lcdSec->seconds(), (player().length() - 9000) / 1000 % 60);
 }
 
-TEST_F(Preview, AKeyOnTheSliderSeeks) {
+TEST_F(PreviewWindow, AKeyOnTheSliderSeeks) {
     startStation();
     show(TrackStep, 1);
     QTest::keyClick(preview->sliPlay, Qt::Key_End);
     EXPECT_EQ(player().position(), player().length());
 }
 
-TEST_F(Preview, TheKnobSetsTheCueVolume) {
+TEST_F(PreviewWindow, TheKnobSetsTheCueVolume) {
     startStation();
     show(TrackStep, 1);
     preview->volCue->setValue(50000);
     EXPECT_EQ(player().volume(), 50000);
 }
 
-TEST_F(Preview, TextsScrollFromTwentyFiveCharactersOn) {
+TEST_F(PreviewWindow, TextsScrollFromTwentyFiveCharactersOn) {
     startStation(QStringLiteral("tests/data/databases/scroll-titles.mdb"));
     show(TrackStep, 1);
     EXPECT_EQ(preview->ledTitle->text().size(), 24);
@@ -139,7 +140,7 @@ TEST_F(Preview, TextsScrollFromTwentyFiveCharactersOn) {
     EXPECT_TRUE(preview->ledArtist->autoScroll());
 }
 
-TEST_F(Preview, AnUnknownTrackLeavesWhatWasShown) {
+TEST_F(PreviewWindow, AnUnknownTrackLeavesWhatWasShown) {
     startStation();
     show(TrackStep, 1);
     const QString title = preview->ledTitle->text();
@@ -148,7 +149,7 @@ TEST_F(Preview, AnUnknownTrackLeavesWhatWasShown) {
     EXPECT_EQ(player().file(), path(QStringLiteral("audio/muziek/0001.mp3")));
 }
 
-TEST_F(Preview, AMissingFileIsToldInTheWindowOnly) {
+TEST_F(PreviewWindow, AMissingFileIsToldInTheWindowOnly) {
     startStation();
     show(TrackStep, 2);
     EXPECT_TRUE(preview->lblProblem->text().contains(QStringLiteral("werd niet gevonden")));
@@ -159,7 +160,7 @@ TEST_F(Preview, AMissingFileIsToldInTheWindowOnly) {
     EXPECT_TRUE(preview->playButton->isEnabled());
 }
 
-TEST_F(Preview, ABrokenFileIsToldInTheWindowOnly) {
+TEST_F(PreviewWindow, ABrokenFileIsToldInTheWindowOnly) {
     startStation();
     QFile broken(path(QStringLiteral("audio/muziek/0002.mp3")));
     ASSERT_TRUE(broken.open(QIODevice::WriteOnly));
@@ -170,7 +171,7 @@ TEST_F(Preview, ABrokenFileIsToldInTheWindowOnly) {
     EXPECT_EQ(preview->sliPlay->maximum(), 0);
 }
 
-TEST_F(Preview, WithoutCataloguesTheWindowOpensEmpty) {
+TEST_F(PreviewWindow, WithoutCataloguesTheWindowOpensEmpty) {
     ASSERT_TRUE(start());
     show(TrackStep, 1);
     EXPECT_TRUE(preview->isVisible());
@@ -178,7 +179,7 @@ TEST_F(Preview, WithoutCataloguesTheWindowOpensEmpty) {
     EXPECT_TRUE(player().file().isEmpty());
 }
 
-TEST_F(Preview, ClosingStopsTheSound) {
+TEST_F(PreviewWindow, ClosingStopsTheSound) {
     startStation();
     show(TrackStep, 1);
     click(preview->playButton);
@@ -189,7 +190,7 @@ TEST_F(Preview, ClosingStopsTheSound) {
     EXPECT_EQ(player().file(), path(QStringLiteral("audio/jingles/002.mp3")));
 }
 
-TEST_F(Preview, TheMetersShowWhatIsPlayed) {
+TEST_F(PreviewWindow, TheMetersShowWhatIsPlayed) {
     startStation();
     show(TrackStep, 1);
     click(preview->playButton);
@@ -199,7 +200,7 @@ TEST_F(Preview, TheMetersShowWhatIsPlayed) {
     EXPECT_TRUE(preview->MMLevelX2->isClipped());
 }
 
-TEST_F(Preview, PageKeysAndTheWheelSeekByUsefulSteps) {
+TEST_F(PreviewWindow, PageKeysAndTheWheelSeekByUsefulSteps) {
     startStation();
     show(TrackStep, 1);
     QTest::keyClick(preview->sliPlay, Qt::Key_PageUp);
@@ -213,7 +214,7 @@ TEST_F(Preview, PageKeysAndTheWheelSeekByUsefulSteps) {
     EXPECT_GT(player().position(), 9000);
 }
 
-TEST_F(Preview, ClosingWithTheSliderInHandEndsTheDrag) {
+TEST_F(PreviewWindow, ClosingWithTheSliderInHandEndsTheDrag) {
     startStation();
     show(TrackStep, 1);
     preview->sliPlay->setSliderDown(true);
@@ -225,7 +226,7 @@ TEST_F(Preview, ClosingWithTheSliderInHandEndsTheDrag) {
     EXPECT_EQ(preview->sliPlay->value(), 3000);
 }
 
-TEST_F(Preview, SoundThatBreaksOffIsTold) {
+TEST_F(PreviewWindow, SoundThatBreaksOffIsTold) {
     startStation();
     show(TrackStep, 1);
     click(preview->playButton);
@@ -237,7 +238,7 @@ TEST_F(Preview, SoundThatBreaksOffIsTold) {
     EXPECT_TRUE(preview->lblProblem->text().isEmpty()) << "the end is no break";
 }
 
-TEST_F(Preview, APlayerThatCannotStartIsReportedAndTheWindowStays) {
+TEST_F(PreviewWindow, APlayerThatCannotStartIsReportedAndTheWindowStays) {
     startStation();
     show(TrackStep, 1);
     player().failNextStart();
@@ -248,7 +249,7 @@ TEST_F(Preview, APlayerThatCannotStartIsReportedAndTheWindowStays) {
     EXPECT_EQ(player().state(), WavePlayer::playing);
 }
 
-TEST_F(Preview, CataloguesThatWereReplacedAreOpenedAnew) {
+TEST_F(PreviewWindow, CataloguesThatWereReplacedAreOpenedAnew) {
     startStation();
     show(TrackStep, 1);
     preview->reject();
@@ -260,12 +261,61 @@ TEST_F(Preview, CataloguesThatWereReplacedAreOpenedAnew) {
     EXPECT_EQ(preview->ledTitle->text().size(), 24) << "the new catalogue's title";
 }
 
-TEST_F(Preview, AnUnknownTrackAtTheFirstOpeningShowsNothing) {
+TEST_F(PreviewWindow, AnUnknownTrackAtTheFirstOpeningShowsNothing) {
     startStation();
     show(TrackStep, 99999);
     EXPECT_TRUE(preview->ledTitle->text().isEmpty());
     EXPECT_TRUE(player().file().isEmpty());
     EXPECT_TRUE(preview->lblProblem->text().isEmpty());
+}
+
+// A missing catalogue of jingles closed the one of the tracks as well, and switched both off in the settings.
+TEST_F(PreviewWindow, WithoutTheJinglesTracksArePreviewedAndNothingIsSwitchedOff) {
+    copy(QStringLiteral("samples/station/digital.mdb"), QStringLiteral("digital.mdb"));
+    copy(QStringLiteral("samples/station/audio/muziek/0001.mp3"), QStringLiteral("audio/muziek/0001.mp3"));
+    copy(QStringLiteral("samples/station/audio/jingles/002.mp3"), QStringLiteral("audio/jingles/002.mp3"));
+    configure(drives + QStringLiteral("[Program]\nNetwork=1\n[Files]\nDatabasepath=") + folder.path());
+    prompts.expectMessage(RuntimeError(ErrorNumber::FileNotFound, path(QStringLiteral("jingles.mdb"))).report(),
+                          QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
+    ASSERT_TRUE(start());
+    EXPECT_TRUE(window->workplace().settings.Network);
+    EXPECT_EQ(window->workplace().datJingles, nullptr);
+    show(TrackStep, 1);
+    EXPECT_EQ(player().file(), path(QStringLiteral("audio/muziek/0001.mp3")));
+    EXPECT_TRUE(preview->lblProblem->text().isEmpty());
+    preview->close();
+    show(JingleStep, 2);
+    EXPECT_TRUE(preview->isVisible());
+    EXPECT_TRUE(preview->lblProblem->text().contains(QStringLiteral("jingles.mdb")));
+    EXPECT_FALSE(preview->playButton->isEnabled());
+    EXPECT_TRUE(preview->ledTitle->text().isEmpty());
+    preview->close();
+    copy(QStringLiteral("samples/station/jingles.mdb"), QStringLiteral("jingles.mdb"));
+    show(JingleStep, 2);
+    EXPECT_EQ(player().file(), path(QStringLiteral("audio/jingles/002.mp3")));
+    preview->close();
+    window->tlbMain_ButtonClick(4);
+    auto *setup = window->findChild<frmSetup *>();
+    prompts.expectMessage(QStringLiteral("Start het programma opnieuw op"), QStringLiteral("Instellingen gewijzigd"),
+                          MessageIcon::Information);
+    click(setup->cmdSave);
+    EXPECT_TRUE(content(QStringLiteral("orvel.ini")).contains("Network=1"));
+}
+
+TEST_F(PreviewWindow, TheWindowAsksForTheOutputOfTheSettingsOnlyWithTheNetwork) {
+    const QString audio = QStringLiteral("[Audio]\nCCard=1\nCBuffer_size=4096\nCBuffers=7\nCCallback=2\n");
+    configure(audio);
+    startStation();
+    show(TrackStep, 1);
+    EXPECT_EQ(player().output().device, 1);
+    EXPECT_EQ(player().output().bufferSize, 4096);
+    EXPECT_EQ(player().output().buffers, 7);
+    EXPECT_EQ(player().output().callBackMode, 2);
+    preview->close();
+    window->workplace().settings.Network = false;
+    window->workplace().settings.CCard = 0;
+    show(TrackStep, 1);
+    EXPECT_EQ(player().output().device, 1) << "left as it was";
 }
 
 } // namespace orvel

@@ -342,11 +342,11 @@ TEST_F(SavingTakes, DeletingAsksForTheChosenPlaylist) {
     open(QStringLiteral("een.mdb"));
     const QString title = QStringLiteral("Playlists verwijderen");
     const QString question = QStringLiteral("Wenst U het bestand een.mdb te verwijderen ?");
-    prompts.expectAsk(question, title, false);
+    prompts.expectAsk(question, title, false, Preset::No);
     click(window->panels().filePanel->cmdWisNew);
     EXPECT_EQ(filesIn(QStringLiteral("new")).size(), 2);
     EXPECT_TRUE(window->panels().gridPanel->dbgLijst->isVisible());
-    prompts.expectAsk(question, title, true);
+    prompts.expectAsk(question, title, true, Preset::No);
     click(window->panels().filePanel->cmdWisNew);
     EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("twee.mdb")});
     EXPECT_FALSE(window->panels().gridPanel->dbgLijst->isVisible());
@@ -361,7 +361,7 @@ TEST_F(SavingTakes, DeletingAllClosesTheOpenPlaylist) {
     open(QStringLiteral("een.mdb"));
     window->panels().filePanel->filNew->clearSelection();
     prompts.expectAsk(QStringLiteral("Wenst U ALLE nog te bewerken playlists te verwijderen ?"),
-                      QStringLiteral("Playlists verwijderen"), true);
+                      QStringLiteral("Playlists verwijderen"), true, Preset::No);
     click(window->panels().filePanel->cmdWisNew);
     EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("blijft.txt")});
     EXPECT_FALSE(window->panels().gridPanel->dbgLijst->isVisible());
@@ -380,14 +380,14 @@ TEST_F(SavingTakes, ABackslashInANameIsACharacterLikeAnyOther) {
     open(tricky);
     EXPECT_GT(window->workplace().datList.stepCount(), 0);
     prompts.expectAsk(QStringLiteral("Wenst U het bestand %1 te verwijderen ?").arg(tricky),
-                      QStringLiteral("Playlists verwijderen"), true);
+                      QStringLiteral("Playlists verwijderen"), true, Preset::No);
     click(window->panels().filePanel->cmdWisNew);
     EXPECT_TRUE(exists(QStringLiteral("buiten.mdb")));
     EXPECT_TRUE(filesIn(QStringLiteral("new")).isEmpty());
     EXPECT_EQ(content(QStringLiteral("ok/") + tricky), "klaar");
     window->panels().filePanel->tabFiles->setCurrentIndex(1);
     prompts.expectAsk(QStringLiteral("Wenst U ALLE afgewerkte playlists te verwijderen ?"),
-                      QStringLiteral("Playlists verwijderen"), true);
+                      QStringLiteral("Playlists verwijderen"), true, Preset::No);
     click(window->panels().filePanel->cdmWisKlaar);
     EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
 }
@@ -410,10 +410,10 @@ TEST_F(SavingTakes, APlaylistWithABackslashInItsNameIsFinishedUnderThatName) {
 TEST_F(SavingTakes, DeletingToDoPlaylistsIgnoresEveryError) {
     addPlaylist(demo, QStringLiteral("een.mdb"));
     ASSERT_TRUE(start());
-    files.fail(FaultyFileSystem::Operation::Remove, QStringLiteral("een.mdb"), ErrorNumber::PermissionDenied);
+    files.fail(FaultyFileSystem::Operation::Move, QStringLiteral("een."), ErrorNumber::PermissionDenied);
     open(QStringLiteral("een.mdb"));
     prompts.expectAsk(QStringLiteral("Wenst U het bestand een.mdb te verwijderen ?"),
-                      QStringLiteral("Playlists verwijderen"), true);
+                      QStringLiteral("Playlists verwijderen"), true, Preset::No);
     click(window->panels().filePanel->cmdWisNew);
     EXPECT_TRUE(exists(QStringLiteral("new/een.mdb")));
     EXPECT_FALSE(window->panels().gridPanel->dbgLijst->isVisible());
@@ -428,13 +428,13 @@ TEST_F(SavingTakes, DeletingFinishedPlaylistsReportsErrorsAndLeavesTheGrid) {
     window->panels().filePanel->tabFiles->setCurrentIndex(1);
     const QString question = QStringLiteral("Wenst U ALLE afgewerkte playlists te verwijderen ?");
     const QString title = QStringLiteral("Playlists verwijderen");
-    files.fail(FaultyFileSystem::Operation::Remove, QStringLiteral("klaar.mdb"), ErrorNumber::PermissionDenied);
-    prompts.expectAsk(question, title, true);
+    files.fail(FaultyFileSystem::Operation::Move, QStringLiteral("klaar."), ErrorNumber::PermissionDenied);
+    prompts.expectAsk(question, title, true, Preset::No);
     prompts.expectReport(QStringLiteral("Fout 70 tijdens de uitvoering:"));
     click(window->panels().filePanel->cdmWisKlaar);
     EXPECT_TRUE(exists(QStringLiteral("ok/klaar.mdb")));
     files.heal();
-    prompts.expectAsk(question, title, true);
+    prompts.expectAsk(question, title, true, Preset::No);
     click(window->panels().filePanel->cdmWisKlaar);
     EXPECT_EQ(filesIn(QStringLiteral("ok")), QStringList{QStringLiteral("link.mp3")});
     EXPECT_TRUE(window->workplace().datList.isOpen());
@@ -475,7 +475,7 @@ TEST_F(SavingTakes, WhatIsDeletedIsWhatWasAskedAbout) {
     open(QStringLiteral("een.mdb"));
     prompts.whileOpen([this] { window->panels().filePanel->filNew->clearSelection(); });
     prompts.expectAsk(QStringLiteral("Wenst U het bestand een.mdb te verwijderen ?"),
-                      QStringLiteral("Playlists verwijderen"), true);
+                      QStringLiteral("Playlists verwijderen"), true, Preset::No);
     click(window->panels().filePanel->cmdWisNew);
     EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("twee.mdb")});
 }
@@ -484,7 +484,7 @@ TEST_F(SavingTakes, ATakeThatStartsBehindTheQuestionKeepsItsPlaylist) {
     openDemo();
     prompts.whileOpen([this] { window->panels().recorderPanel->cmdRec_Click(); });
     prompts.expectAsk(QStringLiteral("Wenst U het bestand lijst.mdb te verwijderen ?"),
-                      QStringLiteral("Playlists verwijderen"), true);
+                      QStringLiteral("Playlists verwijderen"), true, Preset::No);
     click(window->panels().filePanel->cmdWisNew);
     EXPECT_TRUE(exists(QStringLiteral("new/lijst.mdb")));
     EXPECT_TRUE(window->workplace().datList.isOpen());

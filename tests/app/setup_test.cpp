@@ -2,6 +2,7 @@
 #include "station.h"
 
 #include <QLabel>
+#include <QTimer>
 
 namespace orvel {
 
@@ -288,6 +289,46 @@ TEST_F(Setup, ASettingsFileThatCannotBeWrittenIsReportedAndNothingChanges) {
     prompts.expectReport(QStringLiteral("Fout 61"));
     click(setup->cmdSave);
     EXPECT_EQ(window->workplace().settings.Countdown, 0);
+}
+
+// Without digital.mdb the catalogues are off for this run; whoever saved the setup then switched them off for good.
+TEST_F(Setup, WhatIsOffForThisRunOnlyIsNotSavedAsOff) {
+    configure(QStringLiteral("[Files]\nDatabasepath=/nergens\n[Program]\nNetwork=1"));
+    prompts.expectReport(QStringLiteral("Databasebestanden van de server werden niet gevonden"));
+    QTimer close;
+    QObject::connect(&close, &QTimer::timeout, [&] {
+        if (auto *modal = qobject_cast<frmSetup *>(QApplication::activeModalWidget())) {
+            EXPECT_TRUE(modal->chkData->isChecked());
+            modal->cmdExit->click();
+        }
+    });
+    close.start(10);
+    ASSERT_TRUE(start());
+    close.stop();
+    EXPECT_FALSE(window->workplace().settings.Network);
+    window->tlbMain_ButtonClick(4);
+    setup = window->findChild<frmSetup *>();
+    ASSERT_NE(setup, nullptr);
+    save();
+    EXPECT_TRUE(holds(QStringLiteral("Network=1"))) << stored().toStdString();
+    setup->chkData->setChecked(false);
+    save();
+    EXPECT_TRUE(holds(QStringLiteral("Network=0")));
+    EXPECT_FALSE(window->workplace().settings.Network);
+}
+
+TEST_F(Setup, TheServerAndDataBoxesShowTheSettingsAndTheLastRateIsThreeFifty) {
+    configure(QStringLiteral("[Files]\nVoiceTrackPath=%1\nDatabasepath=%2")
+                  .arg(folder.path(), QStringLiteral(ORVEL_SOURCE_DIR "/samples/station")));
+    openSetup(QStringLiteral("[Program]\nNetwork=1\nServer=1\n[Audio]\nBitRate=4"));
+    EXPECT_TRUE(setup->chkData->isChecked());
+    EXPECT_TRUE(setup->chkServer->isChecked());
+    EXPECT_EQ(setup->cobBitrate->currentText(), QStringLiteral("350 Kbit/Sec"));
+    setup->chkServer->setChecked(false);
+    save();
+    EXPECT_TRUE(holds(QStringLiteral("Server=0")));
+    EXPECT_FALSE(window->workplace().settings.ServerMode);
+    EXPECT_TRUE(holds(QStringLiteral("BitRate=4")));
 }
 
 } // namespace orvel

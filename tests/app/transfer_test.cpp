@@ -54,7 +54,7 @@ TEST_F(Transfer, ABackslashInANameIsACharacterLikeAnyOther) {
     const QString tricky = QStringLiteral("een\\twee.mdb");
     putOnStick(tricky);
     openImport(forced());
-    prompts.expectAsk(mayDelete, deleteTitle, true);
+    prompts.expectAsk(mayDelete, deleteTitle, true, Preset::No);
     click(import->cmdImport);
     EXPECT_TRUE(filesIn(QStringLiteral("stick")).isEmpty());
     EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{tricky});
@@ -71,7 +71,7 @@ TEST_F(Transfer, PlaylistsAreCopiedAndTheSourcesDeletedOnYes) {
     EXPECT_FALSE(import->isModal());
     EXPECT_EQ(import->browser->files(),
               (QStringList{QStringLiteral("een.mdb"), QStringLiteral("lees.txt"), QStringLiteral("twee.MDB")}));
-    prompts.expectAsk(mayDelete, deleteTitle, true);
+    prompts.expectAsk(mayDelete, deleteTitle, true, Preset::No);
     click(import->cmdImport);
     EXPECT_EQ(filesIn(QStringLiteral("new")), (QStringList{QStringLiteral("een.mdb"), QStringLiteral("twee.MDB")}));
     EXPECT_EQ(filesIn(QStringLiteral("stick")), QStringList{QStringLiteral("lees.txt")});
@@ -82,7 +82,7 @@ TEST_F(Transfer, PlaylistsAreCopiedAndTheSourcesDeletedOnYes) {
 TEST_F(Transfer, NoKeepsTheSources) {
     putOnStick(QStringLiteral("een.mdb"));
     openImport(forced());
-    prompts.expectAsk(mayDelete, deleteTitle, false);
+    prompts.expectAsk(mayDelete, deleteTitle, false, Preset::No);
     click(import->cmdImport);
     EXPECT_EQ(filesIn(QStringLiteral("stick")), QStringList{QStringLiteral("een.mdb")});
     EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("een.mdb")});
@@ -97,7 +97,7 @@ TEST_F(Transfer, WithNodeleteNothingIsAskedAndNothingDeleted) {
 
 TEST_F(Transfer, AnEmptyFolderCopiesNothingAndStillAsks) {
     openImport(forced());
-    prompts.expectAsk(mayDelete, deleteTitle, true);
+    prompts.expectAsk(mayDelete, deleteTitle, true, Preset::No);
     click(import->cmdImport);
     EXPECT_TRUE(filesIn(QStringLiteral("new")).isEmpty());
 }
@@ -107,7 +107,7 @@ TEST_F(Transfer, AFileWhoseCopyWasNotWantedIsNotDeleted) {
     addPlaylist(QStringLiteral("unicode.mdb"), QStringLiteral("een.mdb"));
     openImport(forced());
     prompts.expectAsk(QStringLiteral("Het bestand een.mdb bestaat al. Wilt U het overschrijven ?"), copying, false);
-    prompts.expectAsk(mayDelete, deleteTitle, true);
+    prompts.expectAsk(mayDelete, deleteTitle, true, Preset::No);
     click(import->cmdImport);
     EXPECT_EQ(filesIn(QStringLiteral("stick")), QStringList{QStringLiteral("een.mdb")});
     EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("een.mdb")));
@@ -118,7 +118,7 @@ TEST_F(Transfer, AFileWhoseCopyFailedIsNotDeleted) {
     openImport(forced());
     files.fail(FaultyFileSystem::Operation::Copy, QStringLiteral("een.mdb"), ErrorNumber::DiskFull);
     prompts.expectReport(QStringLiteral("Error: 61. "));
-    prompts.expectAsk(mayDelete, deleteTitle, true);
+    prompts.expectAsk(mayDelete, deleteTitle, true, Preset::No);
     click(import->cmdImport);
     EXPECT_EQ(filesIn(QStringLiteral("stick")), QStringList{QStringLiteral("een.mdb")});
 }
@@ -127,7 +127,7 @@ TEST_F(Transfer, ADeletionThatFailsIsReported) {
     putOnStick(QStringLiteral("een.mdb"));
     openImport(forced());
     files.fail(FaultyFileSystem::Operation::Remove, QStringLiteral("een.mdb"), ErrorNumber::PermissionDenied);
-    prompts.expectAsk(mayDelete, deleteTitle, true);
+    prompts.expectAsk(mayDelete, deleteTitle, true, Preset::No);
     prompts.expectReport(QStringLiteral("Fout 70"));
     click(import->cmdImport);
     EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("een.mdb")});
@@ -161,12 +161,6 @@ TEST_F(Transfer, APathOfTwoCharactersLeavesTheChoiceFree) {
 TEST_F(Transfer, ADriveLetterOfTheStationIsItsFolder) {
     openImport(QStringLiteral("[Files]\nImportPath=E:\\onder\n[Drives]\nE=stick"));
     EXPECT_EQ(import->browser->folder(), path(QStringLiteral("stick/onder")));
-}
-
-TEST(TransferPaths, ADriveRootLosesItsSeparator) {
-    EXPECT_EQ(withoutRootSeparator(QStringLiteral("E:\\")), QStringLiteral("E:"));
-    EXPECT_EQ(withoutRootSeparator(QStringLiteral("/ab")), QStringLiteral("/ab"));
-    EXPECT_EQ(withoutRootSeparator(QStringLiteral("E:\\x")), QStringLiteral("E:\\x"));
 }
 
 TEST_F(Transfer, FoldersAreOpenedByADoubleClickAndLeftByTheDots) {
@@ -255,11 +249,91 @@ TEST_F(Transfer, APlaylistThatIsImportedOverTheOpenOneIsOpenedAnew) {
     putOnStick(QStringLiteral("een.mdb"), QStringLiteral("steps-150.mdb"));
     window->tlbMain_ButtonClick(2);
     prompts.expectAsk(QStringLiteral("Het bestand een.mdb bestaat al. Wilt U het overschrijven ?"), copying, true);
-    prompts.expectAsk(mayDelete, deleteTitle, false);
+    prompts.expectAsk(mayDelete, deleteTitle, false, Preset::No);
     click(import->cmdImport);
     EXPECT_EQ(window->workplace().datList.stepCount(), 150);
     EXPECT_EQ(window->panels().gridPanel->currentRow(), 2);
     mark(window->panels().gridPanel->currentRow(), true); // nobody is in the way
+}
+
+// Every import opened the playlist anew: what was recorded but not saved could no longer be listened to.
+TEST_F(Transfer, AnImportOfOtherPlaylistsLeavesTheTakeThatIsNotSaved) {
+    addPlaylist(QStringLiteral("access-2003.mdb"), QStringLiteral("een.mdb"));
+    putOnStick(QStringLiteral("twee.mdb"));
+    openImport(forced());
+    open(QStringLiteral("een.mdb"));
+    while (!window->workplace().step.StepSelected) {
+        select(window->panels().gridPanel->currentRow() + 1);
+    }
+    record(500);
+    ASSERT_TRUE(window->panels().playbackPanel->cmdPlay->isEnabled());
+    const int row = window->panels().gridPanel->currentRow();
+    prompts.expectAsk(mayDelete, deleteTitle, false, Preset::No);
+    click(import->cmdImport);
+    EXPECT_NE(toDo(QStringLiteral("twee.mdb")), nullptr);
+    EXPECT_TRUE(window->panels().playbackPanel->cmdPlay->isEnabled());
+    EXPECT_TRUE(window->panels().savePanel->cmdSave->isEnabled());
+    EXPECT_EQ(window->panels().gridPanel->currentRow(), row);
+}
+
+// The playlist was opened anew under a take that had begun while the import asked its question.
+TEST_F(Transfer, ATakeThatBeganDuringTheQuestionIsUntouched) {
+    for (const char *question : {"delete", "overwrite"}) {
+        const bool overwrites = QLatin1String(question) == QLatin1String("overwrite");
+        QFile::remove(path(QStringLiteral("new/een.mdb")));
+        QFile::remove(path(QStringLiteral("stick/een.mdb")));
+        addPlaylist(QStringLiteral("access-2003.mdb"), QStringLiteral("een.mdb"));
+        openImport(forced());
+        open(QStringLiteral("een.mdb"));
+        while (!window->workplace().step.StepSelected) {
+            select(window->panels().gridPanel->currentRow() + 1);
+        }
+        putOnStick(overwrites ? QStringLiteral("een.mdb") : QStringLiteral("twee.mdb"),
+                   QStringLiteral("steps-150.mdb"));
+        const QByteArray list = content(QStringLiteral("new/een.mdb"));
+        const QString take = window->workplace().step.VoiceTrackName;
+        prompts.whileOpen([this] { beginRecording(); });
+        if (overwrites) {
+            prompts.expectAsk(QStringLiteral("Het bestand een.mdb bestaat al. Wilt U het overschrijven ?"), copying,
+                              true);
+            prompts.expectAsk(QStringLiteral("Het bestand twee.mdb bestaat al. Wilt U het overschrijven ?"), copying,
+                              false);
+        }
+        prompts.expectAsk(mayDelete, deleteTitle, false, Preset::No);
+        click(import->cmdImport);
+        EXPECT_TRUE(sound.recorder().isRecording());
+        EXPECT_TRUE(window->workplace().step.StepSelected);
+        EXPECT_EQ(window->workplace().step.VoiceTrackName, take);
+        EXPECT_LT(window->workplace().datList.stepCount(), 150);
+        EXPECT_EQ(content(QStringLiteral("new/een.mdb")).size(), list.size());
+        sound.deliver(44100);
+        timers.advance(1000);
+        click(window->panels().recorderPanel->cmdRec);
+        EXPECT_TRUE(exists(QStringLiteral("temp/") + take + QStringLiteral(".wav")));
+    }
+}
+
+TEST_F(Transfer, FinishedPlaylistsCanBeDeletedWhileATakeRunsAndTheOthersSayWhyNot) {
+    addPlaylist(QStringLiteral("access-2003.mdb"), QStringLiteral("een.mdb"));
+    disk.write(path(QStringLiteral("ok/klaar.mdb")), "playlist");
+    ASSERT_TRUE(start());
+    open(QStringLiteral("een.mdb"));
+    while (!window->workplace().step.StepSelected) {
+        select(window->panels().gridPanel->currentRow() + 1);
+    }
+    beginRecording();
+    FilePanel &lists = *window->panels().filePanel;
+    click(lists.cmdWisNew);
+    EXPECT_TRUE(window->panels().lblStatus->text().contains(QStringLiteral("Er loopt een opname")));
+    lists.tabFiles->setCurrentIndex(1);
+    prompts.expectAsk(QStringLiteral("Wenst U ALLE afgewerkte playlists te verwijderen ?"),
+                      QStringLiteral("Playlists verwijderen"), true, Preset::No);
+    click(lists.cdmWisKlaar);
+    EXPECT_EQ(lists.filOK->count(), 0);
+    EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
+    EXPECT_EQ(filesIn(QStringLiteral("herstel")).filter(QStringLiteral("klaar.")).size(), 1);
+    EXPECT_TRUE(sound.recorder().isRecording());
+    EXPECT_TRUE(window->workplace().datList.isOpen());
 }
 
 } // namespace orvel

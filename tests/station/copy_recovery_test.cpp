@@ -157,7 +157,7 @@ TEST_F(CopyAndRecovery, WhatCannotBeKeptStaysWhereItIs) {
     EXPECT_EQ(recovery.keepCopy(folder.path("x.wav")), QString());
     EXPECT_EQ(contentOf(folder.path("x.wav")), "stem");
     EXPECT_EQ(kept().size(), 1);
-    files.fail(Operation::Copy, QStringLiteral("herstel"), ErrorNumber::DiskFull);
+    files.fail(Operation::Link, QStringLiteral("herstel"), ErrorNumber::DiskFull);
     EXPECT_EQ(recovery.keepCopy(folder.path("x.wav")),
               QStringLiteral("Van x.wav is geen kopie bewaard in de map herstel (De schijf is vol)."));
     EXPECT_EQ(kept().size(), 1);
@@ -174,6 +174,117 @@ TEST_F(CopyAndRecovery, AFileBeyondAnyPlaylistsSizeIsNotCopied) {
     ASSERT_TRUE(list.resize(qint64{16} * 1024 * 1024));
     EXPECT_EQ(recovery.keepCopy(list.fileName()), QString());
     EXPECT_EQ(kept().size(), 1);
+}
+
+// Fifty stayed of each kind: whoever deleted a month of playlists at once got back the last fifty.
+TEST_F(CopyAndRecovery, OfPlaylistsFiveHundredStay) {
+    QDir(folder.path()).mkdir(QStringLiteral("herstel"));
+    for (int number = 0; number < 499; ++number) {
+        keptLongAgo(number, ".mdb");
+    }
+    writeContent(folder.path("herstel/heel oud.20190101-000000-000-000.mdb"), "oud");
+    writeContent(folder.path("een.mdb"), "lijst");
+    recovery.keep(folder.path("een.mdb"));
+    EXPECT_EQ(kept("*.mdb").size(), 500);
+    EXPECT_TRUE(kept("heel oud*").isEmpty());
+    EXPECT_EQ(kept("een*").size(), 1);
+}
+
+// The bound for playlists kept every longer voice track from being kept before it was replaced.
+TEST_F(CopyAndRecovery, SoundOfAnySizeIsKeptUnderASecondName) {
+    for (const char *name : {"lang.mp3", "lang.WAV"}) {
+        QFile file(folder.path(name));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        ASSERT_TRUE(file.resize(qint64{17} * 1024 * 1024));
+        files.fail(Operation::Copy, QStringLiteral("herstel"), ErrorNumber::DiskFull);
+        EXPECT_EQ(recovery.keepCopy(file.fileName()), QString()) << name << ": a second name needs no room";
+        files.heal();
+        writeContent(folder.path("nieuw"), "nieuw");
+        disk.move(folder.path("nieuw"), file.fileName());
+        EXPECT_EQ(QFileInfo(recovery.kept().front().path).size(), qint64{17} * 1024 * 1024) << name;
+        EXPECT_EQ(recovery.kept().front().name, QString::fromLatin1(name));
+    }
+    files.fail(Operation::Link, QStringLiteral("herstel"), ErrorNumber::PermissionDenied);
+    EXPECT_EQ(recovery.keepCopy(folder.path("lang.mp3")),
+              QStringLiteral("Van lang.mp3 is geen kopie bewaard in de map herstel (Geen toegang)."));
+}
+
+TEST_F(CopyAndRecovery, APlaylistsCopyDoesNotChangeWithIt) {
+    writeContent(folder.path("een.mdb"), "voor");
+    EXPECT_EQ(recovery.keepCopy(folder.path("een.mdb")), QString());
+    QFile list(folder.path("een.mdb"));
+    ASSERT_TRUE(list.open(QIODevice::ReadWrite));
+    list.write("na__"); // in place, as playlists are marked
+    list.close();
+    EXPECT_EQ(contentOf(recovery.kept().front().path), "voor");
+}
+
+TEST_F(CopyAndRecovery, TheListTellsKindNameAndTimeTheLastKeptFirst) {
+    QDir(folder.path()).mkdir(QStringLiteral("herstel"));
+    EXPECT_TRUE(recovery.kept().empty());
+    for (const char *name :
+         {"VT 1.v2.20260102-030405-678-000007.wav", "Klaar.20260102-030405-678-000012.MP3",
+          "avond.20270101-000000-000-000009.mdb", "oud.20210304-050607-008-123.mdb", // of before they were counted
+          "van mij.wav", "notitie.20260102-030405-678-000013.txt", "kaal.20260102-030405-678-000014"}) {
+        writeContent(folder.path(QStringLiteral("herstel/") + QString::fromLatin1(name)), name);
+    }
+    const std::vector<KeptFile> kept = recovery.kept();
+    ASSERT_EQ(kept.size(), 4U);
+    QStringList lines;
+    for (const KeptFile &file : kept) {
+        lines << file.name + u' ' + QString::number(static_cast<int>(file.kind)) +
+                     file.when.toString(QStringLiteral(" d-M-yyyy h:m:s.zzz"));
+    }
+    EXPECT_EQ(lines, (QStringList{QStringLiteral("Klaar.MP3 1 2-1-2026 3:4:5.678"),
+                                  QStringLiteral("avond.mdb 2 1-1-2027 0:0:0.000"),
+                                  QStringLiteral("VT 1.v2.wav 0 2-1-2026 3:4:5.678"),
+                                  QStringLiteral("oud.mdb 2 4-3-2021 5:6:7.008")}));
+    EXPECT_EQ(contentOf(kept.front().path), "Klaar.20260102-030405-678-000012.MP3");
+    files.fail(Operation::List, QStringLiteral("herstel"), ErrorNumber::DeviceError);
+    EXPECT_TRUE(recovery.kept().empty());
+}
+
+TEST_F(CopyAndRecovery, WhatIsPutBackHasItsNameAgainAndIsNoLongerKept) {
+    writeContent(folder.path("VT 1.wav"), "stem");
+    recovery.keep(folder.path("VT 1.wav"));
+    recovery.putBack(recovery.kept().front(), folder.path());
+    EXPECT_EQ(contentOf(folder.path("VT 1.wav")), "stem");
+    EXPECT_TRUE(recovery.kept().empty());
+}
+
+TEST_F(CopyAndRecovery, WhatStandsInThePlaceIsKeptFirst) {
+    writeContent(folder.path("VT 1.wav"), "eerste");
+    recovery.keep(folder.path("VT 1.wav"));
+    writeContent(folder.path("VT 1.wav"), "tweede");
+    recovery.putBack(recovery.kept().front(), folder.path());
+    EXPECT_EQ(contentOf(folder.path("VT 1.wav")), "eerste");
+    ASSERT_EQ(recovery.kept().size(), 1U);
+    EXPECT_EQ(contentOf(recovery.kept().front().path), "tweede");
+}
+
+// Keeping what stood in the place dropped the oldest file: the very one that was to be put back.
+TEST_F(CopyAndRecovery, TheOldestOfFiftyCanBePutBackToo) {
+    QDir(folder.path()).mkdir(QStringLiteral("herstel"));
+    for (int number = 0; number < Recovery::keptFiles; ++number) {
+        keptLongAgo(number, ".wav");
+    }
+    writeContent(folder.path("oud.wav"), "staat er");
+    const KeptFile oldest = recovery.kept().back();
+    recovery.putBack(oldest, folder.path());
+    EXPECT_EQ(contentOf(folder.path("oud.wav")), "oud");
+    EXPECT_EQ(contentOf(recovery.kept().front().path), "staat er");
+}
+
+TEST_F(CopyAndRecovery, WhatCannotBePutBackChangesNothing) {
+    writeContent(folder.path("VT 1.wav"), "eerste");
+    recovery.keep(folder.path("VT 1.wav"));
+    KeptFile first = recovery.kept().front();
+    QDir(folder.path()).mkdir(QStringLiteral("temp"));
+    writeContent(folder.path("temp/VT 1.wav"), "tweede");
+    first.path += QStringLiteral(".weg"); // somebody else took it away
+    EXPECT_EQ(errorOf([&] { recovery.putBack(first, folder.path("temp")); }), 53);
+    EXPECT_EQ(contentOf(folder.path("temp/VT 1.wav")), "tweede");
+    EXPECT_EQ(recovery.kept().size(), 1U) << "what stood there is in its place again";
 }
 
 TEST(TakeFile, NamesThatNoDiskTakesAreBadFileNames) {

@@ -138,8 +138,9 @@ TEST_F(Shell, EveryFileIsCountedWhetherItWasCopiedOrPassedOver) {
     }
     prompts.expectAsk(QStringLiteral("Het bestand 2.mp3 bestaat al. Wilt U het overschrijven ?"), title, false);
     int done = 0;
-    const ShellCopyResult result = Global::ShellCopyFile(
-        platform, path(QStringLiteral("van/*.mp3")), path(QStringLiteral("naar")), false, title, [&done] { ++done; });
+    const ShellCopyResult result =
+        Global::ShellCopyFile(platform, path(QStringLiteral("van/*.mp3")), path(QStringLiteral("naar")), false, title,
+                              {{}, {}, [&done] { ++done; }});
     EXPECT_EQ(done, 3);
     EXPECT_EQ(result.copied, 2);
     EXPECT_EQ(result.skipped, 1);

@@ -1,0 +1,19 @@
+#include "app/start.h"
+
+#include "platform/guarded.h"
+#include "windows/frm_main.h"
+
+namespace orvel {
+
+bool startUnderSplash(frmMain &window, frmSplash &splash) {
+    window.setSplash(&splash);
+    bool goesOn = false;
+    guarded([&] { goesOn = window.Form_Load(); });
+    splash.close();
+    if (goesOn) {
+        window.show();
+    }
+    return goesOn;
+}
+
+} // namespace orvel

@@ -1,0 +1,94 @@
+#include "recording/preview.h"
+
+#include "platform/file_system.h"
+#include "platform/runtime_error.h"
+#include "playlist/field_values.h"
+#include "playlist/step_types.h"
+#include "station/checked.h"
+#include "station/paths.h"
+
+#include <QObject>
+
+namespace orvel {
+
+namespace {
+
+/// Catalogues leave fields empty.
+QString textOrNothing(const QVariant &value) {
+    return value.isNull() ? QString() : toText(value);
+}
+
+} // namespace
+
+QString catalogueName(int kind) {
+    return kind == TrackStep ? QStringLiteral("digital.mdb") : QStringLiteral("jingles.mdb");
+}
+
+std::unique_ptr<RecordSet> openedCatalogue(DatabaseEngine &databases, const QString &databasePath, int kind) {
+    const QString query = kind == TrackStep ? QStringLiteral("SELECT * From Audio ORDER BY TrackNr")
+                                            : QStringLiteral("SELECT * From jingles ORDER BY TrackNr");
+    return databases.open(joined(databasePath, u'\\' + catalogueName(kind)))->query(query);
+}
+
+const std::unique_ptr<RecordSet> &Preview::catalogue(int kind) const {
+    return kind == TrackStep ? sources_.datTracks : sources_.datJingles;
+}
+
+RecordSet &Preview::freshRecords(int kind) const {
+    if (catalogue(kind)) {
+        try {
+            catalogue(kind)->refresh();
+            return *catalogue(kind);
+        } catch (const RuntimeError &) { // NOLINT(bugprone-empty-catch)
+            // A station replaces its catalogues while the program runs.
+        }
+    }
+    sources_.reopenCatalogue(kind);
+    return *catalogue(kind);
+}
+
+std::optional<Previewed> Preview::load(int kind, std::int32_t track, WavePlayer &player) {
+    if (!sources_.settings.Network || (kind != TrackStep && kind != JingleStep)) {
+        return {};
+    }
+    Previewed shown;
+    RecordSet *records = nullptr;
+    try {
+        records = &freshRecords(kind);
+    } catch (const RuntimeError &error) {
+        player.close(); // what is shown is not the track before
+        shown.problem = QObject::tr("%1 kon niet worden geopend: %2.").arg(catalogueName(kind), error.description());
+        shown.details = error.report();
+        return shown;
+    }
+    SearchCriterion = QStringLiteral("tracknr=") + QString::number(track);
+    if (records->recordCount() == 0 || !records->findFirst(SearchCriterion)) {
+        return {};
+    }
+    loadFile(textOrNothing(records->field(QStringLiteral("path"))), player, shown);
+    shown.title = textOrNothing(records->field(QStringLiteral("titel")));
+    shown.description =
+        textOrNothing(records->field(kind == TrackStep ? QStringLiteral("artiest") : QStringLiteral("Omschrijving")));
+    return shown;
+}
+
+void Preview::loadFile(const QString &cataloguePath, WavePlayer &player, Previewed &shown) const {
+    player.stop();
+    const QString path = sources_.drives.resolve(cataloguePath);
+    try {
+        player.setFileName(path);
+    } catch (const RuntimeError &error) {
+        const bool missing = !sources_.files.fileExists(path);
+        shown.problem = (missing ? QObject::tr("Het bestand %1 werd niet gevonden.")
+                                 : QObject::tr("Het bestand %1 is niet leesbaar."))
+                            .arg(cataloguePath);
+        shown.details = error.report();
+        player.close();
+    }
+}
+
+TimeParts remainingTime(const WavePlayer &player) {
+    return helper::splitTime(checkedInt32(std::int64_t{player.length()} - player.position()));
+}
+
+} // namespace orvel
