@@ -5,8 +5,20 @@
 #include <QStringList>
 
 #include <functional>
+#include <memory>
 
 namespace orvel {
+
+/// A lock that is held as long as this lives.
+class FileLock {
+  public:
+    FileLock() = default;
+    FileLock(const FileLock &) = delete;
+    FileLock(FileLock &&) = delete;
+    FileLock &operator=(const FileLock &) = delete;
+    FileLock &operator=(FileLock &&) = delete;
+    virtual ~FileLock() = default;
+};
 
 /// What the rooms ask of the disk. Every failing call throws RuntimeError with the file's path: FileNotFound,
 /// PathNotFound, PermissionDenied, DiskFull, PathAccess, BadFileName. Patterns match without regard to case.
@@ -47,6 +59,13 @@ class FileSystem {
     virtual void remove(const QString &path) = 0;
     /// Makes a folder and those above it; one that is there already is fine.
     virtual void makeFolder(const QString &path) = 0;
+
+    /// Locks a file, which is made where there is none, against every other program, machine and caller that locks it
+    /// this way; content tells them who has it. Null when somebody else has it: what read() gives is theirs then. The
+    /// lock ends, and the file with it, when what is returned goes; it ends also with a process that is killed and with
+    /// a machine that goes down, and then the file stays behind, locked by nobody. On a disk without locks everybody
+    /// gets one. What is returned must not outlive the file system.
+    [[nodiscard]] virtual std::unique_ptr<FileLock> tryLock(const QString &path, const QByteArray &content) = 0;
 };
 
 } // namespace orvel

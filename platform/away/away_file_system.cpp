@@ -12,6 +12,26 @@ QString folderOf(const QString &path) {
     return path.section(u'/', 0, -2);
 }
 
+/// Giving a lock back may take its time; nobody waits for it.
+class AwayLock : public FileLock {
+  public:
+    AwayLock(std::shared_ptr<FileSystem> files, std::unique_ptr<FileLock> real, AwayWork &work, QString place)
+        : files_(std::move(files)), real_(std::move(real)), work_(work), place_(std::move(place)) {}
+    AwayLock(const AwayLock &) = delete;
+    AwayLock(AwayLock &&) = delete;
+    AwayLock &operator=(const AwayLock &) = delete;
+    AwayLock &operator=(AwayLock &&) = delete;
+    ~AwayLock() override {
+        work_.post(place_, [files = std::move(files_), real = std::move(real_)]() mutable { real.reset(); });
+    }
+
+  private:
+    std::shared_ptr<FileSystem> files_; ///< lives as long as its lock
+    std::shared_ptr<FileLock> real_;
+    AwayWork &work_;
+    QString place_;
+};
+
 } // namespace
 
 AwayFileSystem::AwayFileSystem(std::shared_ptr<FileSystem> real, AwayWork &work, const QString &station)
@@ -118,6 +138,12 @@ void AwayFileSystem::remove(const QString &path) {
 
 void AwayFileSystem::makeFolder(const QString &path) {
     in(path, path, [path](FileSystem &files) { files.makeFolder(path); });
+}
+
+std::unique_ptr<FileLock> AwayFileSystem::tryLock(const QString &path, const QByteArray &content) {
+    const QString place = folderOf(path);
+    auto lock = in(place, path, [path, content](FileSystem &files) { return files.tryLock(path, content); });
+    return lock && isAway(path) ? std::make_unique<AwayLock>(real_, std::move(lock), work_, place) : std::move(lock);
 }
 
 } // namespace orvel

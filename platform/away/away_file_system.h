@@ -28,6 +28,7 @@ class AwayFileSystem : public FileSystem {
     void move(const QString &source, const QString &target) override;
     void remove(const QString &path) override;
     void makeFolder(const QString &path) override;
+    [[nodiscard]] std::unique_ptr<FileLock> tryLock(const QString &path, const QByteArray &content) override;
 
   private:
     /// Whether a path lies outside the station.

@@ -61,4 +61,9 @@ void FaultyFileSystem::makeFolder(const QString &path) {
     real_.makeFolder(path);
 }
 
+std::unique_ptr<FileLock> FaultyFileSystem::tryLock(const QString &path, const QByteArray &content) {
+    check(Operation::Lock, path);
+    return real_.tryLock(path, content);
+}
+
 } // namespace orvel

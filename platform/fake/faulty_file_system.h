@@ -10,7 +10,7 @@ namespace orvel {
 /// Another file system with faults: the operations named fail for paths that hold a text.
 class FaultyFileSystem : public FileSystem {
   public:
-    enum class Operation { List, Read, Write, Copy, Link, Move, Remove, MakeFolder };
+    enum class Operation { List, Read, Write, Copy, Link, Move, Remove, MakeFolder, Lock };
 
     explicit FaultyFileSystem(FileSystem &real) : real_(real) {}
 
@@ -36,6 +36,7 @@ class FaultyFileSystem : public FileSystem {
     void move(const QString &source, const QString &target) override;
     void remove(const QString &path) override;
     void makeFolder(const QString &path) override;
+    [[nodiscard]] std::unique_ptr<FileLock> tryLock(const QString &path, const QByteArray &content) override;
 
   private:
     struct Fault {

@@ -2,6 +2,7 @@
 
 #include "platform/qt/disk_calls.h"
 #include "platform/runtime_error.h"
+#include "platform/storage/file_lock.h"
 
 #include <QCollator>
 #include <QDir>
@@ -225,6 +226,10 @@ void DiskFileSystem::makeFolder(const QString &path) {
     for (const QString &folder : std::as_const(toMake)) {
         makeOneFolder(folder);
     }
+}
+
+std::unique_ptr<FileLock> DiskFileSystem::tryLock(const QString &path, const QByteArray &content) {
+    return lockFile(systemStorage(), path, content);
 }
 
 } // namespace orvel

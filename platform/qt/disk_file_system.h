@@ -22,6 +22,7 @@ class DiskFileSystem : public FileSystem {
     void move(const QString &source, const QString &target) override;
     void remove(const QString &path) override;
     void makeFolder(const QString &path) override;
+    [[nodiscard]] std::unique_ptr<FileLock> tryLock(const QString &path, const QByteArray &content) override;
 
   private:
     Leftovers leftovers_;

@@ -21,6 +21,22 @@ namespace orvel {
 
 namespace {
 
+/// A lock that is given back through a gate.
+class SlowLock : public FileLock {
+  public:
+    SlowLock(std::shared_ptr<test::Gate> gate, std::unique_ptr<FileLock> real)
+        : gate_(std::move(gate)), real_(std::move(real)) {}
+    SlowLock(const SlowLock &) = delete;
+    SlowLock(SlowLock &&) = delete;
+    SlowLock &operator=(const SlowLock &) = delete;
+    SlowLock &operator=(SlowLock &&) = delete;
+    ~SlowLock() override { gate_->pass(); }
+
+  private:
+    std::shared_ptr<test::Gate> gate_;
+    std::unique_ptr<FileLock> real_;
+};
+
 /// A disk behind a gate.
 class SlowDisk : public DiskFileSystem {
   public:
@@ -44,6 +60,11 @@ class SlowDisk : public DiskFileSystem {
             gate_->pass();
             return progress(done, total);
         });
+    }
+    std::unique_ptr<FileLock> tryLock(const QString &path, const QByteArray &content) override {
+        gate_->pass();
+        auto lock = DiskFileSystem::tryLock(path, content);
+        return lock ? std::make_unique<SlowLock>(gate_, std::move(lock)) : nullptr;
     }
 
     mutable std::atomic<bool> onWindowThread{false};
@@ -224,6 +245,40 @@ TEST_F(Away, AThreadOfItsOwnJustWaits) {
     std::thread other([&] { isThere = files.fileExists(path("share/a.mp3")); });
     other.join();
     EXPECT_TRUE(isThere);
+}
+
+TEST_F(Away, ALockIsTakenAndGivenBackWithoutWaitingForTheServer) {
+    const QString lockPath = path("share/orvel.lock");
+    auto lock = files.tryLock(lockPath, "wij");
+    ASSERT_TRUE(lock);
+    EXPECT_EQ(files.read(lockPath), "wij");
+    EXPECT_FALSE(files.tryLock(lockPath, "anderen"));
+    gate->close();
+    QElapsedTimer watch;
+    watch.start();
+    lock.reset();
+    EXPECT_LT(watch.elapsed(), 100);
+    gate->open();
+    for (int i = 0; i < 100 && onShare().size() > 1; ++i) {
+        QThread::msleep(20);
+    }
+    EXPECT_EQ(onShare(), QStringList{"a.mp3"});
+}
+
+TEST_F(Away, ALockThatComesWhenNobodyWaitsAnyMoreIsGivenBack) {
+    gate->close();
+    prompts.patience = 20;
+    EXPECT_EQ(errorOf([&] { static_cast<void>(files.tryLock(path("share/orvel.lock"), "wij")); }), notReady);
+    gate->open();
+    QThread::msleep(200);
+    EXPECT_TRUE(files.tryLock(path("share/orvel.lock"), "wij"));
+}
+
+TEST_F(Away, ALockInTheStationIsTakenDirectly) {
+    auto lock = files.tryLock(path("station/orvel.lock"), "wij");
+    ASSERT_TRUE(lock);
+    lock.reset();
+    EXPECT_FALSE(QFile::exists(path("station/orvel.lock"))) << "gone when it is given back, not some time later";
 }
 
 } // namespace orvel

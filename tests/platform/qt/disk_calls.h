@@ -9,9 +9,11 @@ namespace orvel::test {
 struct DiskCalls {
     std::vector<std::string> log; ///< "fsync" and "rename" in their order, once recording is on
     bool recording = false;
-    int fsyncError = 0;  ///< what the next fsync calls fail with
-    int renameError = 0; ///< what the next rename calls fail with
-    int unlinkError = 0; ///< what the next unlink calls fail with
+    int fsyncError = 0;     ///< what the next fsync calls fail with
+    int renameError = 0;    ///< what the next rename calls fail with
+    int unlinkError = 0;    ///< what the next unlink calls fail with
+    int rangeLockError = 0; ///< what the next locks of a part of a file fail with
+    int fileLockError = 0;  ///< what the next locks of a whole file fail with
 };
 
 DiskCalls &diskCalls();

@@ -103,6 +103,9 @@ TEST(FaultyFileSystem, FailsWhereItIsTold) {
     EXPECT_EQ(test::errorOf([&] { files.remove(folder.path("bron")); }), 70);
     files.heal();
     EXPECT_EQ(test::errorOf([&] { files.remove(folder.path("bron")); }), 0);
+    files.fail(FaultyFileSystem::Operation::Lock, QStringLiteral("slot"), ErrorNumber::DiskNotReady);
+    EXPECT_EQ(test::errorOf([&] { static_cast<void>(files.tryLock(folder.path("slot"), "wij")); }), 71);
+    EXPECT_TRUE(files.tryLock(folder.path("ander"), "wij"));
 }
 
 } // namespace orvel
