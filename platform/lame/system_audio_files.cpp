@@ -3,6 +3,8 @@
 #include "platform/lame/lame_writer.h"
 #include "platform/sndfile/sndfile_reader.h"
 #include "platform/sndfile/sndfile_wav_writer.h"
+#include "platform/sndfile/wav_repair.h"
+#include "platform/storage/storage.h"
 
 namespace orvel {
 
@@ -16,6 +18,10 @@ std::unique_ptr<AudioFileWriter> SystemAudioFiles::mp3Writer() {
 
 std::unique_ptr<WavFileWriter> SystemAudioFiles::wavWriter() {
     return std::make_unique<SndfileWavWriter>();
+}
+
+bool SystemAudioFiles::repairWav(const QString &path) {
+    return orvel::repairWav(systemStorage(), path);
 }
 
 } // namespace orvel

@@ -10,6 +10,7 @@ class SystemAudioFiles : public AudioFiles {
     [[nodiscard]] std::unique_ptr<AudioFileReader> reader() override;
     [[nodiscard]] std::unique_ptr<AudioFileWriter> mp3Writer() override;
     [[nodiscard]] std::unique_ptr<WavFileWriter> wavWriter() override;
+    bool repairWav(const QString &path) override;
 };
 
 } // namespace orvel
