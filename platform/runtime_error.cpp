@@ -18,6 +18,8 @@ QString describe(ErrorNumber number) {
         return QStringLiteral("Het bestand is niet gevonden");
     case ErrorNumber::DeviceError:
         return QStringLiteral("Fout van het apparaat");
+    case ErrorNumber::FileExists:
+        return QStringLiteral("Het bestand bestaat al");
     case ErrorNumber::DiskFull:
         return QStringLiteral("De schijf is vol");
     case ErrorNumber::PermissionDenied:

@@ -15,6 +15,7 @@ enum class ErrorNumber {
     BadFileName = 52,
     FileNotFound = 53,
     DeviceError = 57,
+    FileExists = 58,
     DiskFull = 61,
     PermissionDenied = 70,
     DiskNotReady = 71,

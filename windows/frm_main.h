@@ -76,7 +76,6 @@ class frmMain : public QMainWindow {
     void StopAudio();
     /// A button of a joystick, numbered from 1.
     void Joystick1_ButtonDown(int button);
-    void setSplash(frmSplash *splash) { splash_ = splash; }
     /// The program is asked to end by the desktop or the system: a running take is closed.
     void endSession();
 
@@ -139,7 +138,6 @@ class frmMain : public QMainWindow {
     QString commandLine_;
     Panels panels_;
     Workplace workplace_;
-    frmSplash *splash_ = nullptr;
     bool unloaded_ = false;
     Joystick &Joystick1;
     std::unique_ptr<Timer> tmrJoystick_;

@@ -1,8 +1,6 @@
 #include "platform/away/away_raw_file.h"
 
 #include "platform/away/away_file_system.h"
-#include "platform/jet/error.h"
-#include "platform/runtime_error.h"
 
 #include <QDir>
 #include <QFile>
@@ -36,7 +34,7 @@ class AwayRawFile : public jet::RawFile {
         return away([](RawFile &file) { return file.size(); });
     }
 
-    [[nodiscard]] jet::FileIdentity identity() const override {
+    [[nodiscard]] FileIdentity identity() const override {
         return away([](RawFile &file) { return file.identity(); });
     }
 
@@ -67,11 +65,7 @@ class AwayRawFile : public jet::RawFile {
   private:
     template <class Job>
     auto away(Job job) const -> decltype(job(std::declval<RawFile &>())) {
-        try {
-            return work_.run(place_, [real = real_, job = std::move(job)] { return job(*real); });
-        } catch (const RuntimeError &error) {
-            throw jet::Error(jet::Fault::InOut, error.description().toStdString());
-        }
+        return work_.run(place_, [real = real_, job = std::move(job)] { return job(*real); });
     }
 
     void fetch(std::uint64_t at, std::size_t least) const {
@@ -95,19 +89,15 @@ class AwayRawFile : public jet::RawFile {
 
 } // namespace
 
-jet::FileOpener awayOpener(AwayWork &work, const QString &station) {
+jet::FileOpener awayOpener(AwayWork &work, const QString &station, Storage &storage) {
     const QString home = QDir::cleanPath(station);
-    return [&work, home](const std::filesystem::path &path, jet::RawFile::Mode mode) -> std::unique_ptr<jet::RawFile> {
+    return [&work, home, open = jet::storageOpener(storage)](const std::filesystem::path &path,
+                                                             jet::RawFile::Mode mode) -> std::unique_ptr<jet::RawFile> {
         if (!isOutside(QFile::decodeName(path.c_str()), home)) {
-            return jet::openRawFile(path, mode);
+            return open(path, mode);
         }
         const QString place = QFile::decodeName(path.parent_path().c_str());
-        std::shared_ptr<jet::RawFile> real;
-        try {
-            real = work.run(place, [path, mode] { return std::shared_ptr(jet::openRawFile(path, mode)); });
-        } catch (const RuntimeError &error) {
-            throw jet::Error(jet::Fault::InOut, error.description().toStdString());
-        }
+        auto real = work.run(place, [open, path, mode] { return std::shared_ptr(open(path, mode)); });
         return std::make_unique<AwayRawFile>(std::move(real), work, place);
     };
 }

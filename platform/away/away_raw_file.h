@@ -5,8 +5,8 @@
 
 namespace orvel {
 
-/// Opens databases: those of the station directly, all others so that the window never waits for them. work outlives
-/// the files. What is not answered throws jet::Error (InOut).
-jet::FileOpener awayOpener(AwayWork &work, const QString &station);
+/// Opens databases: those of the station directly, all others so that the window never waits for them. work and storage
+/// outlive the files. What is not answered throws RuntimeError (DiskNotReady).
+jet::FileOpener awayOpener(AwayWork &work, const QString &station, Storage &storage = systemStorage());
 
 } // namespace orvel

@@ -30,7 +30,7 @@ void FakeRecorder::start() {
         throw RuntimeError(ErrorNumber::DeviceError, path_);
     }
     writer_.reset(); // the latest take's status lived until here
-    writer_ = std::make_unique<TakeWriter>(path_, limits_);
+    writer_ = std::make_unique<TakeWriter>(path_, limits_, *storage_);
     takes_ << path_;
     recording_ = true;
     unplugged_ = false;

@@ -38,6 +38,7 @@ class FakeRecorder : public WaveRecorder {
     bool unplugged_ = false;
     std::int64_t toneAt_ = 0;
     TakeLimits limits_;
+    Storage *storage_ = &systemStorage();
     QStringList takes_;
     std::optional<ErrorNumber> startFailure_;
     std::unique_ptr<TakeWriter> writer_;
@@ -85,6 +86,8 @@ class FakeSoundCard : public SoundCard {
     void unplug() { recorder_.unplugged_ = true; }
     /// The next start() throws this, once, and touches no file.
     void failNextStart(ErrorNumber number) { recorder_.startFailure_ = number; }
+    /// The next takes are written there; it outlives the card.
+    void setStorage(Storage &storage) { recorder_.storage_ = &storage; }
     /// The next takes find room for so many frames, then the disk is full.
     void setDiskRoom(std::int64_t frames) { recorder_.limits_.maxFrames = frames; }
 

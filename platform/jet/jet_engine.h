@@ -10,7 +10,7 @@ namespace orvel {
 /// own, and query() and refresh() throw PathAccess when another file has taken the place of the one that was opened.
 class JetEngine : public DatabaseEngine {
   public:
-    explicit JetEngine(jet::FileOpener opener = jet::openRawFile) : opener_(std::move(opener)) {}
+    explicit JetEngine(jet::FileOpener opener = jet::storageOpener(systemStorage())) : opener_(std::move(opener)) {}
 
     [[nodiscard]] std::unique_ptr<Database> open(const QString &path) override;
 

@@ -10,13 +10,8 @@ namespace {
 
 ErrorNumber numberOf(jet::Fault fault) {
     switch (fault) {
-    case jet::Fault::NotFound:
-        return ErrorNumber::FileNotFound;
-    case jet::Fault::AccessDenied:
     case jet::Fault::Protected:
         return ErrorNumber::PermissionDenied;
-    case jet::Fault::DiskFull:
-        return ErrorNumber::DiskFull;
     case jet::Fault::InOut:
         return ErrorNumber::PathAccess;
     case jet::Fault::Locked:

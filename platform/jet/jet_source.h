@@ -12,7 +12,7 @@ namespace orvel {
 /// being given to another one. Copies share the handle.
 class JetSource {
   public:
-    /// Throws FileNotFound, PermissionDenied, DatabaseDamaged, PathAccess.
+    /// Throws FileNotFound, PermissionDenied, DatabaseDamaged, PathAccess, and what a storage says of its disk.
     JetSource(jet::FileOpener opener, const QString &path);
 
     [[nodiscard]] const QString &path() const { return path_; }

@@ -1,6 +1,7 @@
 #pragma once
 
-#include <compare>
+#include "platform/storage/storage.h"
+
 #include <cstdint>
 #include <filesystem>
 #include <functional>
@@ -9,14 +10,8 @@
 
 namespace orvel::jet {
 
-/// Tells two files with the same path apart.
-struct FileIdentity {
-    std::uint64_t device = 0;
-    std::uint64_t file = 0;
-    auto operator<=>(const FileIdentity &) const = default;
-};
-
-/// A file read and written at positions in bytes. Every failing call throws Error.
+/// A file read and written at positions in bytes. What the disk refuses throws RuntimeError; what is wrong with the
+/// file or its use, Error.
 class RawFile {
   public:
     enum class Mode { Read, Write };
@@ -34,13 +29,14 @@ class RawFile {
     virtual void lock() = 0;
 };
 
-/// Opens an existing ordinary file. Write mode throws AccessDenied for a file marked read-only, whoever asks.
-std::unique_ptr<RawFile> openRawFile(const std::filesystem::path &path, RawFile::Mode mode);
-
-/// How a file is opened; tests put a failing disk here.
+/// How a file is opened; tests put a failing disk here. Opens an existing ordinary file (others throw NotADatabase).
+/// Write mode throws PermissionDenied for a file marked read-only, whoever asks.
 using FileOpener = std::function<std::unique_ptr<RawFile>(const std::filesystem::path &, RawFile::Mode)>;
 
-/// Whether this file (of any kind) is open or locked elsewhere at the moment.
+/// storage: outlives the files.
+FileOpener storageOpener(Storage &storage);
+
+/// Whether this file is open or locked elsewhere at the moment.
 bool isHeld(const std::filesystem::path &path);
 
 } // namespace orvel::jet

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <exception>
 #include <limits>
 
 namespace orvel::jet {
@@ -112,7 +113,7 @@ void restore(PageStore &now, std::uint32_t number, const Bytes &before) {
     try {
         now.write(number, before);
         now.file().sync();
-    } catch (const Error &) {
+    } catch (const std::exception &) {
         // The caller tells what went wrong first; a disk that also refuses this cannot be helped from here.
     }
 }
@@ -127,7 +128,7 @@ void writeAndCompare(const FileOpener &open, const std::filesystem::path &path, 
         if (!std::ranges::equal(again.page(number).bytes(), page)) {
             throw Error(Fault::InOut, "de schijf gaf iets anders terug dan er geschreven is");
         }
-    } catch (const Error &) {
+    } catch (const std::exception &) {
         restore(now, number, before);
         throw;
     }

@@ -5,6 +5,7 @@
 
 #include <cstdarg>
 #include <lame/lame.h>
+#include <span>
 #include <vector>
 
 namespace orvel {
@@ -58,10 +59,8 @@ Lame makeEncoder(const Mp3Format &format, int inputRate, int inputChannels) {
 
 class LameWriter::Impl {
   public:
-    Impl(const QString &path, Lame lame, int inputChannels)
-        : path_(path), lame_(std::move(lame)), inputChannels_(inputChannels) {
-        file_.create(path);
-    }
+    Impl(Storage &storage, const QString &path, Lame lame, int inputChannels)
+        : path_(path), lame_(std::move(lame)), inputChannels_(inputChannels), file_(storage, path) {}
 
     void write(const QByteArray &block) {
         failed_ = true; // until this call comes to its end
@@ -72,12 +71,13 @@ class LameWriter::Impl {
     }
 
     void close() {
-        if (!failed_) {
-            output_.resize(std::max(output_.size(), outputSize(0)));
-            put(lame_encode_flush(lame_.get(), output_.data(), static_cast<int>(output_.size())));
-            writeTag();
-            file_.sync();
+        if (failed_) {
+            return; // told already; the file closes by itself
         }
+        output_.resize(std::max(output_.size(), outputSize(0)));
+        put(lame_encode_flush(lame_.get(), output_.data(), static_cast<int>(output_.size())));
+        writeTag();
+        file_.sync();
         file_.close();
     }
 
@@ -96,7 +96,7 @@ class LameWriter::Impl {
         if (count < 0) {
             throw RuntimeError(ErrorNumber::DeviceError, path_, QStringLiteral("de MP3-codering is mislukt"));
         }
-        file_.write(reinterpret_cast<const char *>(output_.data()), count);
+        file_.write(std::as_bytes(std::span(output_).first(static_cast<std::size_t>(count))));
     }
 
     /// Over the empty frame that LAME has put at the start for it.
@@ -118,7 +118,7 @@ class LameWriter::Impl {
     bool failed_ = false;
 };
 
-LameWriter::LameWriter() = default;
+LameWriter::LameWriter(Storage &storage) : storage_(storage) {}
 LameWriter::~LameWriter() = default;
 
 void LameWriter::setInput(int sampleRate, int channels) {
@@ -140,7 +140,7 @@ void LameWriter::create(const QString &path) {
         return;
     }
     try {
-        impl_ = std::make_unique<Impl>(path, std::move(lame), inputChannels);
+        impl_ = std::make_unique<Impl>(storage_, path, std::move(lame), inputChannels);
         errorState_ = 0;
     } catch (const RuntimeError &) {
         errorState_ = -2;

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "platform/audio_file.h"
+#include "platform/storage/storage.h"
 
 namespace orvel {
 
@@ -9,7 +10,8 @@ namespace orvel {
 /// The first frame is a LAME tag: players learn from it the exact length and what the encoder put around the sound.
 class LameWriter : public AudioFileWriter {
   public:
-    LameWriter();
+    /// storage: outlives this.
+    explicit LameWriter(Storage &storage = systemStorage());
     /// A file that was not closed stays behind without its end and its tag.
     ~LameWriter() override;
     LameWriter(const LameWriter &) = delete;
@@ -31,6 +33,7 @@ class LameWriter : public AudioFileWriter {
 
   private:
     class Impl;
+    Storage &storage_;
     std::unique_ptr<Impl> impl_;
     Mp3Format format_;
     int inputRate_ = 0;

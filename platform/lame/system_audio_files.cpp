@@ -3,6 +3,7 @@
 #include "platform/lame/lame_writer.h"
 #include "platform/sndfile/sndfile_reader.h"
 #include "platform/sndfile/sndfile_wav_writer.h"
+#include "platform/sndfile/wav_repair.h"
 
 namespace orvel {
 
@@ -11,11 +12,15 @@ std::unique_ptr<AudioFileReader> SystemAudioFiles::reader() {
 }
 
 std::unique_ptr<AudioFileWriter> SystemAudioFiles::mp3Writer() {
-    return std::make_unique<LameWriter>();
+    return std::make_unique<LameWriter>(storage_);
 }
 
 std::unique_ptr<WavFileWriter> SystemAudioFiles::wavWriter() {
-    return std::make_unique<SndfileWavWriter>();
+    return std::make_unique<SndfileWavWriter>(storage_);
+}
+
+bool SystemAudioFiles::repairWav(const QString &path) {
+    return orvel::repairWav(storage_, path);
 }
 
 } // namespace orvel

@@ -1,19 +1,18 @@
 #include "platform/qt/disk_file_system.h"
 
-#include "platform/qt/disk_calls.h"
 #include "platform/runtime_error.h"
 #include "platform/storage/file_lock.h"
+#include "platform/storage/new_content.h"
 
 #include <QCollator>
 #include <QDir>
-#include <QFile>
 #include <QFileInfo>
 #include <QStorageInfo>
 
 #include <algorithm>
-#include <filesystem>
-#include <system_error>
+#include <span>
 #include <utility>
+#include <vector>
 
 namespace orvel {
 
@@ -26,13 +25,15 @@ RuntimeError missing(const QString &path) {
     return RuntimeError(hasFolder ? ErrorNumber::FileNotFound : ErrorNumber::PathNotFound, path);
 }
 
-void openForReading(QFile &file) {
-    if (!QFileInfo(file.fileName()).isFile()) {
-        throw missing(file.fileName());
+std::unique_ptr<StorageFile> openForReading(Storage &storage, const QString &path) {
+    if (!QFileInfo(path).isFile()) {
+        throw missing(path);
     }
-    if (!file.open(QIODevice::ReadOnly | QIODevice::Unbuffered)) {
-        throw RuntimeError(ErrorNumber::PermissionDenied, file.fileName());
-    }
+    return storage.open(path, Storage::Access::Read);
+}
+
+std::span<std::byte> bytesOf(QByteArray &bytes) {
+    return std::as_writable_bytes(std::span(bytes.data(), static_cast<std::size_t>(bytes.size())));
 }
 
 /// A link stays a link: what it points to gets the new content.
@@ -42,7 +43,7 @@ QString behindLinks(const QString &path) {
 }
 
 /// Throws when a file cannot get new content.
-void checkTarget(const QString &path) {
+void checkTarget(Storage &storage, const QString &path) {
     const QFileInfo target(path);
     if (!QFileInfo(target.path()).isDir()) {
         throw RuntimeError(ErrorNumber::PathNotFound, path);
@@ -51,9 +52,8 @@ void checkTarget(const QString &path) {
         throw RuntimeError(ErrorNumber::PathAccess, path);
     }
     // A rename would replace a read-only file all the same.
-    QFile probe(path);
-    if (target.exists() && !probe.open(QIODevice::ReadWrite | QIODevice::ExistingOnly)) {
-        throw RuntimeError(ErrorNumber::PermissionDenied, path);
+    if (target.exists()) {
+        static_cast<void>(storage.open(path, Storage::Access::Change));
     }
 }
 
@@ -134,41 +134,38 @@ QStringList DiskFileSystem::drives() const {
 }
 
 QByteArray DiskFileSystem::read(const QString &path) const {
-    QFile file(path);
-    openForReading(file);
-    QByteArray content = file.readAll();
-    if (file.error() != QFileDevice::NoError) {
-        throw RuntimeError(ErrorNumber::DeviceError, path);
-    }
+    const auto file = openForReading(storage_, path);
+    QByteArray content(file->size(), Qt::Uninitialized);
+    content.truncate(static_cast<qsizetype>(file->read(0, bytesOf(content))));
     return content;
 }
 
 void DiskFileSystem::write(const QString &path, const QByteArray &content) {
     const QString target = behindLinks(path);
-    checkTarget(target);
-    NewContent replacement(target, leftovers_);
-    replacement.append(content);
+    checkTarget(storage_, target);
+    NewContent replacement(storage_, target, leftovers_);
+    replacement.append(std::as_bytes(std::span(content)));
     replacement.replaceTarget();
 }
 
 bool DiskFileSystem::copy(const QString &source, const QString &target, const Progress &progress) {
-    QFile file(source);
-    openForReading(file);
+    const auto file = openForReading(storage_, source);
     const QString realTarget = behindLinks(target);
-    checkTarget(realTarget);
+    checkTarget(storage_, realTarget);
     if (sameFile(source, realTarget)) {
         throw RuntimeError(ErrorNumber::PermissionDenied, target);
     }
-    NewContent replacement(realTarget, leftovers_);
-    const qint64 total = file.size();
+    NewContent replacement(storage_, realTarget, leftovers_);
+    const qint64 total = file->size();
+    std::vector<std::byte> chunk(static_cast<std::size_t>(std::min(chunkBytes, total)));
     qint64 done = 0;
     while (done < total) {
-        const QByteArray chunk = file.read(std::min(chunkBytes, total - done));
-        if (chunk.isEmpty()) { // the disk failed, or somebody is shortening the file
+        const auto part = std::span(chunk).first(static_cast<std::size_t>(std::min(chunkBytes, total - done)));
+        if (file->read(done, part) < part.size()) { // somebody is shortening the file
             throw RuntimeError(ErrorNumber::DeviceError, source);
         }
-        replacement.append(chunk);
-        done += chunk.size();
+        replacement.append(part);
+        done += static_cast<qint64>(part.size());
         if (progress && !progress(done, total)) {
             return false;
         }
@@ -189,10 +186,7 @@ void DiskFileSystem::link(const QString &source, const QString &target) {
     if (QFileInfo::exists(target)) {
         throw RuntimeError(ErrorNumber::PermissionDenied, target);
     }
-    std::error_code error;
-    std::filesystem::create_hard_link(QFileInfo(source).filesystemFilePath(), QFileInfo(target).filesystemFilePath(),
-                                      error);
-    if (error) { // another disk, or one that knows no second names
+    if (!storage_.link(source, target)) { // another disk, or one that knows no second names
         copy(source, target, {});
     }
 }
@@ -201,8 +195,8 @@ void DiskFileSystem::move(const QString &source, const QString &target) {
     if (!fileExists(source)) {
         throw missing(source);
     }
-    checkTarget(target);
-    if (!renameFile(source, target)) {
+    checkTarget(storage_, target);
+    if (!storage_.rename(source, target)) {
         copy(source, target, {});
         remove(source);
     }
@@ -212,7 +206,7 @@ void DiskFileSystem::remove(const QString &path) {
     if (!fileExists(path)) {
         throw missing(path);
     }
-    removeFile(path);
+    storage_.remove(path);
 }
 
 void DiskFileSystem::makeFolder(const QString &path) {
@@ -224,12 +218,12 @@ void DiskFileSystem::makeFolder(const QString &path) {
         toMake.prepend(folder);
     }
     for (const QString &folder : std::as_const(toMake)) {
-        makeOneFolder(folder);
+        storage_.makeFolder(folder);
     }
 }
 
 std::unique_ptr<FileLock> DiskFileSystem::tryLock(const QString &path, const QByteArray &content) {
-    return lockFile(systemStorage(), path, content);
+    return lockFile(storage_, path, content);
 }
 
 } // namespace orvel

@@ -1,13 +1,17 @@
 #pragma once
 
 #include "platform/file_system.h"
-#include "platform/qt/leftovers.h"
+#include "platform/storage/leftovers.h"
+#include "platform/storage/storage.h"
 
 namespace orvel {
 
 /// The disks of this machine. Thread-safe.
 class DiskFileSystem : public FileSystem {
   public:
+    /// storage: outlives this.
+    explicit DiskFileSystem(Storage &storage = systemStorage()) : storage_(storage) {}
+
     [[nodiscard]] bool fileExists(const QString &path) const override;
     [[nodiscard]] qint64 fileSize(const QString &path) const override;
     [[nodiscard]] bool folderExists(const QString &path) const override;
@@ -25,6 +29,7 @@ class DiskFileSystem : public FileSystem {
     [[nodiscard]] std::unique_ptr<FileLock> tryLock(const QString &path, const QByteArray &content) override;
 
   private:
+    Storage &storage_;
     Leftovers leftovers_;
 };
 

@@ -10,11 +10,15 @@ namespace orvel {
 /// Writes WAV files with libsndfile. Before create() and after close() the other calls do nothing.
 class SndfileWavWriter : public WavFileWriter {
   public:
+    /// storage: outlives this.
+    explicit SndfileWavWriter(Storage &storage = systemStorage()) : storage_(storage) {}
+
     void create(const QString &path, int sampleRate) override;
     void write(std::span<const std::int16_t> samples) override;
     void close() override;
 
   private:
+    Storage &storage_;
     std::optional<WavOutput> output_;
 };
 

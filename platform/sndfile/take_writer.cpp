@@ -1,7 +1,7 @@
 #include "platform/sndfile/take_writer.h"
 
 #include "platform/runtime_error.h"
-#include "platform/sndfile/output_file.h"
+#include "platform/sndfile/background_sync.h"
 #include "platform/sndfile/wav_output.h"
 #include "platform/spsc_ring.h"
 
@@ -29,8 +29,9 @@ constexpr auto kHeaderInterval = 1s;
 
 class TakeWriter::Impl {
   public:
-    Impl(const QString &path, TakeLimits limits)
-        : maxFrames_(limits.maxFrames), ring_(limits.ringSamples), file_(path), thread_([this] { run(); }) {}
+    Impl(const QString &path, TakeLimits limits, Storage &storage)
+        : maxFrames_(limits.maxFrames), longestSync_(limits.longestSync), ring_(limits.ringSamples),
+          file_(std::in_place, storage, path), sync_(std::in_place, file_->file(), path), thread_([this] { run(); }) {}
     ~Impl() { join(); }
     Impl(const Impl &) = delete;
     Impl(Impl &&) = delete;
@@ -145,19 +146,30 @@ class TakeWriter::Impl {
             }
             guarded([&] { drain(); });
             if (Clock::now() >= headerDue) {
-                guarded([&] { file_.updateHeaderAndSync(); });
+                guarded([&] {
+                    file_->updateHeader();
+                    sync_->begin();
+                });
                 headerDue = Clock::now() + kHeaderInterval;
             }
             answerFlushes(wanted);
         }
-        guarded([&] { file_.close(); });
+        guarded([&] { close(); });
+        sync_.reset();
+        file_.reset();
+    }
+
+    void close() {
+        file_->finish();
+        sync_->finish(longestSync_);
+        file_->file()->close();
     }
 
     void answerFlushes(int wanted) {
         if (wanted == flushesDone_) {
             return;
         }
-        guarded([&] { file_.updateHeader(); });
+        guarded([&] { file_->updateHeader(); });
         {
             const std::lock_guard lock(mutex_);
             flushesDone_ = wanted;
@@ -171,10 +183,10 @@ class TakeWriter::Impl {
                 continue; // emptied all the same: the sound card's thread must not count overruns for it
             }
             const auto room = static_cast<std::size_t>(maxFrames_ - frames_.load(std::memory_order_relaxed));
-            file_.write(std::span(block_).first(std::min(count, room)));
-            frames_.store(file_.frames(), std::memory_order_relaxed);
+            file_->write(std::span(block_).first(std::min(count, room)));
+            frames_.store(file_->frames(), std::memory_order_relaxed);
             if (count > room) {
-                throw RuntimeError(ErrorNumber::DiskFull, file_.path());
+                throw RuntimeError(ErrorNumber::DiskFull, file_->path());
             }
         }
     }
@@ -187,7 +199,7 @@ class TakeWriter::Impl {
         } catch (const RuntimeError &error) {
             if (!failure_) {
                 failure_ = error;
-                frames_.store(file_.cutToWholeFrames(), std::memory_order_relaxed);
+                frames_.store(file_->cutToWholeFrames(), std::memory_order_relaxed);
                 (error.number() == ErrorNumber::DiskFull ? full_ : failed_).store(true, std::memory_order_relaxed);
                 drainRest();
             }
@@ -200,6 +212,7 @@ class TakeWriter::Impl {
     }
 
     std::int64_t maxFrames_;
+    std::chrono::milliseconds longestSync_;
     SpscRing<std::int16_t> ring_;
     std::atomic<int> overruns_{0};
     std::atomic<int> peak_{0};
@@ -217,12 +230,15 @@ class TakeWriter::Impl {
 
     bool finished_ = false;               ///< owner's thread only
     std::optional<RuntimeError> failure_; ///< writer's thread, then the owner's after the join
-    WavOutput file_;
+    // The writer's thread, which also closes them.
+    std::optional<WavOutput> file_;
+    std::optional<BackgroundSync> sync_;
     std::array<std::int16_t, 16384> block_{};
     std::thread thread_; ///< last: everything else is there when it starts
 };
 
-TakeWriter::TakeWriter(const QString &path, TakeLimits limits) : impl_(std::make_unique<Impl>(path, limits)) {}
+TakeWriter::TakeWriter(const QString &path, TakeLimits limits, Storage &storage)
+    : impl_(std::make_unique<Impl>(path, limits, storage)) {}
 TakeWriter::~TakeWriter() = default;
 
 void TakeWriter::push(std::span<const std::int16_t> samples) noexcept {

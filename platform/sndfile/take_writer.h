@@ -1,9 +1,11 @@
 #pragma once
 
 #include "platform/audio.h"
+#include "platform/storage/storage.h"
 
 #include <QString>
 
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <memory>
@@ -20,17 +22,20 @@ struct TakeLimits {
     std::size_t ringSamples = std::size_t{1} << 19;
     /// Where a take ends as on a full disk. A WAV file has 32-bit sizes: this is 13.5 hours, 4 GiB less a little.
     std::int64_t maxFrames = (INT64_C(0xFFFFFFFF) - 4096) / 2;
+    /// How long finish() waits for a disk that takes its time.
+    std::chrono::milliseconds longestSync = std::chrono::seconds(20);
 };
 
 /// Writes a take: mono 16-bit 44100 Hz WAV. One thread (the sound card's) pushes samples, a thread of the writer's own
 /// puts them on disk, the owner's thread calls everything else. The file is a valid WAV file at any moment, up to the
-/// last second even when the process is killed or the power fails. Used by every recorder, whatever delivers the
+/// last second even when the process is killed, or the power fails: a third thread has the disk take what is written
+/// (sync), and a disk that is slow in that holds nobody up. Used by every recorder, whatever delivers the
 /// samples.
 class TakeWriter {
   public:
-    /// Creates or overwrites the file and starts the writer's thread. Throws PathNotFound, PathAccess,
-    /// PermissionDenied, DiskFull.
-    explicit TakeWriter(const QString &path, TakeLimits limits = {});
+    /// Creates or overwrites the file and starts the writer's thread. storage: outlives this. Throws PathNotFound,
+    /// PathAccess, PermissionDenied, DiskFull.
+    explicit TakeWriter(const QString &path, TakeLimits limits = {}, Storage &storage = systemStorage());
     /// Finishes, if nobody did, and keeps quiet about failures.
     ~TakeWriter();
     TakeWriter(const TakeWriter &) = delete;
@@ -50,9 +55,9 @@ class TakeWriter {
 
     /// Waits until everything that was pushed before is in the file and its header says so.
     void flush();
-    /// Like flush(), then closes the file; nothing happens the second time. No push() may run or follow. Throws
-    /// DiskFull or DeviceError when the take could not be written to its end; the file is closed and valid all the
-    /// same.
+    /// Like flush(), waits until the disk has the take, then closes the file; nothing happens the second time. No
+    /// push() may run or follow. Throws DiskFull, DeviceError and what else a storage says when the take could not be
+    /// written to its end, DiskNotReady when the disk does not answer; the file is closed and valid all the same.
     void finish();
     /// Reading resets the peak. deviceLost is never set: that is for the recorder to know.
     [[nodiscard]] RecorderStatus status() noexcept;

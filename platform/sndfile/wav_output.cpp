@@ -38,21 +38,24 @@ struct WavOutputCalls {
     static sf_count_t seek(sf_count_t offset, int whence, void *user) {
         OutputFile &file = output(user).file_;
         const sf_count_t base = whence == SF_SEEK_CUR ? file.position() : whence == SF_SEEK_END ? file.size() : 0;
-        return succeeds(output(user), [&] { file.seek(base + offset); }) ? file.position() : -1;
+        file.seek(base + offset);
+        return file.position();
     }
 
     static sf_count_t write(const void *from, sf_count_t count, void *user) {
         OutputFile &file = output(user).file_;
         const sf_count_t start = file.position();
         // libsndfile's header counts what this says: a write that failed half-way counts by half.
-        return succeeds(output(user), [&] { file.write(static_cast<const char *>(from), count); })
+        return succeeds(output(user),
+                        [&] {
+                            file.write({static_cast<const std::byte *>(from), static_cast<std::size_t>(count)});
+                        })
                    ? count
                    : file.position() - start;
     }
 };
 
-WavOutput::WavOutput(const QString &path, int sampleRate) : path_(path) {
-    file_.create(path);
+WavOutput::WavOutput(Storage &storage, const QString &path, int sampleRate) : path_(path), file_(storage, path) {
     SF_INFO info{};
     info.samplerate = sampleRate;
     info.channels = 1;
@@ -88,11 +91,6 @@ void WavOutput::updateHeader() {
     throwFailure();
 }
 
-void WavOutput::updateHeaderAndSync() {
-    updateHeader();
-    file_.sync();
-}
-
 std::int64_t WavOutput::cutToWholeFrames() noexcept {
     try {
         frames_ = std::max<qint64>(file_.size() - kHeaderSize, 0) / 2;
@@ -105,9 +103,13 @@ std::int64_t WavOutput::cutToWholeFrames() noexcept {
     return frames_;
 }
 
-void WavOutput::close() {
+void WavOutput::finish() {
     sound_.reset();
     throwFailure();
+}
+
+void WavOutput::close() {
+    finish();
     file_.sync();
     file_.close();
 }

@@ -15,11 +15,12 @@ struct sf_private_tag;
 
 namespace orvel {
 
-/// A mono 16-bit WAV file while it is written. Calls throw DiskFull or DeviceError. One thread.
+/// A mono 16-bit WAV file while it is written. Calls throw what a storage says of its disk (DiskFull, DeviceError ...).
+/// One thread.
 class WavOutput {
   public:
-    /// Throws like OutputFile::create().
-    explicit WavOutput(const QString &path, int sampleRate = 44100);
+    /// storage: outlives this. Throws like OutputFile.
+    WavOutput(Storage &storage, const QString &path, int sampleRate = 44100);
     ~WavOutput() = default;
     WavOutput(const WavOutput &) = delete;
     WavOutput(WavOutput &&) = delete;
@@ -29,12 +30,14 @@ class WavOutput {
     void write(std::span<const std::int16_t> samples);
     /// The header tells the length that the file has now.
     void updateHeader();
-    /// As above, and the disk has all of it.
-    void updateHeaderAndSync();
     /// Takes what a failed write left of a sample off the end; returns the frames in the file. Throws nothing.
     std::int64_t cutToWholeFrames() noexcept;
-    /// Header, sync, close.
+    /// The header is whole, and nothing is written after that.
+    void finish();
+    /// Finishes, syncs, closes.
     void close();
+    /// What the samples are in: to be synced on another thread, and after finish() to be closed.
+    [[nodiscard]] const std::shared_ptr<StorageFile> &file() const { return file_.file(); }
 
     [[nodiscard]] std::int64_t frames() const { return frames_; }
     [[nodiscard]] const QString &path() const { return path_; }

@@ -63,7 +63,6 @@ class Storage {
     enum class Access {
         Read,        ///< an existing file
         Change,      ///< an existing file, for reading and writing; PermissionDenied when it is marked read-only
-        New,         ///< a file that must not exist yet (FileExists), for reading and writing; never through a link
         ChangeOrNew, ///< for reading and writing, whether it exists or not
     };
 
@@ -76,6 +75,9 @@ class Storage {
 
     /// Throws PathAccess for what is no ordinary file, FileNotFound, PermissionDenied and all that the disk may say.
     [[nodiscard]] virtual std::unique_ptr<StorageFile> open(const QString &path, Access access) = 0;
+    /// Makes a file that must not exist yet (FileExists), for reading and writing; never through a link. toldAs: the
+    /// path that its errors name, for one that has another name only for a while.
+    [[nodiscard]] virtual std::unique_ptr<StorageFile> create(const QString &path, const QString &toldAs) = 0;
     /// Gives a file another name as one step, that of an existing file too, and sees to it that it stays so. False, and
     /// nothing happened, when the two are on different disks.
     [[nodiscard]] virtual bool rename(const QString &source, const QString &target) = 0;

@@ -14,7 +14,7 @@ ErrorNumber numberOf(int code, StorageSubject subject) {
     case ENOTDIR:
         return ErrorNumber::PathNotFound;
     case EEXIST:
-        return ErrorNumber::PathAccess;
+        return ErrorNumber::FileExists;
     case EACCES:
     case EPERM:
     case EROFS:

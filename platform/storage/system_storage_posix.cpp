@@ -30,9 +30,11 @@ QByteArray native(const QString &path) {
     throw storageError(errno, path, subject);
 }
 
-/// Of a call that makes a name: what it misses is the folder.
+/// Of a call that makes a name: what it misses is the folder, or the folder takes no files (as /proc).
 [[noreturn]] void failToMake(const QString &path) {
-    throw storageError(errno == ENOENT ? ENOTDIR : errno, path, StorageSubject::Name);
+    const int code = errno;
+    const bool hasFolder = QFileInfo(QFileInfo(path).path()).isDir();
+    throw storageError(code == ENOENT ? (hasFolder ? EACCES : ENOTDIR) : code, path, StorageSubject::Name);
 }
 
 /// Repeats a call that a signal cuts short.
@@ -190,9 +192,7 @@ class PosixFile : public StorageFile {
 class SystemStorage : public Storage {
   public:
     [[nodiscard]] std::unique_ptr<StorageFile> open(const QString &path, Access access) override {
-        // Not blocking: a pipe that somebody named "x.mdb" must not stop the program.
-        const int flags = flagsOf(access) | O_CLOEXEC | O_NONBLOCK | O_NOCTTY;
-        const int handle = patiently([&] { return ::open(native(path).constData(), flags, 0666); });
+        const int handle = openHandle(path, flagsOf(access));
         if (handle < 0) {
             failToOpen(path, access);
         }
@@ -208,12 +208,20 @@ class SystemStorage : public Storage {
         return file;
     }
 
+    [[nodiscard]] std::unique_ptr<StorageFile> create(const QString &path, const QString &toldAs) override {
+        const int handle = openHandle(path, O_RDWR | O_CREAT | O_EXCL);
+        if (handle < 0) {
+            failToMake(toldAs);
+        }
+        return std::make_unique<PosixFile>(handle, toldAs);
+    }
+
     [[nodiscard]] bool rename(const QString &source, const QString &target) override {
         if (std::rename(native(source).constData(), native(target).constData()) != 0) {
             if (errno == EXDEV) {
                 return false;
             }
-            failToMake(target);
+            throw storageError(errno == ENOENT ? ENOTDIR : errno, target, StorageSubject::Name);
         }
         syncFolder(QFileInfo(target).path());
         return true;
@@ -230,20 +238,29 @@ class SystemStorage : public Storage {
     }
 
     void makeFolder(const QString &path) override {
-        if (::mkdir(native(path).constData(), 0777) != 0 && !(errno == EEXIST && QFileInfo(path).isDir())) {
-            failToMake(path);
+        if (::mkdir(native(path).constData(), 0777) != 0) {
+            if (errno != EEXIST) {
+                failToMake(path);
+            }
+            if (!QFileInfo(path).isDir()) {
+                throw RuntimeError(ErrorNumber::PathAccess, path);
+            }
         }
     }
 
   private:
+    static int openHandle(const QString &path, int flags) {
+        // Not blocking: a pipe that somebody named "x.mdb" must not stop the program.
+        return patiently(
+            [&] { return ::open(native(path).constData(), flags | O_CLOEXEC | O_NONBLOCK | O_NOCTTY, 0666); });
+    }
+
     static int flagsOf(Access access) {
         switch (access) {
         case Access::Read:
             return O_RDONLY;
         case Access::Change:
             return O_RDWR;
-        case Access::New:
-            return O_RDWR | O_CREAT | O_EXCL;
         case Access::ChangeOrNew:
             break;
         }
@@ -254,7 +271,7 @@ class SystemStorage : public Storage {
         if (errno == EISDIR) {
             throw RuntimeError(ErrorNumber::PathAccess, path);
         }
-        if (access == Access::New || access == Access::ChangeOrNew) {
+        if (access == Access::ChangeOrNew) {
             failToMake(path);
         }
         fail(path, StorageSubject::Name);

@@ -1,6 +1,7 @@
 #include "tests/platform/jet/memory_disk.h"
 
 #include "platform/jet/error.h"
+#include "platform/runtime_error.h"
 
 #include <algorithm>
 #include <utility>
@@ -14,7 +15,7 @@ class MemoryFile : public jet::RawFile {
     explicit MemoryFile(MemoryDisk &disk) : disk_(disk) {}
 
     [[nodiscard]] std::uint64_t size() const override { return disk_.content.size(); }
-    [[nodiscard]] jet::FileIdentity identity() const override { return {.device = 1, .file = 1}; }
+    [[nodiscard]] FileIdentity identity() const override { return {.device = 1, .file = 1}; }
 
     void read(std::uint64_t at, std::span<std::uint8_t> into) const override {
         if (at > disk_.content.size() || into.size() > disk_.content.size() - at) {
@@ -28,14 +29,14 @@ class MemoryFile : public jet::RawFile {
         const std::size_t count = std::exchange(disk_.forgetsWrites, false) ? 0 : fails.value_or(bytes.size());
         std::copy_n(bytes.begin(), count, disk_.content.begin() + static_cast<std::ptrdiff_t>(at));
         if (fails) {
-            throw jet::Error(jet::Fault::DiskFull, "");
+            throw RuntimeError(ErrorNumber::DiskFull);
         }
     }
 
     void sync() override {
         ++disk_.syncs;
         if (std::exchange(disk_.syncFails, false)) {
-            throw jet::Error(jet::Fault::InOut, "");
+            throw RuntimeError(ErrorNumber::DeviceError);
         }
     }
 

@@ -321,7 +321,7 @@ TEST_F(FailingDisk, AWriteThatStopsHalfwayIsUndone) {
 
 TEST_F(FailingDisk, ASyncThatFailsUndoesTheWrite) {
     disk_.syncFails = true;
-    expectUnchanged(75);
+    expectUnchanged(57);
 }
 
 TEST_F(FailingDisk, ADiskThatGivesSomethingElseBackIsNoticed) {

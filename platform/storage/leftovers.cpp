@@ -1,4 +1,4 @@
-#include "platform/qt/leftovers.h"
+#include "platform/storage/leftovers.h"
 
 #include <QCryptographicHash>
 #include <QDateTime>
