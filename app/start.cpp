@@ -12,6 +12,7 @@ bool startUnderSplash(frmMain &window, frmSplash &splash) {
     splash.close();
     if (goesOn) {
         window.show();
+        guarded([&] { window.showUnfiled(); });
     }
     return goesOn;
 }

@@ -5,7 +5,8 @@
 #include "platform/report_template.h"
 #include "playlist/field_values.h"
 #include "playlist/step_types.h"
-#include "station/paths.h"
+#include "playlist/voice_tracks.h"
+#include "station/places.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -60,13 +61,15 @@ QVariantMap stepValues(const RecordSet &steps) {
 QVariantMap Printing::values() const {
     const auto steps =
         platform_.databases.open(playlist_.fullPath())->query(QStringLiteral("SELECT * FROM Steps ORDER BY [Stap]"));
+    const QSet<int> missing = tracks_.missing(playlist_);
     QVariantList rows;
     int length = 0;
     int slots_ = 0;
     int done = 0;
     for (int row = 0; row < steps->recordCount(); ++row) {
         steps->moveTo(row);
-        const QVariantMap step = stepValues(*steps);
+        QVariantMap step = stepValues(*steps);
+        step.insert(QStringLiteral("missing"), missing.contains(row));
         const bool isSlot = step.value(QStringLiteral("presentation")).toBool();
         length += lengthOf(*steps);
         slots_ += isSlot ? 1 : 0;
@@ -87,7 +90,7 @@ void Printing::Printen() const {
     if (step_.VoiceTrackName.isEmpty()) {
         return;
     }
-    const QString path = joined(programFolder_, QStringLiteral("\\rep\\play0.rpt"));
+    const QString path = places_.reportTemplate();
     const QByteArray reportTemplate = platform_.files.read(path);
     rptPrint.preview(QStringLiteral("Playlist ") + playlist_.fileName(), fillTemplate(reportTemplate, values(), path));
 }

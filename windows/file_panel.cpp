@@ -55,7 +55,7 @@ FilePanel::FilePanel(Platform &platform, const Settings &settings, const Current
       filOK(fileList(this, "filOK", tr("Afgewerkte playlists"))),
       cdmWisKlaar(namedButton(this, "cdmWisKlaar", tr("Wis afgewerkte"), tr("Wis de gekozen playlist, of alle"))),
       cmdHerstellen(namedButton(this, "cmdHerstellen", tr("Herstellen..."),
-                           tr("Zet terug wat gewist, overschreven of niet bewaard werd"))),
+                                tr("Zet terug wat gewist, overschreven of niet bewaard werd"))),
       files_(platform.files), check_(platform.databases), settings_(settings), step_(step), grid_(grid),
       deletion_(
           {platform.files, platform.prompts, recovery, [&step] { return step.PlaylistTakeRunning; }, std::move(tell)}) {

@@ -19,6 +19,7 @@
 #include "windows/frm_export.h"
 #include "windows/frm_import.h"
 #include "windows/frm_preview.h"
+#include "windows/frm_recover.h"
 #include "windows/frm_setup.h"
 #include "windows/frm_splash.h"
 #include "windows/frm_station.h"
@@ -95,8 +96,9 @@ View frmMain::view() {
 void frmMain::makePanels() {
     Workplace &work = workplace_;
     panels_.stepPanel = new StepPanel(this);
-    panels_.gridPanel = new GridPanel(work.datList, work.step, this);
-    panels_.filePanel = new FilePanel(platform_, work.settings, work.step, *panels_.gridPanel, work.recovery, work.view.tell, this);
+    panels_.gridPanel = new GridPanel(work.datList, work.step, work.tracks, this);
+    panels_.filePanel =
+        new FilePanel(platform_, work.settings, work.step, *panels_.gridPanel, work.recovery, work.view.tell, this);
     panels_.recorderPanel = new RecorderPanel(work.session, this);
     panels_.savePanel = new SavePanel(work.saving, this);
     panels_.playbackPanel = new PlaybackPanel(work.listening, work.session, this);
@@ -136,7 +138,9 @@ bool frmMain::Form_Load() {
     showDesk();
     panels_.cardPanel->watch();
     tmrJoystick_->setEnabled(true);
-    showUnfiled();
+    if (splash_) {
+        splash_->close();
+    }
     return true;
 }
 
@@ -218,7 +222,7 @@ void frmMain::readCommandLine() {
 void frmMain::tlbMain_ButtonClick(int index) {
     switch (index) {
     case 1:
-        Printing(platform_, workplace_.places.programFolder(), workplace_.step, workplace_.datList).Printen();
+        Printing(platform_, workplace_.places, workplace_.step, workplace_.datList, workplace_.tracks).Printen();
         break;
     case 2:
         showImport();

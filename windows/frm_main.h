@@ -76,6 +76,9 @@ class frmMain : public QMainWindow {
     void StopAudio();
     /// A button of a joystick, numbered from 1.
     void Joystick1_ButtonDown(int button);
+    void setSplash(frmSplash *splash) { splash_ = splash; }
+    /// Offers what the last run left behind, where it left anything; for a window that is loaded and shown.
+    void showUnfiled();
     /// The program is asked to end by the desktop or the system: a running take is closed.
     void endSession();
 
@@ -122,8 +125,6 @@ class frmMain : public QMainWindow {
     void showPreview();
     void showAdvanced();
     void showConvert();
-    /// What the last run left behind, where it left anything.
-    void showUnfiled();
     void showRecover();
     /// A kept file is in its place again: the lists show it, and a take can be listened to and saved.
     void recovered(const KeptFile &kept, bool replaced);
@@ -138,6 +139,7 @@ class frmMain : public QMainWindow {
     QString commandLine_;
     Panels panels_;
     Workplace workplace_;
+    frmSplash *splash_ = nullptr;
     bool unloaded_ = false;
     Joystick &Joystick1;
     std::unique_ptr<Timer> tmrJoystick_;

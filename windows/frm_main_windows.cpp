@@ -20,9 +20,8 @@
 #include "windows/on.h"
 #include "windows/recorder_panel.h"
 
-#include <QGuiApplication>
-
 #include <QFileInfo>
+#include <QGuiApplication>
 
 namespace orvel {
 

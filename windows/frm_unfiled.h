@@ -14,6 +14,8 @@
 
 namespace orvel {
 
+class SoundCard;
+
 /// The takes that were recorded and not filed when the program started: each can be listened to, filed for its own
 /// step, or left where it is.
 class frmUnfiled : public QDialog {

@@ -54,9 +54,9 @@ void fitColumns(QTableView &grid) {
 
 } // namespace
 
-GridPanel::GridPanel(Playlist &playlist, CurrentStep &step, QWidget *parent)
+GridPanel::GridPanel(Playlist &playlist, CurrentStep &step, const VoiceTracks &tracks, QWidget *parent)
     : QGroupBox(QStringLiteral("Playlist"), parent), dbgLijst(new QTableView(this)), playlist_(playlist), step_(step),
-      model_(playlist) {
+      tracks_(tracks), model_(playlist) {
     setUp(*dbgLijst);
     mixTypes_.setRows(mixTypeRows());
     dbgLijst->setModel(&model_);
@@ -82,6 +82,7 @@ void GridPanel::openPlaylist(const QString &newPath, const QString &name) {
         dbgLijst->hide();
         throw;
     }
+    showMissing();
     fitColumns(*dbgLijst);
     dbgLijst->show();
     selectRow(0);
@@ -96,7 +97,17 @@ void GridPanel::closePlaylist() {
 void GridPanel::refresh() {
     const int row = currentRow();
     model_.rebuild([&] { playlist_.refresh(); });
+    showMissing();
     selectRow(row);
+}
+
+void GridPanel::showChanged(int row) {
+    model_.showChanged(row);
+    showMissing();
+}
+
+void GridPanel::showMissing() {
+    model_.setMissing(tracks_.missing(playlist_), tracks_.folder());
 }
 
 void GridPanel::selectRow(int row) {

@@ -2,6 +2,7 @@
 
 #include "playlist/current_step.h"
 #include "playlist/playlist.h"
+#include "playlist/voice_tracks.h"
 #include "windows/mix_type.h"
 #include "windows/steps_model.h"
 
@@ -15,7 +16,7 @@ class GridPanel : public QGroupBox {
     Q_OBJECT
 
   public:
-    GridPanel(Playlist &playlist, CurrentStep &step, QWidget *parent = nullptr);
+    GridPanel(Playlist &playlist, CurrentStep &step, const VoiceTracks &tracks, QWidget *parent = nullptr);
 
     QTableView *const dbgLijst;
 
@@ -29,7 +30,7 @@ class GridPanel : public QGroupBox {
     /// Reads the playlist again and keeps the selected row.
     void refresh();
     /// A row of the playlist was changed.
-    void showChanged(int row) { model_.showChanged(row); }
+    void showChanged(int row);
     /// Row of the selected step, -1 without one.
     [[nodiscard]] int currentRow() const { return dbgLijst->currentIndex().row(); }
     void selectRow(int row);
@@ -46,9 +47,11 @@ class GridPanel : public QGroupBox {
 
   private:
     void currentRowChanged();
+    void showMissing();
 
     Playlist &playlist_;
     CurrentStep &step_;
+    const VoiceTracks &tracks_;
     StepsModel model_;
     MixTypeDelegate mixTypes_;
 };

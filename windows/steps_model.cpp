@@ -6,6 +6,7 @@
 #include "windows/stored_colour.h"
 
 #include <QBrush>
+#include <QDir>
 #include <QScopeGuard>
 
 #include <utility>
@@ -33,6 +34,17 @@ void StepsModel::showChanged(int row) {
     Q_EMIT dataChanged(index(row, 0), index(row, StepColumnCount - 1));
 }
 
+void StepsModel::setMissing(QSet<int> rows, const QString &folder) {
+    const QSet<int> changed = (missing_ - rows) + (rows - missing_);
+    missing_ = std::move(rows);
+    folder_ = folder;
+    for (const int row : changed) {
+        if (row < rowCount()) {
+            showChanged(row);
+        }
+    }
+}
+
 int StepsModel::rowCount(const QModelIndex &parent) const {
     return parent.isValid() ? 0 : playlist_.stepCount();
 }
@@ -52,7 +64,7 @@ QVariant StepsModel::shown(int row, int column) const {
     const QVariant value = playlist_.value(row, column);
     switch (stepField(column).look) {
     case StepLook::Tick:
-        return {};
+        return missing_.contains(row) ? QVariant(QStringLiteral("!")) : QVariant();
     case StepLook::MixType:
         return mixTypeName(value);
     default:
@@ -77,11 +89,19 @@ QVariant StepsModel::cell(int row, int column, int role) const {
     case Qt::ForegroundRole:
         return style(row) ? QVariant(QBrush(fromStoredColour(style(row)->text))) : QVariant();
     case Qt::ToolTipRole:
-        static_cast<void>(playlist_.value(row, column));
-        return {};
+        return toolTip(row, column);
     default:
         return {};
     }
+}
+
+QVariant StepsModel::toolTip(int row, int column) const {
+    static_cast<void>(playlist_.value(row, column)); // one that cannot be read says why
+    if (!missing_.contains(row)) {
+        return {};
+    }
+    return tr("De voicetrack %1.mp3 staat niet in %2.")
+        .arg(playlist_.value(row, AtrackColumn).toString(), QDir::toNativeSeparators(folder_));
 }
 
 QVariant StepsModel::data(const QModelIndex &index, int role) const {

@@ -4,6 +4,7 @@
 #include "playlist/step_types.h"
 
 #include <QAbstractTableModel>
+#include <QSet>
 
 namespace orvel {
 
@@ -23,6 +24,8 @@ class StepsModel : public QAbstractTableModel {
     void rebuild(const std::function<void()> &change);
     /// A step was changed in the playlist.
     void showChanged(int row);
+    /// Rows that are marked as done while their voice track is not in its folder.
+    void setMissing(QSet<int> rows, const QString &folder);
 
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;
@@ -39,10 +42,13 @@ class StepsModel : public QAbstractTableModel {
     [[nodiscard]] QVariant cell(int row, int column, int role) const;
     [[nodiscard]] const StepStyle *style(int row) const;
     [[nodiscard]] QVariant shown(int row, int column) const;
+    [[nodiscard]] QVariant toolTip(int row, int column) const;
     void tellOnce(int row, int column, const QString &reason) const;
 
     Playlist &playlist_;
     StepStyles styles_;
+    QSet<int> missing_;
+    QString folder_;            ///< where they should be
     mutable bool told_ = false; ///< of the open playlist
 };
 

@@ -7,8 +7,8 @@ namespace orvel {
 Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View theView)
     : platform(thePlatform), view(std::move(theView)), places(programFolder), recovery(platform.files, programFolder),
       journal(platform.files, places), datList(platform.databases, [this](const QString &path) { keepCopy(path); }),
-      marks(datList, platform.databases, settings.NewPath, view.rowChanged), drives(platform.files, programFolder),
-      takes(platform.files, places, journal, recovery, toText(presentHolder())),
+      marks(datList, platform.databases, settings.NewPath, view.rowChanged), tracks(platform.files, settings),
+      drives(platform.files, programFolder), takes(platform.files, places, journal, recovery, toText(presentHolder())),
       chain(ProcessingContext{platform, places.programFolder(), view.processor, recovery, view.showProcess, view.tell}),
       session({platform, settings, datList, step, marks, takes, places,
                [this](const QString &take) { chain.AudioProcessing(take); }, view.tell, view.changed, view.ticked,
@@ -19,7 +19,8 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
       filing({platform, settings, places, recovery, journal, takes, marks, view.tell, view.progress}),
       saving({platform, settings, places, session, listening, filing, completion, view.tell, view.showStations,
               view.changed}),
-      unfinished({platform, settings, places, recovery, journal, takes, marks, view.tell}), lock(platform.files, places) {}
+      unfinished({platform, settings, places, recovery, journal, takes, marks, view.tell}),
+      lock(platform.files, places) {}
 
 void Workplace::showTake(const QString &name) {
     if (session.mode.recorderOnly) {

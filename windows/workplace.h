@@ -6,6 +6,7 @@
 #include "playlist/current_step.h"
 #include "playlist/playlist.h"
 #include "playlist/step_marks.h"
+#include "playlist/voice_tracks.h"
 #include "production/filing.h"
 #include "production/processing_chain.h"
 #include "production/saving.h"
@@ -52,6 +53,7 @@ struct Workplace {
     Journal journal;
     Playlist datList;
     StepMarks marks;
+    VoiceTracks tracks;
     DriveMap drives;
     std::unique_ptr<RecordSet> datTracks;
     std::unique_ptr<RecordSet> datJingles;

@@ -26,7 +26,11 @@ void Station::addPlaylist(const QString &fixture, const QString &name) {
 bool Station::start(const QString &commandLine) {
     window = std::make_unique<frmMain>(platform, folder.path(), commandLine);
     window->show();
-    return window->Form_Load();
+    const bool goesOn = window->Form_Load();
+    if (goesOn) {
+        window->showUnfiled();
+    }
+    return goesOn;
 }
 
 void Station::open(const QString &name) {

@@ -1,9 +1,13 @@
-#include <QCoreApplication>
+#include <QApplication>
 
 #include <gtest/gtest.h>
 
 int main(int argc, char **argv) {
     testing::InitGoogleTest(&argc, argv);
-    const QCoreApplication application(argc, argv);
+    // Also where the tests are only listed, on machines without a display.
+    if (qEnvironmentVariableIsEmpty("QT_QPA_PLATFORM")) {
+        qputenv("QT_QPA_PLATFORM", "offscreen");
+    }
+    const QApplication application(argc, argv);
     return RUN_ALL_TESTS();
 }

@@ -1,0 +1,66 @@
+#include "recording/allowed.h"
+
+#include <gtest/gtest.h>
+
+namespace orvel {
+
+namespace {
+
+struct Row {
+    const char *what;
+    SessionState state;
+    DeskMode mode;
+    StepFacts step;
+    TakeFacts take;
+    Allowed expected; ///< rec, play, save, import, multivoice, lists, grid, playlist tools
+};
+
+constexpr DeskMode desk{false, true};
+constexpr DeskMode recorder{true, false};
+constexpr StepFacts slot{true};
+constexpr StepFacts music{false};
+constexpr TakeFacts nothing{false, false};
+constexpr TakeFacts waiting{true, true};
+constexpr TakeFacts filed{true, false};
+
+const Row rows[] = {
+    {"start, nothing selected", SessionState::Idle, desk, music, nothing,
+     {false, false, false, false, true, true, true, true}},
+    {"a slot to do", SessionState::Idle, desk, slot, nothing, {true, false, false, true, true, true, true, true}},
+    {"a slot with a take", SessionState::Idle, desk, slot, waiting, {true, true, true, true, true, true, true, true}},
+    {"a slot that is done", SessionState::Idle, desk, slot, filed, {true, true, false, true, true, true, true, true}},
+    {"counting down", SessionState::CountingDown, desk, slot, waiting,
+     {true, false, false, true, true, true, true, true}},
+    {"recording", SessionState::Recording, desk, slot, waiting, {true, false, false, true, true, true, true, true}},
+    {"processing", SessionState::Processing, desk, slot, waiting,
+     {false, false, false, false, true, false, false, true}},
+    {"listening", SessionState::Listening, desk, slot, waiting, {false, true, false, false, true, true, true, true}},
+    {"filing", SessionState::Filing, desk, slot, waiting, {false, false, false, false, true, false, false, true}},
+    {"no station list", SessionState::Idle, {false, false}, slot, nothing,
+     {true, false, false, true, false, true, true, true}},
+    {"the plain recorder", SessionState::Idle, recorder, music, nothing,
+     {true, false, false, false, false, false, false, false}},
+    {"the plain recorder with a take", SessionState::Idle, recorder, music, waiting,
+     {true, true, true, false, false, false, false, false}},
+    {"the plain recorder records", SessionState::Recording, recorder, music, nothing,
+     {true, false, false, false, false, false, false, false}},
+};
+
+} // namespace
+
+TEST(WhatIsAllowed, FollowsFromStateModeStepAndTake) {
+    for (const Row &row : rows) {
+        SCOPED_TRACE(row.what);
+        const Allowed may = allowed(row.state, row.mode, row.step, row.take);
+        EXPECT_EQ(may.cmdRec, row.expected.cmdRec);
+        EXPECT_EQ(may.cmdPlay, row.expected.cmdPlay);
+        EXPECT_EQ(may.cmdSave, row.expected.cmdSave);
+        EXPECT_EQ(may.cmdImport, row.expected.cmdImport);
+        EXPECT_EQ(may.cmdMultivoice, row.expected.cmdMultivoice);
+        EXPECT_EQ(may.lists, row.expected.lists);
+        EXPECT_EQ(may.dbgLijst, row.expected.dbgLijst);
+        EXPECT_EQ(may.playlistTools, row.expected.playlistTools);
+    }
+}
+
+} // namespace orvel
