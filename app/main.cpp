@@ -3,6 +3,7 @@
 #include "app/start.h"
 #include "platform/away/away_file_system.h"
 #include "platform/away/away_raw_file.h"
+#include "platform/guarded.h"
 #include "platform/jet/jet_engine.h"
 #include "platform/lame/system_audio_files.h"
 #include "platform/pulse/pulse_sound_card.h"

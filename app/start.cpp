@@ -2,6 +2,7 @@
 
 #include "platform/guarded.h"
 #include "windows/frm_main.h"
+#include "windows/frm_splash.h"
 
 namespace orvel {
 
