@@ -1,7 +1,6 @@
 // Speed of opening a playlist as the presenter sees it, from the click to the filled and painted grid, beside a whole
 // run of mdb-export on the same file. Prints one line, with and without the painting; needs no display.
 //   bench_open [playlist]
-#include "windows/frm_main.h"
 #include "app/orvel_application.h"
 #include "platform/fake/fake_joystick.h"
 #include "platform/fake/fake_prompts.h"
@@ -12,6 +11,7 @@
 #include "platform/lame/system_audio_files.h"
 #include "platform/qt/disk_file_system.h"
 #include "widgets/theme.h"
+#include "windows/frm_main.h"
 
 #include <QDir>
 #include <QElapsedTimer>

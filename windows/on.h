@@ -14,6 +14,7 @@ namespace orvel {
 template <class Sender, class Signal, class Receiver, class Handler>
 QMetaObject::Connection on(Sender *sender, Signal signal, Receiver *receiver, Handler handler) {
     return QObject::connect(sender, signal, receiver, [receiver, handler](auto &&...arguments) {
+        static_cast<void>(receiver); // only a member function needs it
         guarded([&] {
             if constexpr (std::is_member_function_pointer_v<Handler>) {
                 if constexpr (std::is_invocable_v<Handler, Receiver *, decltype(arguments)...>) {

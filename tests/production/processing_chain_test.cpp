@@ -437,6 +437,7 @@ TEST_F(Processing, ADiskThatIsFullLeavesTheTakeAsItWasBeforeThatStage) {
         chain.AudioProcessing(takePath);
         EXPECT_EQ(read(takePath), makeTake());
         EXPECT_TRUE(filesIn("temp2").isEmpty());
+        EXPECT_TRUE(filesIn("herstel").isEmpty()) << "the take is still what was recorded";
         EXPECT_EQ(told.size(), 1);
         audioFiles.faults = {};
     };
