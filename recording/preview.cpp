@@ -87,6 +87,12 @@ void Preview::loadFile(const QString &cataloguePath, WavePlayer &player, Preview
     }
 }
 
+void seek(WavePlayer &player, std::int32_t position) {
+    player.pause();
+    player.setPosition(position);
+    player.resume();
+}
+
 TimeParts remainingTime(const WavePlayer &player) {
     return helper::splitTime(checkedInt32(std::int64_t{player.length()} - player.position()));
 }

@@ -71,6 +71,9 @@ class Preview {
     return text.size() > labelCharacters;
 }
 
+/// Jumps to a position, in milliseconds, in silence.
+void seek(WavePlayer &player, std::int32_t position);
+
 /// What is still to be heard. Throws Overflow when the difference does not fit 32 bits.
 [[nodiscard]] TimeParts remainingTime(const WavePlayer &player);
 

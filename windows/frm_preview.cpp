@@ -141,9 +141,7 @@ void frmPreview::sliPlay_MouseUp() {
 }
 
 void frmPreview::SeekTo(std::int32_t Position) {
-    CuePlayer->pause();
-    CuePlayer->setPosition(Position);
-    CuePlayer->resume();
+    seek(*CuePlayer, Position);
 }
 
 void frmPreview::volCue_Change() {

@@ -1,18 +1,13 @@
 #include "windows/frm_setup.h"
 
 #include "platform/audio.h"
-#include "platform/file_system.h"
 #include "platform/prompts.h"
-#include "station/paths.h"
+#include "settings/setup_rules.h"
 #include "widgets/theme.h"
-
-#include <array>
 
 namespace orvel {
 
 namespace {
-
-constexpr std::array callbackNames = {"Windows", "Callback", "Thread"};
 
 /// Marks a folder that cannot be used, with the reason; an empty reason takes the mark away.
 void mark(QLineEdit &edit, const QString &problem) {
@@ -47,20 +42,14 @@ void frmSetup::Form_Load() {
 }
 
 void frmSetup::updCallback_Change() {
-    const int mode = updCallback->value();
-    if (mode >= 0 && mode < static_cast<int>(callbackNames.size())) {
-        ledCallback->setText(QString::fromLatin1(callbackNames.at(static_cast<std::size_t>(mode))));
+    // One without a name leaves the display as it is.
+    if (const QString name = callbackName(updCallback->value()); !name.isEmpty()) {
+        ledCallback->setText(name);
     }
 }
 
 void frmSetup::updKaart_Change() {
-    const int card = updKaart->value();
-    const QStringList names = platform_.sound.outputNames();
-    if (card == -1) {
-        ledKaart->setText(tr("Standaarduitgang"));
-    } else {
-        ledKaart->setText(names.value(card, tr("Kaart %1 ontbreekt").arg(card)));
-    }
+    ledKaart->setText(outputName(platform_.sound.outputNames(), updKaart->value()));
     ledKaart->setAutoScroll(ledKaart->text().size() > ledKaart->characters());
     ledKaart->setToolTip(ledKaart->text());
 }
@@ -95,16 +84,8 @@ void frmSetup::cmdVoice_Click() {
 }
 
 void frmSetup::checkFolders() {
-    const FileSystem &files = platform_.files;
-    QString problem;
-    if (!txtPath->text().isEmpty() && !files.folderExists(txtPath->text())) {
-        problem = tr("Deze map bestaat niet.");
-    } else if (chkData->isChecked() && !files.fileExists(joined(txtPath->text(), QStringLiteral("\\digital.mdb")))) {
-        problem = tr("In deze map staat geen digital.mdb.");
-    }
-    mark(*txtPath, problem);
-    const bool wanted = chkServer->isChecked() || !txtVoice->text().isEmpty();
-    mark(*txtVoice, wanted && !files.folderExists(txtVoice->text()) ? tr("Deze map bestaat niet.") : QString());
+    mark(*txtPath, databaseFolderProblem(platform_.files, txtPath->text(), chkData->isChecked()));
+    mark(*txtVoice, voiceFolderProblem(platform_.files, txtVoice->text(), chkServer->isChecked()));
 }
 
 Settings frmSetup::edited() const {
@@ -116,9 +97,7 @@ Settings frmSetup::edited() const {
     edited.CCard = static_cast<std::int16_t>(updKaart->value());
     edited.CCallBack = static_cast<std::int16_t>(updCallback->value());
     edited.Mute = chkMute->isChecked();
-    // Nothing is selected while the file holds a rate that is not in the list.
-    edited.BitRate =
-        cobBitrate->currentIndex() < 0 ? saved_.BitRate : static_cast<std::int16_t>(cobBitrate->currentIndex());
+    edited.BitRate = chosenBitRate(cobBitrate->currentIndex(), saved_.BitRate);
     edited.Countdown = static_cast<std::int16_t>(ledCountDown->value());
     edited.Network = chkData->isChecked();
     edited.ServerMode = chkServer->isChecked();
@@ -129,10 +108,7 @@ void frmSetup::cmdSave_Click() {
     const Settings now = edited();
     saveSetup(platform_.files, programFolder_, now);
     saved_ = now;
-    settings_.Databasepath = now.Databasepath;
-    settings_.VoicetrackPath = now.VoicetrackPath;
-    settings_.Countdown = now.Countdown;
-    settings_.ServerMode = now.ServerMode;
+    applySetup(now, settings_);
     platform_.prompts.message(QStringLiteral("Start het programma opnieuw op"),
                               QStringLiteral("Instellingen gewijzigd"), MessageIcon::Information);
 }

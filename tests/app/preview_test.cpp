@@ -318,4 +318,39 @@ TEST_F(PreviewWindow, TheWindowAsksForTheOutputOfTheSettingsOnlyWithTheNetwork) 
     EXPECT_EQ(player().output().device, 1) << "left as it was";
 }
 
+TEST_F(PreviewWindow, ADoubleClickOpensItForTracksAndJinglesButNotWhileATakeRuns) {
+    addPlaylist(QStringLiteral("type-codes.mdb"));
+    startStation();
+    open(QStringLiteral("type-codes.mdb"));
+    GridPanel &grid = *window->panels().gridPanel;
+    int opened = 0;
+    int presentation = -1;
+    int track = -1;
+    QObject::connect(&grid, &GridPanel::previewWanted, [&] { ++opened; });
+    const auto typeOf = [&](int row) { return window->workplace().datList.value(row, TypeColumn).toInt(); };
+    for (int row = 0; row < window->workplace().datList.stepCount(); ++row) {
+        const bool isHeard = typeOf(row) == TrackStep || typeOf(row) == JingleStep;
+        select(row);
+        window->workplace().step.previewAllowed = true;
+        const int before = opened;
+        Q_EMIT grid.dbgLijst->doubleClicked(grid.dbgLijst->currentIndex());
+        EXPECT_EQ(opened - before, isHeard ? 1 : 0) << "kind " << typeOf(row);
+        if (auto *shown = window->findChild<frmPreview *>()) {
+            shown->close();
+        }
+        track = isHeard ? row : track;
+        presentation = typeOf(row) == PresStep ? row : presentation;
+    }
+    ASSERT_GE(track, 0);
+    ASSERT_GE(presentation, 0);
+    select(presentation);
+    ASSERT_TRUE(window->workplace().step.StepSelected);
+    beginRecording();
+    select(track);
+    const int before = opened;
+    Q_EMIT grid.dbgLijst->doubleClicked(grid.dbgLijst->currentIndex());
+    EXPECT_EQ(opened, before);
+    click(window->panels().recorderPanel->cmdRec);
+}
+
 } // namespace orvel

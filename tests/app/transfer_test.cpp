@@ -336,4 +336,28 @@ TEST_F(Transfer, FinishedPlaylistsCanBeDeletedWhileATakeRunsAndTheOthersSayWhyNo
     EXPECT_TRUE(window->workplace().datList.isOpen());
 }
 
+TEST_F(Transfer, WhileATakeRunsNoOtherPlaylistIsOpenedAndTheListsStandStill) {
+    addPlaylist(QStringLiteral("access-2003.mdb"), QStringLiteral("een.mdb"));
+    addPlaylist(QStringLiteral("steps-150.mdb"), QStringLiteral("twee.mdb"));
+    ASSERT_TRUE(start());
+    open(QStringLiteral("een.mdb"));
+    while (!window->workplace().step.StepSelected) {
+        select(window->panels().gridPanel->currentRow() + 1);
+    }
+    beginRecording();
+    open(QStringLiteral("twee.mdb"));
+    EXPECT_EQ(window->workplace().datList.fileName(), QStringLiteral("een.mdb"));
+    disk.write(path(QStringLiteral("ok/klaar.mdb")), "playlist");
+    FilePanel &lists = *window->panels().filePanel;
+    lists.tabFiles->setCurrentIndex(1);
+    EXPECT_EQ(lists.filOK->count(), 0);
+    sound.deliver(44100);
+    timers.advance(1000);
+    click(window->panels().recorderPanel->cmdRec);
+    lists.tabFiles->setCurrentIndex(0);
+    EXPECT_EQ(lists.filOK->count(), 1);
+    open(QStringLiteral("twee.mdb"));
+    EXPECT_EQ(window->workplace().datList.fileName(), QStringLiteral("twee.mdb"));
+}
+
 } // namespace orvel

@@ -6,6 +6,7 @@
 #include "tests/test_platform.h"
 
 #include <gtest/gtest.h>
+#include <limits>
 
 namespace orvel {
 
@@ -47,7 +48,45 @@ class Previewing : public testing::Test, protected TestPlatform<FakeDatabaseEngi
     FakeWavePlayer *player = &sound.player(0);
 };
 
+/// Notes what it is asked to do.
+class NotingPlayer : public WavePlayer {
+  public:
+    void setOutput(const PlayerSettings & /*settings*/) override {}
+    void setFileName(const QString & /*path*/) override {}
+    void start() override { log << QStringLiteral("start"); }
+    void pause() override { log << QStringLiteral("pause"); }
+    void resume() override { log << QStringLiteral("resume"); }
+    void stop() override { log << QStringLiteral("stop"); }
+    void close() override { log << QStringLiteral("close"); }
+    [[nodiscard]] int state() const override { return playing; }
+    [[nodiscard]] std::int32_t position() const override { return where; }
+    void setPosition(std::int32_t milliseconds) override { log << QString::number(milliseconds); }
+    [[nodiscard]] std::int32_t length() const override { return whole; }
+    void setVolume(int /*volume*/) override {}
+    [[nodiscard]] StereoPeaks peaks() override { return {}; }
+    void setEndHandler(std::function<void()> /*handler*/) override {}
+    [[nodiscard]] bool brokeOff() const override { return false; }
+
+    QStringList log;
+    std::int32_t where = 0;
+    std::int32_t whole = 0;
+};
+
 } // namespace
+
+TEST(PreviewSeeking, IsDoneInSilence) {
+    NotingPlayer player;
+    seek(player, 1234);
+    EXPECT_EQ(player.log, (QStringList{QStringLiteral("pause"), QStringLiteral("1234"), QStringLiteral("resume")}));
+}
+
+TEST(PreviewSeeking, ALengthThatCannotBeIsReported) {
+    NotingPlayer player;
+    player.whole = std::numeric_limits<std::int32_t>::max();
+    EXPECT_EQ(remainingTime(player).millis, 647);
+    player.where = -1;
+    EXPECT_THROW(static_cast<void>(remainingTime(player)), RuntimeError);
+}
 
 TEST_F(Previewing, ATrackHasItsArtistAndAJingleItsDescription) {
     const auto track = load(TrackStep, 1);

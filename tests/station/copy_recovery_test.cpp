@@ -199,6 +199,7 @@ TEST_F(CopyAndRecovery, SoundOfAnySizeIsKeptUnderASecondName) {
         files.fail(Operation::Copy, QStringLiteral("herstel"), ErrorNumber::DiskFull);
         EXPECT_EQ(recovery.keepCopy(file.fileName()), QString()) << name << ": a second name needs no room";
         files.heal();
+        ASSERT_FALSE(recovery.kept().empty());
         writeContent(folder.path("nieuw"), "nieuw");
         disk.move(folder.path("nieuw"), file.fileName());
         EXPECT_EQ(QFileInfo(recovery.kept().front().path).size(), qint64{17} * 1024 * 1024) << name;

@@ -1,0 +1,44 @@
+#include "settings/setup_rules.h"
+
+#include "platform/file_system.h"
+#include "station/paths.h"
+
+#include <QObject>
+
+namespace orvel {
+
+QString databaseFolderProblem(const FileSystem &files, const QString &folder, bool used) {
+    if (!folder.isEmpty() && !files.folderExists(folder)) {
+        return QObject::tr("Deze map bestaat niet.");
+    }
+    const bool lacksTracks = used && !files.fileExists(joined(folder, QStringLiteral("\\digital.mdb")));
+    return lacksTracks ? QObject::tr("In deze map staat geen digital.mdb.") : QString();
+}
+
+QString voiceFolderProblem(const FileSystem &files, const QString &folder, bool used) {
+    const bool wanted = used || !folder.isEmpty();
+    return wanted && !files.folderExists(folder) ? QObject::tr("Deze map bestaat niet.") : QString();
+}
+
+QString callbackName(int mode) {
+    static const QStringList names = {QStringLiteral("Windows"), QStringLiteral("Callback"), QStringLiteral("Thread")};
+    return names.value(mode);
+}
+
+QString outputName(const QStringList &outputs, int number) {
+    return number == -1 ? QObject::tr("Standaarduitgang")
+                        : outputs.value(number, QObject::tr("Kaart %1 ontbreekt").arg(number));
+}
+
+std::int16_t chosenBitRate(int selected, std::int16_t stored) {
+    return selected < 0 ? stored : static_cast<std::int16_t>(selected);
+}
+
+void applySetup(const Settings &saved, Settings &inForce) {
+    inForce.Databasepath = saved.Databasepath;
+    inForce.VoicetrackPath = saved.VoicetrackPath;
+    inForce.Countdown = saved.Countdown;
+    inForce.ServerMode = saved.ServerMode;
+}
+
+} // namespace orvel

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "settings/settings.h"
+
+#include <QStringList>
+
+namespace orvel {
+
+// What the setup dialog decides.
+
+/// Why the folder of the catalogues cannot be used; empty when it can. used: whether catalogues are wanted at all.
+[[nodiscard]] QString databaseFolderProblem(const FileSystem &files, const QString &folder, bool used);
+
+/// Why the server's folder of voice tracks cannot be used; empty when it can. An empty folder is fine unless used.
+[[nodiscard]] QString voiceFolderProblem(const FileSystem &files, const QString &folder, bool used);
+
+/// Name of a callback mode; empty for one that has none.
+[[nodiscard]] QString callbackName(int mode);
+
+/// What an output is called by its number: -1 is the system's default output. A number past the list is named as such.
+[[nodiscard]] QString outputName(const QStringList &outputs, int number);
+
+/// The bit rate to store: the position that is selected in the list or, with nothing selected (-1), the stored one,
+/// which is not in the list then.
+[[nodiscard]] std::int16_t chosenBitRate(int selected, std::int16_t stored);
+
+/// Takes over what a saved setup changes at once; the rest is in force after a restart.
+void applySetup(const Settings &saved, Settings &inForce);
+
+} // namespace orvel
