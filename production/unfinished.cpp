@@ -8,7 +8,6 @@
 #include "settings/settings.h"
 #include "station/ignore_errors.h"
 #include "station/journal.h"
-#include "station/paths.h"
 #include "station/places.h"
 #include "station/recovery.h"
 
@@ -49,9 +48,6 @@ std::vector<UnfiledTake> Unfinished::settle(bool recorderOnly) {
                 }
             });
         }
-    }
-    if (!recorderOnly) {
-        clearWorkFiles();
     }
     return waiting;
 }
@@ -98,15 +94,6 @@ void Unfinished::settleFiling(const JournalEntry &entry) {
     } else if (context_.platform.files.fileExists(entry.target)) {
         context_.tell(QCoreApplication::translate("Unfinished", "%1 is bewaard; dat was nog niet gemeld.")
                           .arg(entry.name));
-    }
-}
-
-void Unfinished::clearWorkFiles() {
-    const QString folder = context_.places.okFolder();
-    QStringList names;
-    ignoringErrors([&] { names = context_.platform.files.list(folder, QStringLiteral(".orvel-*.tmp")); });
-    for (const QString &name : std::as_const(names)) {
-        removeIfThere(inFolder(folder, name));
     }
 }
 

@@ -45,7 +45,7 @@ struct UnfinishedContext {
 };
 
 /// What the last run of the program left behind: a recording that was cut off is repaired, a filing that was cut off is
-/// finished or taken back, files on their way are cleared away. Another program's takes on this station are left alone.
+/// finished or taken back, a half MP3 is cleared away. Another program's takes on this station are left alone.
 class Unfinished {
   public:
     explicit Unfinished(UnfinishedContext context) : context_(std::move(context)) {}
@@ -58,7 +58,6 @@ class Unfinished {
     void settleOne(const JournalEntry &entry, std::vector<UnfiledTake> &waiting);
     void settleRecording(const JournalEntry &entry);
     void settleFiling(const JournalEntry &entry);
-    void clearWorkFiles();
     void removeIfThere(const QString &path);
 
     UnfinishedContext context_;

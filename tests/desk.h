@@ -52,7 +52,7 @@ class Desk : public testing::Test, protected TestPlatform<FakeDatabaseEngine> {
         return names;
     }
     static QVariantList stepRow(int stap, int type, const QVariant &name) {
-        return {false, stap, QVariant(), QVariant(), QVariant(), QVariant(), 3,    20,   5000,
+        return {type != 2, stap, QVariant(), QVariant(), QVariant(), QVariant(), 3,    20,   5000,
                 4000,  1,    QVariant(), QVariant(), QVariant(), name,       stap, stap, type};
     }
     static QVariantList music(int stap) { return stepRow(stap, 1, QStringLiteral("NONE")); }

@@ -71,7 +71,7 @@ RuntimeError storageError(int code, const QString &path, StorageSubject subject)
 }
 
 bool meansNoSync(int code) {
-    return code == EINVAL || code == ENOSYS || code == ENOTSUP || code == EOPNOTSUPP;
+    return code == EINVAL || code == ENOSYS || code == ENOTSUP;
 }
 
 } // namespace orvel

@@ -92,7 +92,7 @@ TEST_F(RecoverWindow, TheOpenPlaylistIsOpenedAnewWhenAnotherOneTakesItsPlace) {
     EXPECT_EQ(window->workplace().datList.stepCount(), 150);
     EXPECT_EQ(recover->lstKept->rowCount(), 1) << "what was replaced can be put back in its turn";
     recover->close();
-    window->panels().gridPanel->setCurrentImported(true); // nobody is in the way
+    mark(window->panels().gridPanel->currentRow(), true); // nobody is in the way
     EXPECT_EQ(filesIn(QStringLiteral("new")), QStringList{QStringLiteral("een.mdb")});
 }
 

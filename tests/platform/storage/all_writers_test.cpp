@@ -12,6 +12,7 @@
 #include <cerrno>
 #include <functional>
 #include <gtest/gtest.h>
+#include <ostream>
 
 namespace orvel {
 namespace {
@@ -30,6 +31,10 @@ struct Writer {
     bool isOneStep = true;
     bool isChangedInPlace = false;
 };
+
+void PrintTo(const Writer &writer, std::ostream *out) {
+    *out << writer.name;
+}
 
 QString target(const QString &folder) {
     return folder + QStringLiteral("/doel");
