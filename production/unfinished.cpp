@@ -92,8 +92,8 @@ void Unfinished::settleFiling(const JournalEntry &entry) {
             ignoringErrors([&] { context_.marks.mark(take.step, entry.markBefore); });
         }
     } else if (context_.platform.files.fileExists(entry.target)) {
-        context_.tell(QCoreApplication::translate("Unfinished", "%1 is bewaard; dat was nog niet gemeld.")
-                          .arg(entry.name));
+        context_.tell(
+            QCoreApplication::translate("Unfinished", "%1 is bewaard; dat was nog niet gemeld.").arg(entry.name));
     }
 }
 

@@ -30,8 +30,8 @@ struct JournalEntry {
     bool operator==(const JournalEntry &) const = default;
 };
 
-/// One small file a take ("\journal\" + name + ".take", JSON), written as one step and synced, so that whatever ends the
-/// program leaves a true account. Entries that cannot be read are passed over.
+/// One small file a take ("\journal\" + name + ".take", JSON), written as one step and synced, so that whatever ends
+/// the program leaves a true account. Entries that cannot be read are passed over.
 class Journal {
   public:
     Journal(FileSystem &files, const Places &places) : files_(files), places_(places) {}

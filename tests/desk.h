@@ -53,7 +53,7 @@ class Desk : public testing::Test, protected TestPlatform<FakeDatabaseEngine> {
     }
     static QVariantList stepRow(int stap, int type, const QVariant &name) {
         return {type != 2, stap, QVariant(), QVariant(), QVariant(), QVariant(), 3,    20,   5000,
-                4000,  1,    QVariant(), QVariant(), QVariant(), name,       stap, stap, type};
+                4000,      1,    QVariant(), QVariant(), QVariant(), name,       stap, stap, type};
     }
     static QVariantList music(int stap) { return stepRow(stap, 1, QStringLiteral("NONE")); }
     static QVariantList slot(int stap, const QVariant &name) { return stepRow(stap, 2, name); }

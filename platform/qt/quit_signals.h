@@ -4,8 +4,8 @@
 
 namespace orvel {
 
-/// Calls a handler on the window thread when the system asks the program to end (SIGTERM, SIGHUP, SIGINT where there are
-/// signals). Without it a running take would be cut off. At most one at a time.
+/// Calls a handler on the window thread when the system asks the program to end (SIGTERM, SIGHUP, SIGINT where there
+/// are signals). Without it a running take would be cut off. At most one at a time.
 class QuitSignals {
   public:
     explicit QuitSignals(std::function<void()> handler);

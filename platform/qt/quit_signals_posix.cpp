@@ -1,6 +1,5 @@
-#include "platform/qt/quit_signals.h"
-
 #include "platform/guarded.h"
+#include "platform/qt/quit_signals.h"
 
 #include <QSocketNotifier>
 
