@@ -11,6 +11,7 @@
 #include "platform/lame/system_audio_files.h"
 #include "platform/qt/disk_file_system.h"
 #include "widgets/theme.h"
+#include "windows/file_panel.h"
 #include "windows/frm_main.h"
 
 #include <QDir>
