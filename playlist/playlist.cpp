@@ -5,6 +5,8 @@
 #include "station/checked.h"
 #include "station/paths.h"
 
+#include <QCoreApplication>
+
 namespace orvel {
 
 Playlist::Playlist(DatabaseEngine &databases, std::function<void(const QString &)> beforeFirstWrite)
@@ -80,6 +82,42 @@ void Playlist::setValue(int row, int column, const QVariant &value) {
         beforeFirstWrite_(fullPath_);
         written_ = true;
     }
+    try {
+        store(row, column, value);
+    } catch (const RuntimeError &error) {
+        if (error.number() != ErrorNumber::DatabaseLocked) {
+            throw;
+        }
+        storeAfterChange(row, column, value);
+    }
+}
+
+/// Another program changed something near the step since it was read: the playlist is read again. Only where it changed
+/// this very value the presenter must look first.
+void Playlist::storeAfterChange(int row, int column, const QVariant &value) {
+    const QVariant before = this->value(row, column);
+    const QVariant stap = this->value(row, StapColumn);
+    const QVariant name = this->value(row, AtrackColumn);
+    steps_->refresh();
+    for (int now = 0; now < stepCount(); ++now) {
+        if (this->value(now, StapColumn) == stap && this->value(now, AtrackColumn) == name) {
+            if (this->value(now, column) != before) {
+                throw RuntimeError(ErrorNumber::DatabaseLocked, fullPath_,
+                                   QCoreApplication::translate("Playlist",
+                                                               "een ander programma heeft stap %1 intussen gewijzigd; "
+                                                               "de nieuwe waarde staat nu in de lijst")
+                                       .arg(stap.toInt()));
+            }
+            store(now, column, value);
+            return;
+        }
+    }
+    throw RuntimeError(
+        ErrorNumber::DatabaseLocked, fullPath_,
+        QCoreApplication::translate("Playlist", "een ander programma heeft stap %1 weggehaald").arg(stap.toInt()));
+}
+
+void Playlist::store(int row, int column, const QVariant &value) {
     steps_->moveTo(row);
     steps_->edit();
     steps_->setField(fields_.at(static_cast<std::size_t>(column)), value);

@@ -37,7 +37,8 @@ class Playlist {
 
     [[nodiscard]] int stepCount() const { return steps_ ? steps_->recordCount() : 0; }
     [[nodiscard]] QVariant value(int row, int column) const;
-    /// Stores a yes/no or a number at once. Throws what RecordSet::update() throws.
+    /// Stores a yes/no or a number at once. What another program changed meanwhile is read first; where it changed this
+    /// very value, DatabaseLocked says so and nothing is stored. Throws what RecordSet::update() throws.
     void setValue(int row, int column, const QVariant &value);
     /// Reads the file again.
     void refresh();
@@ -45,6 +46,8 @@ class Playlist {
     [[nodiscard]] int firstUnfinished() const;
 
   private:
+    void store(int row, int column, const QVariant &value);
+    void storeAfterChange(int row, int column, const QVariant &value);
     using TimeTable = std::array<std::int32_t, lastTableIndex + 1>;
 
     [[nodiscard]] std::int32_t tableEntry(const TimeTable &table, int stap) const;

@@ -2,6 +2,8 @@
 
 #include "playlist/playlist.h"
 
+#include <QScopeGuard>
+
 namespace orvel {
 
 namespace {
@@ -34,8 +36,8 @@ bool StepMarks::isMarked(const StepId &step) const {
 
 bool StepMarks::mark(const StepId &step, bool done) {
     if (const int row = rowOf(step); row >= 0) {
+        const auto told = qScopeGuard([&] { changed_(rowOf(step)); });
         open_.setValue(row, ImportedColumn, done);
-        changed_(rowOf(step));
         return true;
     }
     if (step.playlist.isEmpty() || (open_.isOpen() && open_.fileName() == step.playlist)) {

@@ -48,6 +48,9 @@ void fitColumns(QTableView &grid) {
         if (!grid.isColumnHidden(column)) {
             const int text = metrics.horizontalAdvance(longestText(*grid.model(), column)) + padding;
             grid.setColumnWidth(column, std::max(text, header.sectionSizeHint(column)));
+            if (column == ImportedColumn) {
+                grid.resizeColumnToContents(column); // a tick, and a sign beside it
+            }
         }
     }
 }
@@ -102,6 +105,11 @@ void GridPanel::refresh() {
 }
 
 void GridPanel::showChanged(int row) {
+    // Another program may have added steps or taken some away.
+    if (row < 0 || dbgLijst->verticalHeader()->count() != model_.rowCount()) {
+        refresh();
+        return;
+    }
     model_.showChanged(row);
     showMissing();
 }

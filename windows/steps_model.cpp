@@ -64,7 +64,7 @@ QVariant StepsModel::shown(int row, int column) const {
     const QVariant value = playlist_.value(row, column);
     switch (stepField(column).look) {
     case StepLook::Tick:
-        return missing_.contains(row) ? QVariant(QStringLiteral("!")) : QVariant();
+        return {};
     case StepLook::MixType:
         return mixTypeName(value);
     default:
@@ -88,6 +88,8 @@ QVariant StepsModel::cell(int row, int column, int role) const {
         return style(row) ? QVariant(QBrush(fromStoredColour(style(row)->back))) : QVariant();
     case Qt::ForegroundRole:
         return style(row) ? QVariant(QBrush(fromStoredColour(style(row)->text))) : QVariant();
+    case Qt::DecorationRole:
+        return look == StepLook::Tick && missing_.contains(row) ? QVariant(missingIcon_) : QVariant();
     case Qt::ToolTipRole:
         return toolTip(row, column);
     default:

@@ -4,6 +4,7 @@
 #include "playlist/step_types.h"
 
 #include <QAbstractTableModel>
+#include <QIcon>
 #include <QSet>
 
 namespace orvel {
@@ -48,6 +49,7 @@ class StepsModel : public QAbstractTableModel {
     Playlist &playlist_;
     StepStyles styles_;
     QSet<int> missing_;
+    QIcon missingIcon_{QStringLiteral(":/icons/missing.svg")};
     QString folder_;            ///< where they should be
     mutable bool told_ = false; ///< of the open playlist
 };

@@ -2,6 +2,7 @@
 
 #include "app/orvel_application.h"
 #include "platform/jet/jet_engine.h"
+#include "playlist/printing.h"
 #include "tests/test_platform.h"
 #include "windows/card_panel.h"
 #include "windows/file_panel.h"

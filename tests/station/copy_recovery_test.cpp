@@ -288,20 +288,22 @@ TEST_F(CopyAndRecovery, WhatCannotBePutBackChangesNothing) {
     EXPECT_EQ(recovery.kept().size(), 1U) << "what stood there is in its place again";
 }
 
-TEST(TakeFile, NamesThatNoDiskTakesAreBadFileNames) {
+TEST(TakeFile, OnlyNamesThatLeaveTheFolderOrThatThisDiskDoesNotTakeAreBad) {
     const auto number = [](const QString &name) {
         return errorOf([&] {
             static_cast<void>(takeFile(QStringLiteral("/p"), QStringLiteral("\\temp\\"), name, QStringLiteral(".wav")));
         });
     };
-    for (const char *name : {"/etc/x", "map/x", "..\\x", ".", "..", "a\nb", "a\tb", "\x1F", "a:b", "a*", "a?", "\"a\"",
-                             "<a", "a>", "a|b", "con", "NUL.x", "Com1", "lpt9"}) {
+    for (const char *name : {"/etc/x", "map/x", ".", "..", "../x"}) {
         EXPECT_EQ(number(QString::fromUtf8(name)), 52) << name;
     }
+    EXPECT_EQ(number(QString(QChar(0))), 52);
     EXPECT_EQ(number(QString(201, u'x')), 52);
     EXPECT_EQ(number(QString(101, QChar(0xE9))), 52) << "bytes count, not characters";
     EXPECT_EQ(number(QString(QChar(0xD800))), 52);
-    for (const char *name : {"", "...", "..x", "console", "com10", "50% 'n été & meer", " x "}) {
+    // "Wat nu?" was refused, though nothing but a disk's own rules speaks against it.
+    for (const char *name :
+         {"", "...", "..x", "console", "com10", "50% 'n été & meer", " x ", "Wat nu?", "a:b", "\"a\"", "con", "..\\x"}) {
         EXPECT_EQ(number(QString::fromUtf8(name)), 0) << name;
     }
     EXPECT_EQ(number(QString(200, u'x')), 0);

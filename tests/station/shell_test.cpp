@@ -172,8 +172,8 @@ TEST(Paths, NamesThatLeaveTheirFolderAreRefused) {
     const QString wav = QStringLiteral(".wav");
     EXPECT_EQ(takeFile(folder, temp, QStringLiteral("É'n naam"), wav), QStringLiteral("/p/temp/É'n naam.wav"));
     EXPECT_EQ(takeFile(folder, temp, QString(), wav), QStringLiteral("/p/temp/.wav"));
-    for (const QString &name : {QStringLiteral("../x"), QStringLiteral("a\\b"), QStringLiteral("C:x"),
-                                QStringLiteral(".."), QString(QChar(0)), QString(300, u'x')}) {
+    for (const QString &name :
+         {QStringLiteral("../x"), QStringLiteral("a/b"), QStringLiteral(".."), QString(QChar(0)), QString(300, u'x')}) {
         EXPECT_THROW(static_cast<void>(takeFile(folder, temp, name, wav)), RuntimeError) << name.toStdString();
     }
 }
