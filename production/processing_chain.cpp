@@ -3,7 +3,7 @@
 #include "platform/file_system.h"
 #include "platform/runtime_error.h"
 #include "station/ignore_errors.h"
-#include "station/paths.h"
+#include "station/places.h"
 
 #include <QCoreApplication>
 #include <QFileInfo>
@@ -117,8 +117,7 @@ void ProcessingChain::run(const Stage &stage, KnobValues knobs) {
 }
 
 void ProcessingChain::keepRaw() {
-    const QString path = takeFile(context_.programFolder, QStringLiteral("\\temp2\\"),
-                                  QFileInfo(take_).completeBaseName() + QStringLiteral(".ruw"), QStringLiteral(".wav"));
+    const QString path = Places(context_.programFolder).rawTake(QFileInfo(take_).completeBaseName());
     // An earlier run was broken off.
     if (context_.platform.files.fileExists(path)) {
         context_.recovery.keep(path);
@@ -131,8 +130,7 @@ void ProcessingChain::keepRaw() {
 void ProcessingChain::StartOperation() {
     openTake();
     AudioTransform1.setEnabled(false);
-    stageOutput_ = takeFile(context_.programFolder, QStringLiteral("\\temp2\\"), QFileInfo(take_).completeBaseName(),
-                            QStringLiteral(".wav"));
+    stageOutput_ = Places(context_.programFolder).stageOutput(QFileInfo(take_).completeBaseName());
     createOutput();
     readTake();
     AudioTransform1.setEnabled(true);

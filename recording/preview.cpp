@@ -5,7 +5,7 @@
 #include "playlist/field_values.h"
 #include "playlist/step_types.h"
 #include "station/checked.h"
-#include "station/paths.h"
+#include "station/places.h"
 
 #include <QObject>
 
@@ -27,7 +27,8 @@ QString catalogueName(int kind) {
 std::unique_ptr<RecordSet> openedCatalogue(DatabaseEngine &databases, const QString &databasePath, int kind) {
     const QString query = kind == TrackStep ? QStringLiteral("SELECT * From Audio ORDER BY TrackNr")
                                             : QStringLiteral("SELECT * From jingles ORDER BY TrackNr");
-    return databases.open(joined(databasePath, u'\\' + catalogueName(kind)))->query(query);
+    return databases.open(kind == TrackStep ? Places::tracks(databasePath) : Places::jingles(databasePath))
+        ->query(query);
 }
 
 const std::unique_ptr<RecordSet> &Preview::catalogue(int kind) const {

@@ -308,10 +308,9 @@ void TakeSession::watchRecorder() {
         fatal = std::current_exception();
     } catch (const RuntimeError &) { // NOLINT(bugprone-empty-catch): told below
     }
-    context_.platform.prompts.message(context_.takes.isKept(take_)
-                                          ? what + u'\n' + tr("Wat al was opgenomen, is bewaard.")
-                                          : what,
-                                      QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
+    context_.platform.prompts.message(
+        context_.takes.isKept(take_) ? what + u'\n' + tr("Wat al was opgenomen, is bewaard.") : what,
+        QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
     if (fatal) {
         std::rethrow_exception(fatal);
     }

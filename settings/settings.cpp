@@ -2,7 +2,7 @@
 
 #include "platform/ini_file.h"
 #include "settings/settings_keys.h"
-#include "station/paths.h"
+#include "station/places.h"
 
 #include <algorithm>
 #include <cmath>
@@ -15,7 +15,7 @@ namespace {
 const QString processorSection = QStringLiteral("AudioProcessor");
 
 IniFile settingsFile(FileSystem &files, const QString &programFolder) {
-    return {files, joined(programFolder, QStringLiteral("\\orvel.ini"))};
+    return {files, Places(programFolder).settingsFile()};
 }
 
 void convert(const QString &text, QString &field, std::int32_t /*whenBad*/) {
@@ -80,8 +80,8 @@ void LoadSettings(FileSystem &files, const QString &programFolder, Settings &set
         const QString text = file.value(QString::fromLatin1(key.section), QString::fromLatin1(key.key));
         std::visit([&](auto field) { convert(text, settings.*field, key.whenBad); }, key.field);
     }
-    settings.NewPath = joined(programFolder, QStringLiteral("\\new"));
-    settings.OkPath = joined(programFolder, QStringLiteral("\\ok"));
+    settings.NewPath = Places(programFolder).newFolder();
+    settings.OkPath = Places(programFolder).okFolder();
     settings.UseProcessor = true;
     for (ProcessorSettings::Value &value : processor.values()) {
         const QString text = file.value(processorSection, QString::fromLatin1(value.key));

@@ -1,7 +1,7 @@
 #include "settings/setup_rules.h"
 
 #include "platform/file_system.h"
-#include "station/paths.h"
+#include "station/places.h"
 
 #include <QObject>
 
@@ -11,7 +11,7 @@ QString databaseFolderProblem(const FileSystem &files, const QString &folder, bo
     if (!folder.isEmpty() && !files.folderExists(folder)) {
         return QObject::tr("Deze map bestaat niet.");
     }
-    const bool lacksTracks = used && !files.fileExists(joined(folder, QStringLiteral("\\digital.mdb")));
+    const bool lacksTracks = used && !files.fileExists(Places::tracks(folder));
     return lacksTracks ? QObject::tr("In deze map staat geen digital.mdb.") : QString();
 }
 

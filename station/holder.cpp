@@ -1,6 +1,7 @@
 #include "station/holder.h"
 
 #include <QDateTime>
+#include <QDir>
 #include <QJsonDocument>
 #include <QJsonObject>
 #include <QSysInfo>
@@ -8,7 +9,7 @@
 namespace orvel {
 
 Holder presentHolder() {
-    const QString user = qEnvironmentVariable("USER", qEnvironmentVariable("USERNAME", QStringLiteral("onbekend")));
+    const QString user = qEnvironmentVariable("USER", qEnvironmentVariable("USERNAME", QDir::home().dirName()));
     return {user, QSysInfo::machineHostName(),
             QDateTime::currentDateTime().toString(QStringLiteral("dd-MM-yyyy HH:mm"))};
 }

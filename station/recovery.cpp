@@ -3,6 +3,7 @@
 #include "platform/file_system.h"
 #include "station/ignore_errors.h"
 #include "station/paths.h"
+#include "station/places.h"
 
 #include <QDateTime>
 #include <QFileInfo>
@@ -75,7 +76,7 @@ std::optional<KeptKind> kindOf(const QString &name) {
 } // namespace
 
 Recovery::Recovery(FileSystem &files, const QString &programFolder)
-    : files_(files), folder_(joined(programFolder, QStringLiteral("\\herstel"))) {}
+    : files_(files), folder_(Places(programFolder).recoveryFolder()) {}
 
 QString Recovery::newPlace(const QString &path) const {
     qint64 number = 0;

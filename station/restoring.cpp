@@ -4,23 +4,25 @@
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
 #include "station/paths.h"
+#include "station/places.h"
 
+#include <QFileInfo>
 #include <QObject>
 
 namespace orvel {
 
 namespace {
 
-QString folderName(KeptKind kind) {
+QString folderOf(KeptKind kind, const Places &places) {
     switch (kind) {
     case KeptKind::Take:
-        return QStringLiteral("temp");
+        return places.tempFolder();
     case KeptKind::VoiceTrack:
-        return QStringLiteral("ok");
+        return places.okFolder();
     case KeptKind::Playlist:
         break;
     }
-    return QStringLiteral("new");
+    return places.newFolder();
 }
 
 /// Where people look for a kind.
@@ -50,9 +52,19 @@ QString kindName(KeptKind kind) {
     return QObject::tr("Playlist");
 }
 
-Restoring::Result Restoring::putBack(const KeptFile &kept) {
+QString takeNameOf(const KeptFile &kept) {
+    const QString name = QFileInfo(kept.name).completeBaseName();
+    const QString raw = QStringLiteral(".ruw");
+    return name.endsWith(raw) ? name.chopped(raw.size()) : name;
+}
+
+Restoring::Result Restoring::putBack(const KeptFile &file) {
+    KeptFile kept = file;
+    if (kept.kind == KeptKind::Take) {
+        kept.name = takeNameOf(file) + QStringLiteral(".wav");
+    }
     const QString place = placeName(kept.kind);
-    const QString folder = joined(context_.programFolder, u'\\' + folderName(kept.kind));
+    const QString folder = folderOf(kept.kind, Places(context_.programFolder));
     const QString takeRuns = QObject::tr("Er loopt een opname. Zet terug als die gestopt is.");
     if (context_.takeRuns()) {
         return {false, false, takeRuns};

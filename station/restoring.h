@@ -19,6 +19,9 @@ struct RestoringContext {
     std::function<bool()> takeRuns;
 };
 
+/// The name that a kept take had, without an extension: also of one that was kept as it was before processing.
+QString takeNameOf(const KeptFile &kept);
+
 /// Puts kept files back where the program looks for them: playlists to do in "\new", takes in "\temp", voice tracks in
 /// "\ok".
 class Restoring {

@@ -161,7 +161,7 @@ void frmMain::recovered(const KeptFile &kept, bool replaced) {
     if (kept.kind == KeptKind::Playlist) {
         refreshLists(replaced ? QStringList{kept.name} : QStringList{});
     } else if (kept.kind == KeptKind::Take) {
-        workplace_.showTake(QFileInfo(kept.name).completeBaseName());
+        workplace_.showTake(takeNameOf(kept));
     }
 }
 

@@ -3,10 +3,10 @@
 #include "platform/audio.h"
 #include "platform/runtime_error.h"
 #include "windows/on.h"
+#include "windows/whole_rows.h"
 
 #include <QHBoxLayout>
 #include <QHeaderView>
-#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
 #include <algorithm>
@@ -25,36 +25,13 @@ QPushButton *button(QWidget *parent, const char *name, const QString &caption, c
     return made;
 }
 
-/// A row is chosen, not a cell: none of them is painted apart.
-class WholeRows : public QStyledItemDelegate {
-  public:
-    using QStyledItemDelegate::QStyledItemDelegate;
-
-  protected:
-    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override {
-        QStyledItemDelegate::initStyleOption(option, index);
-        option->state.setFlag(QStyle::State_HasFocus, false);
-    }
-};
-
 void setUp(QTableWidget &list) {
     list.setObjectName(QStringLiteral("lstKept"));
     list.setAccessibleName(QObject::tr("Bewaarde bestanden"));
     list.setColumnCount(Columns);
     list.setHorizontalHeaderLabels({QObject::tr("Soort"), QObject::tr("Naam"), QObject::tr("Bewaard op")});
-    list.horizontalHeader()->setDefaultAlignment(Qt::AlignLeft | Qt::AlignVCenter);
-    list.horizontalHeader()->setHighlightSections(false);
-    list.horizontalHeader()->setSectionResizeMode(QHeaderView::ResizeToContents);
+    showWholeRows(list);
     list.horizontalHeader()->setSectionResizeMode(NameColumn, QHeaderView::Stretch);
-    list.verticalHeader()->hide();
-    list.verticalHeader()->setDefaultSectionSize(list.fontMetrics().height() * 8 / 5);
-    list.setSelectionBehavior(QAbstractItemView::SelectRows);
-    list.setSelectionMode(QAbstractItemView::SingleSelection);
-    list.setEditTriggers(QAbstractItemView::NoEditTriggers);
-    list.setShowGrid(false);
-    list.setTabKeyNavigation(false);
-    list.setWordWrap(false);
-    list.setItemDelegate(new WholeRows(&list));
 }
 
 } // namespace

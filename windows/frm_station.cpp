@@ -2,7 +2,7 @@
 
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
-#include "station/paths.h"
+#include "station/places.h"
 #include "windows/on.h"
 
 #include <QHBoxLayout>
@@ -44,7 +44,7 @@ void frmStation::fillStations(const QString &programFolder) {
     stations_.setColumnCount(StationColumnCount);
     addStation(QStringLiteral("Algemeen"), QStringLiteral("999"));
     try {
-        datSync = platform_.databases.open(joined(programFolder, QStringLiteral("\\syncstations.mdb")))
+        datSync = platform_.databases.open(Places(programFolder).stationList())
                       ->query(QStringLiteral("SELECT * FROM Stations ORDER BY [Stationname]"));
         if (datSync->recordCount() != 0) {
             for (datSync->moveFirst(); !datSync->endOfFile(); datSync->moveNext()) {

@@ -4,11 +4,11 @@
 #include "platform/guarded.h"
 #include "platform/runtime_error.h"
 #include "windows/on.h"
+#include "windows/whole_rows.h"
 
 #include <QDateTime>
 #include <QFileInfo>
 #include <QHBoxLayout>
-#include <QHeaderView>
 #include <QScopeGuard>
 #include <QVBoxLayout>
 
@@ -71,12 +71,7 @@ void frmUnfiled::layOut() {
     lstTakes->setAccessibleName(tr("Opnames die nog niet bewaard zijn"));
     lstTakes->setColumnCount(TakeColumnCount);
     lstTakes->setHorizontalHeaderLabels({tr("Opname"), tr("Playlist"), tr("Stap"), tr("Opgenomen"), tr("Toestand")});
-    lstTakes->verticalHeader()->hide();
-    lstTakes->setSelectionBehavior(QAbstractItemView::SelectRows);
-    lstTakes->setSelectionMode(QAbstractItemView::SingleSelection);
-    lstTakes->setEditTriggers(QAbstractItemView::NoEditTriggers);
-    lstTakes->setShowGrid(false);
-    lstTakes->setTabKeyNavigation(false);
+    showWholeRows(*lstTakes);
     lstTakes->setMinimumSize(fontMetrics().averageCharWidth() * 90, line * 10);
     lblResult->setObjectName(QStringLiteral("lblResult"));
     lblResult->setAccessibleDescription(tr("Wat er met de opname gebeurde"));
@@ -105,7 +100,6 @@ void frmUnfiled::fill() {
             lstTakes->setItem(i, column, new QTableWidgetItem(cells.at(column)));
         }
     }
-    lstTakes->resizeColumnsToContents();
     lstTakes->horizontalHeader()->setStretchLastSection(true);
     if (!takes_.empty()) {
         lstTakes->selectRow(0);

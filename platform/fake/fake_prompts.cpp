@@ -38,7 +38,7 @@ class FakeWaitingSign : public WaitingSign {
 
 class FakeProgressSign : public ProgressSign {
   public:
-    explicit FakeProgressSign(const QString &stopAt) : stopAt_(stopAt) {}
+    explicit FakeProgressSign(QString stopAt) : stopAt_(std::move(stopAt)) {}
 
     void advance(const QString &what, int /*step*/) override { stopped_ = stopped_ || what == stopAt_; }
     [[nodiscard]] bool isStopped() const override { return stopped_; }

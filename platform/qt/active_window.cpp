@@ -1,6 +1,7 @@
 #include "platform/qt/active_window.h"
 
 #include <QApplication>
+#include <QWidget>
 
 #include <algorithm>
 

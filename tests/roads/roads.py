@@ -10,13 +10,14 @@ import sys
 import recording_roads
 import share_roads
 import sound_roads
+import take_roads
 import window_roads
 from road import Road
 from share import Skipped
 from sound_servers import SERVERS
 
 ROADS = {road.__name__: road for road in recording_roads.ROADS + share_roads.ROADS + sound_roads.ROADS +
-         window_roads.ROADS}
+         take_roads.ROADS + window_roads.ROADS}
 SKIPPED = 77  # CTest's agreed exit code
 
 

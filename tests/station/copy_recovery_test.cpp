@@ -302,8 +302,8 @@ TEST(TakeFile, OnlyNamesThatLeaveTheFolderOrThatThisDiskDoesNotTakeAreBad) {
     EXPECT_EQ(number(QString(101, QChar(0xE9))), 52) << "bytes count, not characters";
     EXPECT_EQ(number(QString(QChar(0xD800))), 52);
     // "Wat nu?" was refused, though nothing but a disk's own rules speaks against it.
-    for (const char *name :
-         {"", "...", "..x", "console", "com10", "50% 'n été & meer", " x ", "Wat nu?", "a:b", "\"a\"", "con", "..\\x"}) {
+    for (const char *name : {"", "...", "..x", "console", "com10", "50% 'n été & meer", " x ", "Wat nu?", "a:b",
+                             "\"a\"", "con", "..\\x"}) {
         EXPECT_EQ(number(QString::fromUtf8(name)), 0) << name;
     }
     EXPECT_EQ(number(QString(200, u'x')), 0);
