@@ -4,6 +4,7 @@
 
 #include <QObject>
 
+#include <functional>
 #include <type_traits>
 #include <utility>
 
@@ -13,7 +14,7 @@ namespace orvel {
 /// anything that can be called, with the signal's arguments or with none.
 template <class Sender, class Signal, class Receiver, class Handler>
 QMetaObject::Connection on(Sender *sender, Signal signal, Receiver *receiver, Handler handler) {
-    return QObject::connect(sender, signal, receiver, [receiver, handler](auto &&...arguments) {
+    return QObject::connect(sender, signal, receiver, [receiver, handler](auto &&...arguments) -> void {
         static_cast<void>(receiver); // only a member function needs it
         guarded([&] {
             if constexpr (std::is_member_function_pointer_v<Handler>) {
