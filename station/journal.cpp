@@ -35,7 +35,6 @@ QByteArray toJson(const JournalEntry &entry) {
                                      {QStringLiteral("stap"), entry.stap},
                                      {QStringLiteral("phase"), phaseName(entry.phase)},
                                      {QStringLiteral("markBefore"), entry.markBefore},
-                                     {QStringLiteral("moved"), entry.moved},
                                      {QStringLiteral("target"), entry.target},
                                      {QStringLiteral("begun"), entry.begun}})
         .toJson();
@@ -49,8 +48,8 @@ std::optional<JournalEntry> fromJson(const QByteArray &text) {
     }
     return JournalEntry{object[QStringLiteral("name")].toString(),     object[QStringLiteral("playlist")].toString(),
                         object[QStringLiteral("stap")].toInt(),        *phase,
-                        object[QStringLiteral("markBefore")].toBool(), object[QStringLiteral("moved")].toString(),
-                        object[QStringLiteral("target")].toString(),   object[QStringLiteral("begun")].toString()};
+                        object[QStringLiteral("markBefore")].toBool(), object[QStringLiteral("target")].toString(),
+                        object[QStringLiteral("begun")].toString()};
 }
 
 } // namespace

@@ -23,7 +23,6 @@ struct JournalEntry {
     int stap = 0;     ///< of the step
     Phase phase = Phase::Recording;
     bool markBefore = false; ///< the step's mark before it was filed
-    QString moved;           ///< where the take was moved while it is being filed; empty when it still lies in temp
     QString target;          ///< the voice track that is being filed
     QString begun;           ///< local time of the recording, for people
 

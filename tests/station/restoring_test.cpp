@@ -58,6 +58,13 @@ TEST_F(Restores, EachKindGoesWhereTheProgramLooksForIt) {
     EXPECT_TRUE(recovery.kept().empty());
 }
 
+TEST_F(Restores, ATakeAsItWasBeforeProcessingComesBackUnderItsOwnName) {
+    const KeptFile raw = keep("VT1.ruw.wav", "ruw");
+    EXPECT_EQ(takeNameOf(raw), QStringLiteral("VT1"));
+    EXPECT_TRUE(restoring.putBack(raw).done);
+    EXPECT_EQ(contentOf(folder.path("temp/VT1.wav")), "ruw");
+}
+
 TEST_F(Restores, WhatHasTheNameIsReplacedOnYesOnlyAndKept) {
     const KeptFile kept = keep("VT1.wav", "eerste");
     writeContent(folder.path("temp/VT1.wav"), "tweede");
