@@ -7,14 +7,14 @@ Allowed allowed(SessionState state, const DeskMode &mode, const StepFacts &step,
     const bool takeRuns = state == SessionState::CountingDown || state == SessionState::Recording;
     const bool isFree = idle || takeRuns || state == SessionState::Listening;
     Allowed result;
-    result.cmdRec = (idle || takeRuns) && (mode.recorderOnly || step.hasFile);
+    result.cmdRec = (idle || takeRuns) && (mode.RecorderOnly || step.hasFile);
     result.cmdPlay = state == SessionState::Listening || (idle && take.canListen);
     result.cmdSave = idle && take.canSave;
-    result.cmdImport = (idle || takeRuns) && step.hasFile && !mode.recorderOnly;
+    result.cmdImport = (idle || takeRuns) && step.hasFile && !mode.RecorderOnly;
     result.cmdMultivoice = mode.hasStations;
-    result.lists = isFree && !mode.recorderOnly;
-    result.dbgLijst = isFree && !mode.recorderOnly;
-    result.playlistTools = !mode.recorderOnly;
+    result.lists = isFree && !mode.RecorderOnly;
+    result.dbgLijst = isFree && !mode.RecorderOnly;
+    result.playlistTools = !mode.RecorderOnly;
     return result;
 }
 

@@ -14,7 +14,7 @@ enum class SessionState {
 
 /// What the program was started for.
 struct DeskMode {
-    bool recorderOnly = false; ///< the plain recorder
+    bool RecorderOnly = false; ///< the plain recorder
     bool hasStations = false;  ///< there is a station list
 };
 

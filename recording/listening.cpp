@@ -27,7 +27,7 @@ QString Listening::caption() const {
 }
 
 void Listening::cmdPlay_Click() {
-    if (!context_.step.StepSelected && !context_.session.mode.recorderOnly) {
+    if (!context_.step.StepSelected && !context_.session.mode.RecorderOnly) {
         return;
     }
     if (player_->state() == WavePlayer::playing) {

@@ -52,13 +52,13 @@ QString TakeSession::caption() const {
 }
 
 QString TakeSession::fileName() const {
-    const bool isNamed = mode.recorderOnly && !context_.step.VoiceTrackName.isEmpty();
+    const bool isNamed = mode.RecorderOnly && !context_.step.VoiceTrackName.isEmpty();
     return isNamed ? context_.step.VoiceTrackName : shownFileName(context_.step);
 }
 
 Take TakeSession::currentTake() const {
     const CurrentStep &step = context_.step;
-    if (mode.recorderOnly) {
+    if (mode.RecorderOnly) {
         return {Take::Kind::Recorder, {{}, 0, step.VoiceTrackName}, {}};
     }
     return {Take::Kind::Playlist, {context_.playlist.fileName(), step.stap, step.VoiceTrackName}, {}};
@@ -72,7 +72,7 @@ void TakeSession::enter(SessionState state) {
     tmrRec->setEnabled(records);
     tmrWatch_->setEnabled(records);
     const bool takeRuns = records || state == SessionState::CountingDown || state == SessionState::Processing;
-    context_.step.PlaylistTakeRunning = takeRuns && !mode.recorderOnly;
+    context_.step.PlaylistTakeRunning = takeRuns && !mode.RecorderOnly;
     if (state == SessionState::Processing || state == SessionState::Idle) {
         context_.levels(0.0F, 0.0F);
     }
@@ -93,7 +93,7 @@ void TakeSession::cmdRec_Click() {
 }
 
 bool TakeSession::chooseTake() {
-    return mode.recorderOnly ? chooseName() : chooseStep();
+    return mode.RecorderOnly ? chooseName() : chooseStep();
 }
 
 bool TakeSession::chooseName() {
@@ -239,7 +239,7 @@ void TakeSession::stop() {
 
 void TakeSession::failedToStart() {
     context_.takes.abandon(take_);
-    if (!mode.recorderOnly && markBefore_) {
+    if (!mode.RecorderOnly && markBefore_) {
         // The step is as it was before: its voice track is still there.
         ignoringErrors([&] { context_.marks.mark(take_.step, true); });
         context_.step.isImported = true;
@@ -250,7 +250,7 @@ void TakeSession::failedToStart() {
 
 void TakeSession::backToIdle() {
     PlayFlag = false;
-    if (!mode.recorderOnly) {
+    if (!mode.RecorderOnly) {
         // Still while the handlers sleep: the labels and the bar stay as the take left them.
         context_.showRow(context_.step.row);
     }
@@ -270,7 +270,7 @@ void TakeSession::stepSelected() {
 
 void TakeSession::lookAtTake() {
     const CurrentStep &step = context_.step;
-    const bool hasName = step.StepSelected || mode.recorderOnly;
+    const bool hasName = step.StepSelected || mode.RecorderOnly;
     facts_.canSave = hasName && !step.VoiceTrackName.isEmpty() && context_.takes.isKept(currentTake());
     // A row that is no presentation step leaves listening as it was.
     facts_.canListen = facts_.canSave || (step.times.visible ? step.isImported : facts_.canListen);

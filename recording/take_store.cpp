@@ -55,12 +55,7 @@ JournalEntry TakeStore::entryOf(const Take &take, JournalEntry::Phase phase) {
 void TakeStore::begin(const Take &take) {
     const QString wav = places_.take(take.name());
     earlier_ = {files_.fileExists(wav) ? recovery_.keep(wav) : QString(), journal_.entry(take.name())};
-    try {
-        journal_.write(entryOf(take, JournalEntry::Phase::Recording));
-    } catch (...) {
-        abandon(take);
-        throw;
-    }
+    journal_.write(entryOf(take, JournalEntry::Phase::Recording));
 }
 
 void TakeStore::keep(const Take &take) {

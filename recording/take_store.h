@@ -34,8 +34,8 @@ class TakeStore {
     /// Whether there is a take of exactly this step, with something in it.
     [[nodiscard]] bool isKept(const Take &take) const;
 
-    /// Before the recorder starts: an earlier take of that name goes to recovery. Throws what the disk throws; the
-    /// earlier one is then where it was.
+    /// Before the recorder starts: an earlier take of that name goes to recovery. Throws what the disk throws; like any
+    /// start that fails it is then to be abandoned.
     void begin(const Take &take);
     /// The recording is complete.
     void keep(const Take &take);

@@ -75,16 +75,16 @@ void ProcessorSettings::set(std::string_view key, std::int32_t value) {
 }
 
 void LoadSettings(FileSystem &files, const QString &programFolder, Settings &settings, ProcessorSettings &processor) {
-    const IniFile file = settingsFile(files, programFolder);
+    const IniFile iniCon = settingsFile(files, programFolder);
     for (const SettingsKey &key : settingsKeys()) {
-        const QString text = file.value(QString::fromLatin1(key.section), QString::fromLatin1(key.key));
+        const QString text = iniCon.value(QString::fromLatin1(key.section), QString::fromLatin1(key.key));
         std::visit([&](auto field) { convert(text, settings.*field, key.whenBad); }, key.field);
     }
     settings.NewPath = Places(programFolder).newFolder();
     settings.OkPath = Places(programFolder).okFolder();
     settings.UseProcessor = true;
     for (ProcessorSettings::Value &value : processor.values()) {
-        const QString text = file.value(processorSection, QString::fromLatin1(value.key));
+        const QString text = iniCon.value(processorSection, QString::fromLatin1(value.key));
         Truth isOn;
         convert(text, isOn, 0);
         convert(text, value.value, 0);
@@ -93,33 +93,33 @@ void LoadSettings(FileSystem &files, const QString &programFolder, Settings &set
 }
 
 DriveMap loadDrives(FileSystem &files, const QString &programFolder) {
-    const IniFile file = settingsFile(files, programFolder);
+    const IniFile iniCon = settingsFile(files, programFolder);
     const QString section = QStringLiteral("Drives");
     DriveMap drives(files, programFolder);
-    const QStringList letters = file.keys(section);
+    const QStringList letters = iniCon.keys(section);
     for (const QString &letter : letters) {
-        drives.set(letter.front(), file.value(section, letter));
+        drives.set(letter.front(), iniCon.value(section, letter));
     }
     return drives;
 }
 
 void saveAudio(FileSystem &files, const QString &programFolder, const StoredCard &card,
                const ProcessorSettings &processor) {
-    IniFile file = settingsFile(files, programFolder);
+    IniFile iniCon = settingsFile(files, programFolder);
     Settings settings;
     settings.RecCard = static_cast<std::int16_t>(card.position);
     settings.RecCardName = card.name;
-    write(file, WrittenBy::EndOfProgram, settings);
+    write(iniCon, WrittenBy::EndOfProgram, settings);
     for (const ProcessorSettings::Value &value : processor.values()) {
-        file.setValue(processorSection, QString::fromLatin1(value.key), QString::number(value.value));
+        iniCon.setValue(processorSection, QString::fromLatin1(value.key), QString::number(value.value));
     }
-    file.save();
+    iniCon.save();
 }
 
 void saveSetup(FileSystem &files, const QString &programFolder, const Settings &settings) {
-    IniFile file = settingsFile(files, programFolder);
-    write(file, WrittenBy::Setup, settings);
-    file.save();
+    IniFile iniCon = settingsFile(files, programFolder);
+    write(iniCon, WrittenBy::Setup, settings);
+    iniCon.save();
 }
 
 } // namespace orvel

@@ -156,7 +156,7 @@ void frmMain::loadSettings() {
 
 bool frmMain::takeStation() {
     StationLock &lock = workplace_.lock;
-    return workplace_.session.mode.recorderOnly || lock.get() ||
+    return workplace_.session.mode.RecorderOnly || lock.get() ||
            platform_.prompts.waitUntil(lock.sentence(), QStringLiteral("ORVEL"), [&lock] { return lock.get(); });
 }
 
@@ -216,7 +216,7 @@ void frmMain::checkVoiceTrackFolder() {
 }
 
 void frmMain::readCommandLine() {
-    workplace_.session.mode.recorderOnly = commandLine_.toUpper() == QStringLiteral("-RECORDER");
+    workplace_.session.mode.RecorderOnly = commandLine_.toUpper() == QStringLiteral("-RECORDER");
 }
 
 void frmMain::tlbMain_ButtonClick(int index) {

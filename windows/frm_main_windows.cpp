@@ -166,7 +166,7 @@ void frmMain::recovered(const KeptFile &kept, bool replaced) {
 }
 
 void frmMain::showUnfiled() {
-    std::vector<UnfiledTake> takes = workplace_.unfinished.settle(workplace_.session.mode.recorderOnly);
+    std::vector<UnfiledTake> takes = workplace_.unfinished.settle(workplace_.session.mode.RecorderOnly);
     if (takes.empty()) {
         return;
     }

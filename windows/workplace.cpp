@@ -23,7 +23,7 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
       lock(platform.files, places) {}
 
 void Workplace::showTake(const QString &name) {
-    if (session.mode.recorderOnly) {
+    if (session.mode.RecorderOnly) {
         step.VoiceTrackName = name;
     }
     for (int row = 0; datList.isOpen() && row < datList.stepCount(); ++row) {

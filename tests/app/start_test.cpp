@@ -100,7 +100,7 @@ TEST_F(Station, TheChosenCardIsTheRecorders) {
 
 TEST_F(Station, OnlyTheWholeArgumentStartsTheRecorder) {
     ASSERT_TRUE(start(QStringLiteral("-recorder")));
-    EXPECT_TRUE(window->workplace().session.mode.recorderOnly);
+    EXPECT_TRUE(window->workplace().session.mode.RecorderOnly);
     EXPECT_FALSE(window->panels().filePanel->tabFiles->isEnabled());
     EXPECT_FALSE(window->panels().gridPanel->dbgLijst->isEnabled());
     EXPECT_FALSE(window->panels().savePanel->cmdImport->isEnabled());
@@ -108,7 +108,7 @@ TEST_F(Station, OnlyTheWholeArgumentStartsTheRecorder) {
     EXPECT_FALSE(window->panels().tlbMain->actions().at(2)->isEnabled());
     EXPECT_TRUE(window->panels().tlbMain->actions().at(3)->isEnabled());
     ASSERT_TRUE(start(QStringLiteral("-RECORDER x")));
-    EXPECT_FALSE(window->workplace().session.mode.recorderOnly);
+    EXPECT_FALSE(window->workplace().session.mode.RecorderOnly);
     EXPECT_TRUE(window->panels().filePanel->tabFiles->isEnabled());
 }
 

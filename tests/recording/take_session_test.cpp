@@ -122,6 +122,21 @@ TEST_F(Desk, ACardThatBringsNothingMakesNoTakeAndTheEarlierOneComesBack) {
     EXPECT_TRUE(may().cmdSave);
 }
 
+TEST_F(Desk, AFullDiskAtTheStartLeavesTheEarlierTakeAndWhatIsKnownOfIt) {
+    select(link1);
+    record(500);
+    const QByteArray before = disk.read(places.take(QStringLiteral("LINK1")));
+    const auto entry = journal.entry(QStringLiteral("LINK1"));
+    session.cmdRec_Click();
+    timers.advance(2000);
+    files.fail(FaultyFileSystem::Operation::Write, QStringLiteral(".take"), ErrorNumber::DiskFull);
+    EXPECT_THROW(timers.advance(1000), RuntimeError);
+    EXPECT_EQ(session.state(), SessionState::Idle);
+    EXPECT_EQ(disk.read(places.take(QStringLiteral("LINK1"))), before);
+    EXPECT_EQ(journal.entry(QStringLiteral("LINK1")), entry);
+    EXPECT_TRUE(may().cmdSave);
+}
+
 TEST_F(Desk, ANameThatAnotherProgramUsesIsRefused) {
     // Two programs on one station lost takes silently.
     const auto other = disk.tryLock(places.takeLock(QStringLiteral("LINK1")), "zij");
