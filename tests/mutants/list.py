@@ -104,7 +104,7 @@ behaviour(
      "    for (const QString &path : paths) {\n        ignoringErrors([&] { context_.recovery.keep(path); });\n    }"),
 )
 behaviour(
-    RECORDING, "Desk.AFinishedPlaylist*", "playlist/completion.cpp",
+    RECORDING, "Finishing.*", "playlist/completion.cpp",
     ("an existing finished playlist stays", "files.copy(toDo, finished);",
      "if (!files.fileExists(finished)) {\n            files.copy(toDo, finished);\n        }"),
     ("a replaced finished playlist is not kept", "if (files.fileExists(finished)) {", "if (finished.isEmpty()) {"),
@@ -152,7 +152,7 @@ behaviour(
      "    if (recorded)"),
 )
 behaviour(
-    RECORDING, "Desk.AVoiceTrackThatIsGoneFromTheServerPlaysNothing", "recording/listening.cpp",
+    RECORDING, "Listens.AVoiceTrackThatIsGoneFromTheServerPlaysNothing", "recording/listening.cpp",
     ("a voice track that is gone from the server is played",
      "    if (!context_.platform.files.fileExists(path)) {\n        return;\n    }\n", ""),
     ("the server's voice track is looked for at home", "return context_.settings.ServerMode ?",
@@ -229,7 +229,7 @@ behaviour(
      "        done += 0;\n"),
 )
 behaviour(
-    RECORDING, "Desk.SavingStopsTheTakeThatPlays", "production/saving.cpp",
+    RECORDING, "Listens.SavingStopsTheTakeThatPlays", "production/saving.cpp",
     ("saving leaves the take playing", "cmdSave_Click() {\n    context_.listening.interrupt();", "cmdSave_Click() {"),
 )
 behaviour(

@@ -82,7 +82,8 @@ TEST_F(PlaylistTimes, AStepZeroHasNoTimes) {
 }
 
 TEST_F(ChosenForPreview, TracksAndJinglesOnlyAndNotDuringATake) {
-    open(QStringLiteral("lijst.mdb"), {{1, TrackStep, 0, 0}, {2, PresStep, 0, 0}, {3, JingleStep, 0, 0}, {4, 20, 0, 0}});
+    open(QStringLiteral("lijst.mdb"),
+         {{1, TrackStep, 0, 0}, {2, PresStep, 0, 0}, {3, JingleStep, 0, 0}, {4, 20, 0, 0}});
     EXPECT_FALSE(choosePreview(playlist, 0, step)) << "before a step was selected";
     step.previewAllowed = true;
     EXPECT_TRUE(choosePreview(playlist, 0, step));

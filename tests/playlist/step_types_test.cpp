@@ -7,9 +7,7 @@ namespace orvel {
 
 // Codes beside a range were taken for events, and 4 and 5 for each other, without a test that noticed.
 TEST(StepTypes, EveryCodeHasItsStyle) {
-    const auto named = [](int type, const char *style) {
-        EXPECT_EQ(styleName(type).toStdString(), style) << type;
-    };
+    const auto named = [](int type, const char *style) { EXPECT_EQ(styleName(type).toStdString(), style) << type; };
     named(1, "Track");
     named(2, "Pres");
     named(3, "Jingle");

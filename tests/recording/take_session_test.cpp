@@ -225,4 +225,14 @@ TEST_F(Desk, WithoutTheProcessorATakeStaysRaw) {
     EXPECT_TRUE(exists(QStringLiteral("temp/LINK1.wav")));
 }
 
+TEST_F(Desk, WithoutTheProcessorWhatIsEncodedIsFiled) {
+    settings.UseProcessor = false;
+    select(link1);
+    disk.write(path(QStringLiteral("temp/LINK1.mp3")), "al omgezet");
+    saving.cmdSave_Click();
+    EXPECT_EQ(disk.read(path(QStringLiteral("ok/LINK1.mp3"))), "al omgezet");
+    EXPECT_TRUE(isMarked(link1));
+    EXPECT_TRUE(audioFiles.created.isEmpty()) << "nothing is encoded";
+}
+
 } // namespace orvel
