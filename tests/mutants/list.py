@@ -242,7 +242,7 @@ behaviour(
      'setCaption(QStringLiteral("Comprimeert"))'),
 )
 behaviour(
-    APP, "Convert.ABatchFillsThePresentationsInOrder", "windows/frm_convert.cpp",
+    APP, "Convert.ABatchBeginsWithTheFirstFileSelected", "windows/frm_convert.cpp",
     ("a batch selects no file", "    browser->selectFile(0);\n", ""),
 )
 

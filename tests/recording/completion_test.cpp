@@ -12,8 +12,10 @@ class Finishing : public Desk {
     Finishing() {
         disk.write(path(QStringLiteral("new/avond.mdb")), "nieuw");
         for (int row = 0; row < playlist.stepCount(); ++row) {
-            playlist.setValue(row, AtrackColumn, QVariant());
             playlist.setValue(row, ImportedColumn, true);
+        }
+        for (const char *name : {"LINK1", "LINK2"}) {
+            disk.write(path(QStringLiteral("ok/%1.mp3").arg(QLatin1String(name))), "klank");
         }
         prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), true);
     }
