@@ -395,4 +395,22 @@ TEST_F(Convert, ALargeMp3FileIsCopiedWithProgressAndCanBeStopped) {
     EXPECT_TRUE(imported(slots_.first()));
 }
 
+TEST_F(Convert, ABatchBeginsWithTheFirstFileSelected) {
+    openConvert(QStringLiteral("deleted-rows.mdb"));
+    const auto count = static_cast<int>(slots_.size());
+    for (int slot = 0; slot < count; ++slot) {
+        makeSound(QStringLiteral("%1.wav").arg(slot, 3, 10, QChar(u'0')), 400, slot == 0 ? 60 : 0.3);
+    }
+    convert->browser->refresh();
+    convert->browser->selectFile(count - 1);
+    QStringList selected;
+    QTimer beat;
+    QObject::connect(&beat, &QTimer::timeout, [&] { selected << convert->browser->selectedFile(); });
+    beat.start(5);
+    click(convert->cmdBatch);
+    beat.stop();
+    ASSERT_FALSE(selected.isEmpty());
+    EXPECT_EQ(selected.first(), QStringLiteral("000.wav"));
+}
+
 } // namespace orvel

@@ -462,4 +462,14 @@ TEST_F(Recording, AMissingWorkFolderEndsTheProgramAlsoWhenTheCardVanishes) {
     EXPECT_TRUE(exists(takeFileName()));
 }
 
+TEST_F(Recording, TheNoticeIsThereWhileATakeRuns) {
+    openDemo(QStringLiteral("[Program]\nCountdown=0"));
+    EXPECT_FALSE(rec->lblOpname->isVisible());
+    beginRecording();
+    EXPECT_TRUE(rec->lblOpname->isVisible());
+    EXPECT_EQ(rec->lblOpname->text(), QStringLiteral("OPNAME LOOPT"));
+    click(rec->cmdRec);
+    EXPECT_FALSE(rec->lblOpname->isVisible());
+}
+
 } // namespace orvel

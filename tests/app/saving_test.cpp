@@ -490,4 +490,27 @@ TEST_F(SavingTakes, ATakeThatStartsBehindTheQuestionKeepsItsPlaylist) {
     EXPECT_TRUE(window->workplace().datList.isOpen());
 }
 
+TEST_F(SavingTakes, WhileItIsEncodedTheGaugeAndTheHourglassAreShown) {
+    openDemo();
+    record(60000);
+    const Gauge &gauge = *window->panels().savePanel->barProgress;
+    int looks = 0;
+    QTimer beat;
+    QObject::connect(&beat, &QTimer::timeout, [&] {
+        ++looks;
+        EXPECT_TRUE(gauge.isVisible());
+        EXPECT_EQ(gauge.caption(), QStringLiteral("Comprimeert bestand"));
+        const QCursor *cursor = QGuiApplication::overrideCursor();
+        ASSERT_NE(cursor, nullptr);
+        EXPECT_EQ(cursor->shape(), Qt::WaitCursor);
+    });
+    beat.start(20);
+    save();
+    beat.stop();
+    EXPECT_GT(looks, 2);
+    EXPECT_EQ(QGuiApplication::overrideCursor(), nullptr);
+    EXPECT_FALSE(gauge.isVisible());
+    EXPECT_EQ(gauge.value(), 0);
+}
+
 } // namespace orvel

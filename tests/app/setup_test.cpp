@@ -325,8 +325,10 @@ TEST_F(Setup, TheServerAndDataBoxesShowTheSettingsAndTheLastRateIsThreeFifty) {
     EXPECT_TRUE(setup->chkServer->isChecked());
     EXPECT_EQ(setup->cobBitrate->currentText(), QStringLiteral("350 Kbit/Sec"));
     setup->chkServer->setChecked(false);
+    setup->chkData->setChecked(false);
     save();
     EXPECT_TRUE(holds(QStringLiteral("Server=0")));
+    EXPECT_TRUE(holds(QStringLiteral("Network=0")));
     EXPECT_FALSE(window->workplace().settings.ServerMode);
     EXPECT_TRUE(holds(QStringLiteral("BitRate=4")));
 }

@@ -274,4 +274,26 @@ TEST_F(Station, AFolderThatCannotBeMadeIsToldAtTheStart) {
     EXPECT_TRUE(exists(QStringLiteral("temp"))) << "the others are made all the same";
 }
 
+TEST_F(Station, TheDeskStartsWithTheFirstTabAndACountOfFour) {
+    ASSERT_TRUE(start());
+    EXPECT_EQ(window->panels().tabRec->currentIndex(), 0);
+    EXPECT_EQ(window->workplace().session.CountdownLeft, 4);
+}
+
+// Only the third button was looked at: printing and importing worked in the plain recorder.
+TEST_F(Station, TheRecorderHasNoPrintingImportOrExport) {
+    ASSERT_TRUE(start(QStringLiteral("-RECORDER")));
+    const QList<QAction *> buttons = window->panels().tlbMain->actions();
+    for (const int index : {1, 2, 3}) {
+        EXPECT_FALSE(buttons.at(index - 1)->isEnabled()) << index;
+    }
+    for (const int index : {4, 5, 6}) {
+        EXPECT_TRUE(buttons.at(index - 1)->isEnabled()) << index;
+    }
+    ASSERT_TRUE(start());
+    for (const QAction *button : window->panels().tlbMain->actions()) {
+        EXPECT_TRUE(button->isEnabled()) << button->text().toStdString();
+    }
+}
+
 } // namespace orvel

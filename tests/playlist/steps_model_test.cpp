@@ -7,6 +7,7 @@
 #include <QDateTime>
 #include <QSignalSpy>
 
+#include <array>
 #include <gtest/gtest.h>
 
 namespace orvel {
@@ -116,6 +117,23 @@ TEST_F(Steps, CaptionsAndLooksAreThoseOfTheTable) {
     EXPECT_EQ(ticks, QStringLiteral("T-----------------"));
     EXPECT_EQ(model.index(1, MixtypeColumn).data().toString(), QStringLiteral("Geen Mix"));
     EXPECT_EQ(model.index(1, AtrackColumn).data().toString(), QStringLiteral("VT2"));
+}
+
+TEST_F(Steps, EveryMixTypeHasItsName) {
+    open();
+    const std::array names = {"Geen Mix", "Normale Mix", "Intro", "Outtro"};
+    for (int code = 0; code < 4; ++code) {
+        playlist.setValue(0, MixtypeColumn, code);
+        EXPECT_EQ(model.index(0, MixtypeColumn).data().toString().toStdString(),
+                  names.at(static_cast<std::size_t>(code)));
+    }
+}
+
+TEST_F(Steps, TheTickIsThereForStepsThatAreDone) {
+    open();
+    playlist.setValue(1, ImportedColumn, true);
+    EXPECT_EQ(model.index(0, ImportedColumn).data(Qt::CheckStateRole), QVariant(Qt::Unchecked));
+    EXPECT_EQ(model.index(1, ImportedColumn).data(Qt::CheckStateRole), QVariant(Qt::Checked));
 }
 
 } // namespace orvel

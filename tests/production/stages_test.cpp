@@ -5,6 +5,7 @@
 
 #include <QCheckBox>
 
+#include <array>
 #include <gtest/gtest.h>
 
 namespace orvel {
@@ -115,6 +116,28 @@ TEST(Stages, EveryControlCanBeFoundAndHeard) {
         const auto *check = panel.findChild<QCheckBox *>(QString::fromLatin1(name));
         ASSERT_NE(check, nullptr) << name;
         EXPECT_EQ(check->accessibleName(), QString::fromLatin1(heard));
+    }
+}
+
+// The limits and steps stood in the table alone: a typing error there was the presenter's.
+TEST(Stages, EveryKnobHasItsUnitLimitsAndStep) {
+    const std::array wanted = {"Amp dB -15 15 1",      "Norm % 0 100 1",        "Trim dB -90 0 1",
+                               "Attack ms 0 1000 10",  "CompTresh dB -96 0 1",  "CompRate % 1 100 1",
+                               "CompRMS ms 0 1000 10", "RevDelay ms 0 1000 10", "RevDepth % 1 100 1",
+                               "RevDecay % 1 100 1",   "RevRate % 1 100 1"};
+    QStringList found;
+    for (const Stage &stage : stages()) {
+        for (const StageKnob &knob : stage.knobs) {
+            found << QStringLiteral("%1 %2 %3 %4 %5")
+                         .arg(QString::fromLatin1(knob.key), QString::fromUtf8(knob.unit))
+                         .arg(knob.minimum)
+                         .arg(knob.maximum)
+                         .arg(knob.step);
+        }
+    }
+    ASSERT_EQ(found.size(), static_cast<qsizetype>(wanted.size()));
+    for (std::size_t index = 0; index < wanted.size(); ++index) {
+        EXPECT_EQ(found.at(static_cast<qsizetype>(index)).toStdString(), wanted.at(index));
     }
 }
 

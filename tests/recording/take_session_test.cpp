@@ -202,4 +202,52 @@ TEST_F(Desk, ClosingTheProgramClosesTheTakeAndItIsOfferedNextTime) {
     EXPECT_EQ(journal.entry(QStringLiteral("LINK1"))->phase, JournalEntry::Phase::Kept);
 }
 
+TEST_F(Desk, BeforeTheFirstCountDownTheCounterIsFour) {
+    EXPECT_EQ(session.CountdownLeft, 4);
+}
+
+TEST_F(Desk, StartOpnameCountsFromNothing) {
+    select(link1);
+    session.StartOpname();
+    timers.advance(700);
+    session.StartOpname();
+    EXPECT_EQ(session.ElapsedMs(), 0);
+    timers.advance(50);
+    EXPECT_EQ(session.ElapsedMs(), 50);
+}
+
+// The time wrapped around to a negative one instead of reporting an overflow.
+TEST_F(Desk, TheTimeOverflowsThirtyTwoBits) {
+    session.StartOpname();
+    constexpr std::int32_t ticks = 2147483647 / 10;
+    for (std::int32_t tick = 0; tick < ticks; ++tick) {
+        session.tmrRec_Timer();
+    }
+    EXPECT_EQ(session.ElapsedMs(), 2147483640);
+    EXPECT_THROW(session.tmrRec_Timer(), RuntimeError);
+    EXPECT_EQ(session.ElapsedMs(), 2147483640);
+}
+
+TEST_F(Desk, WithoutTheProcessorATakeStaysRaw) {
+    int processed = 0;
+    process = [&](const QString &) { ++processed; };
+    select(link1);
+    record(300);
+    EXPECT_EQ(processed, 1);
+    settings.UseProcessor = false;
+    record(300);
+    EXPECT_EQ(processed, 1);
+    EXPECT_TRUE(exists(QStringLiteral("temp/LINK1.wav")));
+}
+
+TEST_F(Desk, WithoutTheProcessorWhatIsEncodedIsFiled) {
+    settings.UseProcessor = false;
+    select(link1);
+    disk.write(path(QStringLiteral("temp/LINK1.mp3")), "al omgezet");
+    saving.cmdSave_Click();
+    EXPECT_EQ(disk.read(path(QStringLiteral("ok/LINK1.mp3"))), "al omgezet");
+    EXPECT_TRUE(isMarked(link1));
+    EXPECT_TRUE(audioFiles.created.isEmpty()) << "nothing is encoded";
+}
+
 } // namespace orvel

@@ -4,6 +4,8 @@
 #include "tests/test_platform.h"
 #include "windows/frm_station.h"
 
+#include <QLabel>
+
 #include <gtest/gtest.h>
 
 namespace orvel {
@@ -48,6 +50,16 @@ TEST_F(Stations, AStationWithoutACodeIsRefused) {
     window.cmdSave_Click();
     EXPECT_EQ(saved, QStringList{QStringLiteral("02")});
     EXPECT_FALSE(window.isVisible());
+}
+
+TEST_F(Stations, TheQuestionNamesTheChooser) {
+    const frmStation window(platform, folder.path(), [](const QString &) { return true; });
+    const QString question = QStringLiteral("Kies het station waarvoor deze presentatie bedoeld is");
+    const auto labels = window.findChildren<QLabel *>();
+    ASSERT_EQ(labels.size(), 1);
+    EXPECT_EQ(labels.first()->text(), question);
+    EXPECT_EQ(labels.first()->buddy(), window.cobStation);
+    EXPECT_EQ(window.cobStation->accessibleName(), question);
 }
 
 } // namespace orvel

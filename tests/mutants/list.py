@@ -1,0 +1,281 @@
+"""The mutants: behaviours that a test must notice when they are broken."""
+from dataclasses import dataclass
+
+APP = "orvel_app_test"
+DSP = "orvel_dsp_test"
+PLAYLIST = "orvel_playlist_test"
+PRODUCTION = "orvel_production_test"
+RECORDING = "orvel_recording_test"
+WINDOWS = "orvel_windows_test"
+
+
+@dataclass(frozen=True)
+class Mutant:
+    """An edit, and the test that must die of it. `old` occurs exactly once in the file."""
+    name: str
+    file: str
+    old: str
+    new: str
+    program: str
+    test: str
+
+
+MUTANTS = []
+
+
+def behaviour(program, test, file, *edits):
+    """Edits of one file that one test looks at: (name, old, new)."""
+    MUTANTS.extend(Mutant(name, file, old, new, program, test) for name, old, new in edits)
+
+
+# --- playlists
+
+behaviour(
+    PLAYLIST, "StepTypes.EveryCodeHasItsStyle", "playlist/step_types.cpp",
+    ("step codes 4 and 5 swapped", "QString styleName(int type) {\n",
+     "QString styleName(int type) {\n    type = type == 4 ? 5 : type == 5 ? 4 : type;\n"),
+    ("step code 6 is an event", "type == 4 ||", "type == 4 || type == 6 ||"),
+    ("step code 16 is an event", "type == 4 ||", "type == 4 || type == 16 ||"),
+    ("step code 16 is advertising", "type, 10, 15", "type, 10, 16"),
+    ("step code 26 is an event", "type, 20, 25", "type, 20, 26"),
+    ("step code 48 is an event", "type, 40, 47", "type, 40, 48"),
+    ("step codes above 52 are events", "within(type, 50, 52)", "type >= 50"),
+)
+behaviour(
+    PLAYLIST, "StepTypes.EveryKindHasItsOwnTwoColours", "playlist/step_types.cpp",
+    ("tracks and presentations have each other's background",
+     "MusBack, settings.MusTxt)},\n        {QStringLiteral(\"Pres\"), style(settings.PresBack",
+     "PresBack, settings.MusTxt)},\n        {QStringLiteral(\"Pres\"), style(settings.MusBack"),
+    ("presentations and jingles have each other's text",
+     "PresTxt)},\n        {QStringLiteral(\"Jingle\"), style(settings.JingBack, settings.jingTxt",
+     "jingTxt)},\n        {QStringLiteral(\"Jingle\"), style(settings.JingBack, settings.PresTxt"),
+    ("times and events have each other's background",
+     "TijdBack, settings.TijdTxt)},\n        {QStringLiteral(\"Event\"), style(settings.EventBack",
+     "EventBack, settings.TijdTxt)},\n        {QStringLiteral(\"Event\"), style(settings.TijdBack"),
+    ("events have advertising's text", "settings.EventTxt", "settings.RecTxt"),
+    ("advertising has the events' background", "settings.RecBack", "settings.EventBack"),
+)
+behaviour(
+    PLAYLIST, "PlaylistTimes.*", "playlist/playlist.cpp",
+    ("intros of the playlist before stay", "    intro_.fill(0);\n", ""),
+    ("outros of the playlist before stay", "    outtro_.fill(0);\n", ""),
+    ("the outro before step 0 is 0", "    if (stap < 0 ||", "    if (stap < 0) {\n        return 0;\n    }\n    if ("),
+    ("the intro after step 150 is 0", " || stap > lastTableIndex) {",
+     ") {\n        throw RuntimeError(ErrorNumber::SubscriptOutOfRange);\n    }\n    if (stap > lastTableIndex) {\n"
+     "        return 0;\n    }\n    if (stap < 0) {"),
+)
+behaviour(
+    PLAYLIST, "PlaylistTimes.AStepZeroHasNoTimes", "playlist/current_step.cpp",
+    ("the outro is that of the step itself", "playlist.outtro(stap - 1)", "playlist.outtro(stap)"),
+)
+behaviour(
+    PLAYLIST, "ChosenForPreview.*", "playlist/current_step.cpp",
+    ("a double-click previews during a take", "if (step.PlaylistTakeRunning || !step.previewAllowed",
+     "if (!step.previewAllowed"),
+    ("events are previewed", "    if (type != TrackStep && type != JingleStep) {\n        return false;\n    }\n", ""),
+)
+behaviour(
+    PLAYLIST, "Steps.CaptionsAndLooksAreThoseOfTheTable", "playlist/step_fields.h",
+    ("the caption Outtro", '.caption = "Outtro"', '.caption = "Outro"'),
+    ("the caption Mixtype", '.caption = "Mixtype"', '.caption = "mixtype"'),
+)
+behaviour(
+    PLAYLIST, "Steps.EveryMixTypeHasItsName", "windows/mix_type.cpp",
+    ("the mix type Normale Mix", '"Normale Mix"', '"Mix"'),
+    ("the mix type Outtro", '"Outtro"', '"Outro"'),
+    ("two mix types exchanged", '"Intro", "2"), row("Outtro", "3")', '"Intro", "3"), row("Outtro", "2")'),
+)
+behaviour(
+    PLAYLIST, "Steps.TheTickIsThereForStepsThatAreDone", "windows/steps_model.cpp",
+    ("the tick inverted", "? Qt::Checked : Qt::Unchecked", "? Qt::Unchecked : Qt::Checked"),
+)
+behaviour(
+    APP, "Transfer.WhileATakeRunsNoOtherPlaylistIsOpenedAndTheListsStandStill", "windows/file_panel.cpp",
+    ("a click opens another playlist during a take", "step_.PlaylistTakeRunning || name.isEmpty()", "name.isEmpty()"),
+    ("another tab refreshes the lists during a take", "if (step_.PlaylistTakeRunning) {",
+     "if (step_.PlaylistTakeRunning && settings_.Countdown < 0) {"),
+)
+behaviour(
+    PLAYLIST, "Deleting.*", "playlist/deletion.cpp",
+    ("the question for one playlist is that for all", "all ? questionForAll", "true ? questionForAll"),
+    ("one selected playlist deletes all", "const bool all = shown.selected.isEmpty()", "const bool all = true"),
+    ("a failing deletion of finished playlists is ignored",
+     "    for (const QString &path : paths) {\n        context_.recovery.keep(path);\n    }",
+     "    for (const QString &path : paths) {\n        ignoringErrors([&] { context_.recovery.keep(path); });\n    }"),
+)
+behaviour(
+    RECORDING, "Finishing.*", "playlist/completion.cpp",
+    ("an existing finished playlist stays", "files.copy(toDo, finished);",
+     "if (!files.fileExists(finished)) {\n            files.copy(toDo, finished);\n        }"),
+    ("a replaced finished playlist is not kept", "if (files.fileExists(finished)) {", "if (finished.isEmpty()) {"),
+    ("a failing deletion of the playlist is ignored", "    files.remove(toDo);\n    context_",
+     "    try {\n        files.remove(toDo);\n    } catch (...) {\n    }\n    context_"),
+)
+
+# --- recording
+
+behaviour(
+    APP, "Station.TheDeskStartsWithTheFirstTabAndACountOfFour", "windows/frm_main.cpp",
+    ("the second tab at the start", "tabRec->setCurrentIndex(0)", "tabRec->setCurrentIndex(1)"),
+)
+behaviour(
+    RECORDING, "Desk.BeforeTheFirstCountDownTheCounterIsFour", "recording/take_session.h",
+    ("a count-down of 0 at the start", "CountdownLeft = 4;", "CountdownLeft = 0;"),
+)
+behaviour(
+    APP, "Station.TheRecorderHasNoPrintingImportOrExport", "windows/frm_main.cpp",
+    ("printing and import in the recorder", "int index = 1; index <= 3", "int index = 3; index <= 3"),
+    ("printing in the recorder", "int index = 1; index <= 3", "int index = 2; index <= 3"),
+)
+behaviour(
+    RECORDING, "WhatIsAllowed.*", "recording/allowed.cpp",
+    ("playlist tools in the recorder", "result.playlistTools = !mode.RecorderOnly", "result.playlistTools = true"),
+    ("the lists in the recorder", "result.lists = isFree && !mode.RecorderOnly", "result.lists = isFree"),
+)
+behaviour(
+    RECORDING, "ListedCards.*", "recording/cards.cpp",
+    ("what cannot record is listed", "if (audioRecord.canRecord(DeviceIndex)) {", "if (DeviceIndex >= 0) {"),
+)
+behaviour(
+    APP, "Cards.AdvancedOpensForTheLineOfItsStrip", "windows/card_panel.cpp",
+    ("advanced properties of another line", "setCurrentLine(index);\n    Q_EMIT advanced",
+     "setCurrentLine(index > 0 ? 1 : 0);\n    Q_EMIT advanced"),
+)
+behaviour(
+    APP, "Takes.TheEndOfTheSessionClosesTheTakeAndItIsOffered", "windows/frm_main.cpp",
+    ("closing leaves the take open", "ignoringErrors([&] { StopAudio(); });", ""),
+)
+behaviour(
+    RECORDING, "Desk.ClosingTheProgramClosesTheTakeAndItIsOfferedNextTime", "recording/take_session.cpp",
+    ("closing keeps no take", "    if (recorded) {\n        context_.takes.keep(take_);\n    }\n    enter(", "    enter("),
+    ("closing does not stop the recorder", "    context_.platform.sound.recorder().stop();\n    if (recorded)",
+     "    if (recorded)"),
+)
+behaviour(
+    RECORDING, "Listens.AVoiceTrackThatIsGoneFromTheServerPlaysNothing", "recording/listening.cpp",
+    ("a voice track that is gone from the server is played",
+     "    if (!context_.platform.files.fileExists(path)) {\n        return;\n    }\n", ""),
+    ("the server's voice track is looked for at home", "return context_.settings.ServerMode ?",
+     "return context_.settings.ServerMode && isDone && step.row < 0 ?"),
+)
+behaviour(
+    RECORDING, "Desk.TheCountDownOverflowsSixteenBits", "recording/take_session.cpp",
+    ("the count-down wraps", "checkedInt16(context_.settings.Countdown + 1)",
+     "static_cast<std::int16_t>(context_.settings.Countdown + 1)"),
+)
+behaviour(
+    RECORDING, "Desk.TheTimeOverflowsThirtyTwoBits", "recording/take_session.cpp",
+    ("the elapsed time wraps", "checkedInt32(std::int64_t{ElapsedMs_} + 10)",
+     "static_cast<std::int32_t>(std::int64_t{ElapsedMs_} + 10)"),
+)
+behaviour(
+    RECORDING, "Desk.WithoutTheProcessorATakeStaysRaw", "recording/take_session.cpp",
+    ("the processor works though it is off", " && context_.settings.UseProcessor)", ")"),
+)
+behaviour(
+    RECORDING, "Desk.WithoutTheProcessorWhatIsEncodedIsFiled", "production/saving.cpp",
+    ("without the processor the take is encoded", "if (!context_.settings.UseProcessor) {",
+     "if (!context_.settings.UseProcessor && take.name().isEmpty()) {"),
+)
+behaviour(
+    RECORDING, "Desk.StartOpname*", "recording/take_session.cpp",
+    ("StartOpname goes on counting", "    ElapsedMs_ = 0;\n", ""),
+    ("StartOpname does not record", "    ElapsedMs_ = 0;\n    enter(SessionState::Recording);", "    ElapsedMs_ = 0;"),
+)
+behaviour(
+    RECORDING, "Previewing.OtherKindsUnknownNumbersAndNoNetworkLeaveThePlayerAlone", "recording/preview.cpp",
+    ("other kinds are previewed", "!sources_.settings.Network || (kind != TrackStep && kind != JingleStep)",
+     "!sources_.settings.Network"),
+    ("tracks are previewed without the network", "!sources_.settings.Network || (kind", "(kind"),
+)
+behaviour(
+    RECORDING, "PreviewSeeking.IsDoneInSilence", "recording/preview.cpp",
+    ("seeking is heard", "    player.pause();\n", ""),
+    ("after seeking the player stays silent", "    player.resume();\n", ""),
+)
+behaviour(
+    APP, "PreviewWindow.TheWindowAsksForTheOutputOfTheSettingsOnlyWithTheNetwork", "windows/frm_preview.cpp",
+    ("the preview plays on the default output",
+     "        CuePlayer->setOutput(playerSettings(context_.sources.settings));\n", ""),
+)
+
+# --- production
+
+for label, old, new in (
+        ("Amp", '"dB", -15, 15, 1, "Amp"', ('-14, 15, 1', '-15, 14, 1', '-15, 15, 2')),
+        ("Norm", '"%", 0, 100, 1, "Norm"', ('1, 100, 1', '0, 99, 1', '0, 100, 2')),
+        ("Trim", '"dB", -90, 0, 1, "Trim"', ('-96, 0, 1', '-90, 1, 1', '-90, 0, 2')),
+        ("Attack", '"ms", 0, 1000, 10, "Attack"', ('1, 1000, 10', '0, 100, 10', '0, 1000, 1')),
+        ("CompTresh", '"dB", -96, 0, 1, "CompTresh"', ('-90, 0, 1', '-96, 1, 1', '-96, 0, 2')),
+        ("CompRate", '"%", 1, 100, 1, "CompRate"', ('0, 100, 1', '1, 99, 1', '1, 100, 2')),
+        ("CompRMS", '"ms", 0, 1000, 10, "CompRMS"', ('1, 1000, 10', '0, 100, 10', '0, 1000, 1')),
+        ("RevDelay", '"ms", 0, 1000, 10, "RevDelay"', ('1, 1000, 10', '0, 100, 10', '0, 1000, 1')),
+        ("RevDepth", '"%", 1, 100, 1, "RevDepth"', ('0, 100, 1', '1, 99, 1', '1, 100, 2')),
+        ("RevDecay", '"%", 1, 100, 1, "RevDecay"', ('0, 100, 1', '1, 99, 1', '1, 100, 2')),
+        ("RevRate", '"%", 1, 100, 1, "RevRate"', ('0, 100, 1', '1, 99, 1', '1, 100, 2')),
+):
+    unit = old.split(",")[0]
+    behaviour(PRODUCTION, "Stages.EveryKnobHasItsUnitLimitsAndStep", "production/stages.cpp",
+              *((f"knob {label}: {what}", old, f'{unit}, {numbers}, "{label}"')
+                for what, numbers in zip(("lower limit", "upper limit", "step"), new)))
+behaviour(
+    PRODUCTION, "Stages.ThoseThatAreOnRunInTheirFixedOrder", "production/stages.cpp",
+    ("the text Trimmen", '{"Trimmen"', '{"Trim"'),
+)
+behaviour(
+    PRODUCTION, "Transcoding.*", "production/transcode.cpp",
+    ("a file without frames ends at nothing", "    progress(100);\n}", "}"),
+    ("progress is not told", "        progress(length > 0 ? static_cast<int>(done * 100 / length) : 100);\n",
+     "        done += 0;\n"),
+)
+behaviour(
+    RECORDING, "Listens.SavingStopsTheTakeThatPlays", "production/saving.cpp",
+    ("saving leaves the take playing", "cmdSave_Click() {\n    context_.listening.interrupt();", "cmdSave_Click() {"),
+)
+behaviour(
+    APP, "SavingTakes.WhileItIsEncodedTheGaugeAndTheHourglassAreShown", "windows/save_panel.cpp",
+    ("no hourglass while encoding", "percent ? QGuiApplication::setOverrideCursor(Qt::WaitCursor) : ",
+     "percent ? void() : "),
+    ("the hourglass stays", " : QGuiApplication::restoreOverrideCursor();", " : void();"),
+    ("the gauge stays at its end", "percent.value_or(0)", "percent.value_or(100)"),
+    ("the text Comprimeert bestand", 'setCaption(QStringLiteral("Comprimeert bestand"))',
+     'setCaption(QStringLiteral("Comprimeert"))'),
+)
+behaviour(
+    APP, "Convert.ABatchBeginsWithTheFirstFileSelected", "windows/frm_convert.cpp",
+    ("a batch selects no file", "    browser->selectFile(0);\n", ""),
+)
+
+# --- windows
+
+behaviour(
+    APP, "Setup.TheServerAndDataBoxesShowTheSettingsAndTheLastRateIsThreeFifty", "windows/frm_setup.cpp",
+    ("chkData shows nothing", "    chkData->setChecked(saved_.Network);\n", ""),
+    ("chkServer shows nothing", "    chkServer->setChecked(settings_.ServerMode);\n", ""),
+    ("chkData stores nothing", "    edited.Network = chkData->isChecked();\n", ""),
+    ("chkServer stores nothing", "    edited.ServerMode = chkServer->isChecked();\n", ""),
+)
+behaviour(
+    APP, "Setup.TheServerAndDataBoxesShowTheSettingsAndTheLastRateIsThreeFifty", "windows/frm_setup_layout.cpp",
+    ("the caption 350 Kbit/Sec", "350 Kbit/Sec", "384 Kbit/Sec"),
+)
+behaviour(
+    APP, "Recording.TheNoticeIsThereWhileATakeRuns", "windows/recorder_panel.cpp",
+    ("the text OPNAME LOOPT", "OPNAME LOOPT", "OPNAME"),
+    ("no notice while recording", "lblOpname->setVisible(recording)", "lblOpname->setVisible(false)"),
+)
+behaviour(
+    WINDOWS, "Stations.TheQuestionNamesTheChooser", "windows/frm_station.cpp",
+    ("the label of the station chooser", "Kies het station waarvoor", "Kies een station waarvoor"),
+)
+
+# --- sound
+
+behaviour(
+    DSP, "Extremes.AFullScaleSquareKeepsItsSigns", "dsp/gain.cpp",
+    ("gain turns the sound upside down", "sample *= used;", "sample *= -used;"),
+)
+behaviour(
+    DSP, "Normalise.ALevelOfNothingIsDigitalSilence", "dsp/normalise.cpp",
+    ("normalising to 0 % changes nothing", "        std::fill(samples.begin(), samples.end(), std::int16_t{0});\n", ""),
+)
