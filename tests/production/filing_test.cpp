@@ -122,7 +122,7 @@ TEST_F(FilingATake, AnImportKeepsWhatItReplaces) {
 class AfterARestart : public Desk {
   protected:
     /// A program of the same station that starts when this one is gone.
-    std::vector<UnfiledTake> restart(bool RecorderOnly = false) {
+    std::vector<UnfiledTake> restart(bool recorderOnly = false) {
         TakeStore later{files, places, journal, recovery, "later"};
         return Unfinished({platform, settings, places, recovery, journal, later, marks, tell}).settle(recorderOnly);
     }
