@@ -80,6 +80,7 @@ bool SoundImport::run(const std::vector<Job> &jobs) {
     }
     for (std::size_t i = 0; i < jobs.size(); ++i) {
         lastRow_ = jobs[i].row;
+        context_.begins(i);
         if (!fileOne(jobs[i], converted[i])) {
             return false;
         }

@@ -24,6 +24,8 @@ struct SoundImportContext {
     Filing &filing;
     /// How far it is, 0..100, and at what; runs window events. False stops the import.
     std::function<bool(int percent, const QString &what)> progress;
+    /// The job with this number, from 0, is filed now.
+    std::function<void(std::size_t number)> begins;
     /// A file that could not be converted, and its step.
     std::function<void(const QString &sentence)> failed;
 };

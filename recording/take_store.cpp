@@ -21,7 +21,7 @@ bool TakeStore::reserve(const QString &name) {
     if (!lock) {
         return false;
     }
-    locks_.insert(name, std::move(lock));
+    locks_.insert(name, lock);
     return true;
 }
 

@@ -14,6 +14,8 @@
 #include <QGuiApplication>
 #include <QScopeGuard>
 
+#include <algorithm>
+
 namespace orvel {
 
 namespace {
@@ -59,6 +61,8 @@ void frmConvert::cmdBatch_Click() {
         return;
     }
     browser->selectFile(0);
+    isBatch_ = true;
+    const auto ended = qScopeGuard([this] { isBatch_ = false; });
     if (import(import_.batch(browser->folder(), browser->files()))) {
         context_.completion.CheckLijst();
     }
@@ -96,6 +100,12 @@ bool frmConvert::showProgress(int percent, const QString &what) {
         sincePump_.restart();
     }
     return !stopWanted_;
+}
+
+void frmConvert::showFile(std::size_t number) {
+    if (isBatch_) {
+        browser->selectFile(std::min(static_cast<int>(number), browser->File1->count() - 1));
+    }
 }
 
 void frmConvert::noteFailure(const QString &sentence) {

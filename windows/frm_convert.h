@@ -71,6 +71,8 @@ class frmConvert : public QDialog {
     /// False when it was stopped, or cannot begin.
     bool import(const std::vector<SoundImport::Job> &jobs);
     bool showProgress(int percent, const QString &what);
+    /// The files of a batch are selected one after the other; the last one stays.
+    void showFile(std::size_t number);
     void noteFailure(const QString &sentence);
     void player_End();
 
@@ -81,6 +83,7 @@ class frmConvert : public QDialog {
     QIcon stopIcon_{QStringLiteral(":/icons/stop.svg")};
     std::unique_ptr<WavePlayer> player_;
     bool running_ = false;
+    bool isBatch_ = false;
     bool stopWanted_ = false;
     QElapsedTimer sincePump_;
 };

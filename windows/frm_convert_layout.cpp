@@ -33,6 +33,7 @@ frmConvert::frmConvert(ConvertContext context, QWidget *parent)
       progressconvert(new Gauge(this)), lstFailed(new QListWidget(this)), context_(std::move(context)),
       import_({context_.platform, context_.settings, context_.places, context_.datList, context_.step, context_.marks,
                context_.filing, [this](int percent, const QString &what) { return showProgress(percent, what); },
+               [this](std::size_t number) { showFile(number); },
                [this](const QString &sentence) { noteFailure(sentence); }}),
       player_(context_.platform.sound.makePlayer()) {
     setObjectName(QStringLiteral("frmConvert"));

@@ -411,6 +411,7 @@ TEST_F(Convert, ABatchBeginsWithTheFirstFileSelected) {
     beat.stop();
     ASSERT_FALSE(selected.isEmpty());
     EXPECT_EQ(selected.first(), QStringLiteral("000.wav"));
+    EXPECT_EQ(convert->browser->File1->currentRow(), count - 1) << "then one after the other";
 }
 
 } // namespace orvel
