@@ -36,7 +36,7 @@ class Restoring {
 
     /// Asks before it replaces a file, with No as the default. Nothing is put back while a take runs: it could be the
     /// take's own file or playlist. What fails is told in the sentence.
-    Result putBack(const KeptFile &kept);
+    Result putBack(const KeptFile &file);
 
   private:
     RestoringContext context_;
