@@ -112,7 +112,8 @@ void frmMain::connectPanels() {
     on(panels_.savePanel->cmdImport, &QPushButton::clicked, this, &frmMain::showConvert);
     on(panels_.gridPanel, &GridPanel::stepSelected, this, [this] { workplace_.session.stepSelected(); });
     on(panels_.gridPanel, &GridPanel::previewWanted, this, &frmMain::showPreview);
-    on(&panels_.gridPanel->steps(), &StepsModel::unreadable, this, [this](const QString &sentence) { tell(sentence); });
+    on(&panels_.gridPanel->steps(), &StepsModel::unreadable, this,
+       [this](const auto &...sentence) { (tell(sentence), ...); });
     on(panels_.filePanel, &FilePanel::recoverWanted, this, &frmMain::showRecover);
 }
 
