@@ -51,14 +51,16 @@ frmPreview::frmPreview(PreviewContext context, QWidget *parent)
     on(stopButton, &QPushButton::clicked, this, [this] { cmdPlay_ButtonClick(StopCode); });
     on(sliPlay, &QSlider::sliderPressed, this, &frmPreview::sliPlay_MouseDown);
     on(sliPlay, &QSlider::sliderReleased, this, &frmPreview::sliPlay_MouseUp);
-    on(sliPlay, &QSlider::actionTriggered, this, [this](int action) {
-        // Keys and the wheel; a drag seeks when it ends.
-        if (action != QAbstractSlider::SliderMove || !sliPlay->isSliderDown()) {
-            SeekTo(sliPlay->sliderPosition());
-        }
-    });
+    on(sliPlay, &QSlider::actionTriggered, this, [this](auto... action) { (sliPlay_Action(action), ...); });
     on(volCue, &Knob::valueChanged, this, &frmPreview::volCue_Change);
     CuePlayer->setEndHandler([this] { guarded([this] { CuePlayer_End(); }); });
+}
+
+void frmPreview::sliPlay_Action(int action) {
+    // Keys and the wheel; a drag seeks when it ends.
+    if (action != QAbstractSlider::SliderMove || !sliPlay->isSliderDown()) {
+        SeekTo(sliPlay->sliderPosition());
+    }
 }
 
 void frmPreview::Form_Load() {

@@ -62,6 +62,8 @@ class frmPreview : public QDialog {
     void CuePlayer_End();
     void sliPlay_MouseDown();
     void sliPlay_MouseUp();
+    /// A step by a key or the wheel (QAbstractSlider::SliderAction).
+    void sliPlay_Action(int action);
     void volCue_Change();
 
     void done(int result) override;
