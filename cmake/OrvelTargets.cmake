@@ -16,6 +16,11 @@ if(ORVEL_SANITIZE)
   target_link_options(orvel_flags INTERFACE "-fsanitize=${ORVEL_SANITIZE}")
 endif()
 
+if(CMAKE_UNITY_BUILD)
+  # Sources that are compiled together look like a header each: what they keep to themselves is no fault there.
+  target_compile_options(orvel_flags INTERFACE -Wno-subobject-linkage)
+endif()
+
 find_program(CCACHE ccache)
 if(CCACHE)
   # The sloppiness lets ccache serve sources that use a precompiled header.

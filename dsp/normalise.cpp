@@ -8,8 +8,8 @@
 namespace orvel {
 
 void normalise(std::span<std::int16_t> samples, float percent, Dither &dither) {
-    constexpr float fullScale = 32767;
-    const auto target = static_cast<int>(std::lround(setting(percent, 0, 100, 100) / 100 * fullScale));
+    constexpr float most = 32767;
+    const auto target = static_cast<int>(std::lround(setting(percent, 0, 100, 100) / 100 * most));
     if (target == 0 || samples.empty()) {
         std::fill(samples.begin(), samples.end(), std::int16_t{0});
         return;

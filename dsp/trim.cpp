@@ -22,11 +22,11 @@ constexpr std::ptrdiff_t clickBlocks = 10 * blocksPerMs;
 constexpr std::ptrdiff_t clickReach = 300 * blocksPerMs;
 constexpr std::ptrdiff_t settlingBlocks = 100 * blocksPerMs;
 
-constexpr double rumble = 10;       ///< Hz
+constexpr double rumbleEnds = 10;   ///< Hz
 constexpr double accuracy = 0.985;  ///< of a power, for where the windows begin
 constexpr double clickPower = 0.01; ///< of what is around a click at most, beside the click
 constexpr double beginning = 0.25;  ///< of a window's sound may come before it is said to begin
-constexpr float lowestThreshold = -90;
+constexpr float quietestThreshold = -90;
 
 std::ptrdiff_t blockLength(int sampleRate) {
     return std::max<std::ptrdiff_t>(sampleRate / (1000 * blocksPerMs), 1);
@@ -37,7 +37,7 @@ std::ptrdiff_t blockLength(int sampleRate) {
 class HighPass {
   public:
     explicit HighPass(double sampleRate) {
-        const double w = 2 * std::numbers::pi * std::min(rumble / sampleRate, 0.25);
+        const double w = 2 * std::numbers::pi * std::min(rumbleEnds / sampleRate, 0.25);
         const double alpha = std::sin(w) / std::numbers::sqrt2;
         b_ = (1 + std::cos(w)) / 2 / (1 + alpha);
         a1_ = -2 * std::cos(w) / (1 + alpha);
@@ -85,8 +85,8 @@ class Powers {
     }
     /// Of a window at a level in dB.
     [[nodiscard]] double windowAt(double decibels) const {
-        constexpr double fullScale = 32768.0 * 32768.0;
-        return fullScale * std::pow(10.0, decibels / 10) * static_cast<double>(windowBlocks * length_);
+        constexpr double fullPower = 32768.0 * 32768.0;
+        return fullPower * std::pow(10.0, decibels / 10) * static_cast<double>(windowBlocks * length_);
     }
 
   private:
@@ -217,7 +217,7 @@ class Noise {
 /// Blocks to remove from the side where the samples begin.
 template <typename Iterator>
 std::ptrdiff_t surplus(Powers<Iterator> powers, float threshold) {
-    const double wanted = powers.windowAt(static_cast<double>(std::max(threshold, lowestThreshold)));
+    const double wanted = powers.windowAt(static_cast<double>(std::max(threshold, quietestThreshold)));
     Noise noise;
     for (std::ptrdiff_t window = 0; window < powers.windows(); ++window) {
         const double open = noise.leftOf(wanted);

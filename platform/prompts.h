@@ -9,6 +9,9 @@
 
 namespace orvel {
 
+/// Above every message of what went wrong.
+inline const QString errorTitle = QStringLiteral("Foutmelding");
+
 enum class MessageIcon { Information, Exclamation, Critical };
 
 /// The button of a question that Enter presses.

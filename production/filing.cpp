@@ -13,19 +13,10 @@
 #include "station/recovery.h"
 #include "station/shell_copy.h"
 
-#include <QCoreApplication>
 #include <QDateTime>
 #include <QScopeGuard>
 
 namespace orvel {
-
-namespace {
-
-QString tr(const char *text) {
-    return QCoreApplication::translate("Filing", text);
-}
-
-} // namespace
 
 Filing::Filing(FilingContext context)
     : context_(std::move(context)), FileR(context_.platform.audioFiles.reader()),
@@ -57,7 +48,7 @@ Filing::Outcome Filing::file(const Take &take, bool markBefore) {
             tr("%1 is niet bewaard: de map met voicetracks %2 is niet bereikbaar. De opname blijft klaarstaan.")
                 .arg(take.version(), context_.settings.VoicetrackPath);
         const Outcome outcome = goBack(take, markBefore, sentence); // before the box says that nothing was saved
-        context_.platform.prompts.message(sentence, QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
+        context_.platform.prompts.message(sentence, errorTitle, MessageIcon::Exclamation);
         return outcome;
     }
     begin(take, files, markBefore);

@@ -3,6 +3,7 @@
 #include "platform/audio_file.h"
 #include "recording/take.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <functional>
@@ -36,6 +37,8 @@ struct FilingContext {
 /// The one way from a take to its voice track. It ends in one of two ways: filed, or as it was before, with the take in
 /// its place and its step's mark as it was. The journal says what is under way, for the next start.
 class Filing {
+    Q_DECLARE_TR_FUNCTIONS(Filing)
+
   public:
     enum class Outcome {
         Filed,

@@ -9,20 +9,11 @@
 #include "station/ignore_errors.h"
 #include "station/places.h"
 
-#include <QCoreApplication>
 #include <QScopeGuard>
 
 #include <utility>
 
 namespace orvel {
-
-namespace {
-
-QString tr(const char *text) {
-    return QCoreApplication::translate("Saving", text);
-}
-
-} // namespace
 
 void Saving::cmdMultivoice_Click() {
     isMultivoice_ = !isMultivoice_;

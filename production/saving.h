@@ -3,6 +3,8 @@
 #include "production/filing.h"
 #include "recording/take_session.h"
 
+#include <QCoreApplication>
+
 #include <functional>
 
 namespace orvel {
@@ -29,6 +31,8 @@ struct SavingContext {
 
 /// The save button: mark, encode, file, go on to the next step; in multivoice mode once a station.
 class Saving {
+    Q_DECLARE_TR_FUNCTIONS(Saving)
+
   public:
     explicit Saving(SavingContext context) : context_(std::move(context)) {}
 

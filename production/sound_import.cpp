@@ -13,7 +13,6 @@
 #include "station/paths.h"
 #include "station/places.h"
 
-#include <QCoreApplication>
 #include <QFileInfo>
 #include <QScopeGuard>
 
@@ -22,10 +21,6 @@
 namespace orvel {
 
 namespace {
-
-QString tr(const char *text) {
-    return QCoreApplication::translate("SoundImport", text);
-}
 
 bool isWav(const QString &file) {
     return file.right(3).toUpper() == QStringLiteral("WAV");

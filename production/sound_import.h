@@ -2,6 +2,7 @@
 
 #include "production/filing.h"
 
+#include <QCoreApplication>
 #include <QString>
 #include <QStringList>
 
@@ -33,6 +34,8 @@ struct SoundImportContext {
 /// Files voice tracks that were recorded elsewhere: WAV files become MP3 files, MP3 files are copied as they are. They
 /// always go to the finished folder. A step is marked also when its file could not be converted.
 class SoundImport {
+    Q_DECLARE_TR_FUNCTIONS(SoundImport)
+
   public:
     /// One file on its way to a step's voice track.
     struct Job {

@@ -11,28 +11,23 @@
 #include "station/ignore_errors.h"
 #include "station/places.h"
 
-#include <QCoreApplication>
-
 #include <exception>
 
 namespace orvel {
 
 namespace {
 
-QString tr(const char *text) {
-    return QCoreApplication::translate("TakeSession", text);
-}
-
 /// Why a recording cannot go on; empty when it can.
 QString whatEnded(const RecorderStatus &status) {
     if (status.deviceLost) {
-        return tr("De geluidskaart is verdwenen tijdens de opname.");
+        return TakeSession::tr("De geluidskaart is verdwenen tijdens de opname.");
     }
     if (status.diskFull) {
-        return tr("De schijf is vol: de opname kon niet verder worden weggeschreven.");
+        return TakeSession::tr("De schijf is vol: de opname kon niet verder worden weggeschreven.");
     }
-    return status.diskFailed ? tr("De schijf gaf een fout: de opname kon niet verder worden weggeschreven.")
-                             : QString();
+    return status.diskFailed
+               ? TakeSession::tr("De schijf gaf een fout: de opname kon niet verder worden weggeschreven.")
+               : QString();
 }
 
 } // namespace
@@ -140,7 +135,7 @@ bool TakeSession::reserve(const QString &name) {
     }
     context_.platform.prompts.message(
         tr("Een ander ORVEL-venster gebruikt de naam %1. Bewaar die opname eerst, of kies een andere naam.").arg(name),
-        QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
+        errorTitle, MessageIcon::Exclamation);
     return false;
 }
 
@@ -309,8 +304,8 @@ void TakeSession::watchRecorder() {
     } catch (const RuntimeError &) { // NOLINT(bugprone-empty-catch): told below
     }
     context_.platform.prompts.message(
-        context_.takes.isKept(take_) ? what + u'\n' + tr("Wat al was opgenomen, is bewaard.") : what,
-        QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
+        context_.takes.isKept(take_) ? what + u'\n' + tr("Wat al was opgenomen, is bewaard.") : what, errorTitle,
+        MessageIcon::Exclamation);
     if (fatal) {
         std::rethrow_exception(fatal);
     }

@@ -5,6 +5,7 @@
 #include "recording/allowed.h"
 #include "recording/take.h"
 
+#include <QCoreApplication>
 #include <QString>
 
 #include <functional>
@@ -46,6 +47,8 @@ struct SessionContext {
 /// The desk's one session: in exactly one state, with one take from its count-down to its filing. Which step a take
 /// belongs to is settled when it begins.
 class TakeSession {
+    Q_DECLARE_TR_FUNCTIONS(TakeSession)
+
   public:
     explicit TakeSession(SessionContext context);
 

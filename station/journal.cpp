@@ -14,7 +14,7 @@ namespace orvel {
 namespace {
 
 constexpr std::array<const char *, 3> phaseNames = {"recording", "kept", "filing"};
-const QString extension = QStringLiteral(".take");
+const QString journalExtension = QStringLiteral(".take");
 
 QString phaseName(JournalEntry::Phase phase) {
     return QString::fromLatin1(phaseNames.at(static_cast<std::size_t>(phase)));
@@ -79,10 +79,10 @@ std::optional<JournalEntry> Journal::entry(const QString &name) const {
 
 std::vector<JournalEntry> Journal::entries() const {
     QStringList names;
-    ignoringErrors([&] { names = files_.list(places_.journalFolder(), u'*' + extension); });
+    ignoringErrors([&] { names = files_.list(places_.journalFolder(), u'*' + journalExtension); });
     std::vector<JournalEntry> all;
     for (const QString &name : std::as_const(names)) {
-        if (auto found = entry(name.chopped(extension.size()))) {
+        if (auto found = entry(name.chopped(journalExtension.size()))) {
             all.push_back(std::move(*found));
         }
     }

@@ -26,6 +26,9 @@
 
 namespace orvel {
 
+/// The row of the first slot for a link.
+inline constexpr int link1 = 1;
+
 /// The rooms of a station without any window, on a playlist of six steps: music, slot LINK1, music, slot LINK2, a slot
 /// whose name is missing, music.
 class Desk : public testing::Test, protected TestPlatform<FakeDatabaseEngine> {

@@ -13,7 +13,7 @@ namespace orvel {
 
 namespace {
 
-constexpr double frame = 3;
+constexpr double border = 3;
 
 // Full blue on black is too dark to read from a distance: a dark colour is shown lighter, in its own hue.
 QColor readable(const QColor &colour) {
@@ -92,7 +92,7 @@ QSize Gauge::minimumSizeHint() const {
 }
 
 QRectF Gauge::barArea() const {
-    return QRectF(rect()).adjusted(frame, frame, -frame, -frame);
+    return QRectF(rect()).adjusted(border, border, -border, -border);
 }
 
 // In pixels of the screen, so that on a dense screen the bar moves as finely as it can.

@@ -20,7 +20,6 @@ namespace orvel {
 
 namespace {
 
-const QString errorTitle = QStringLiteral("Foutmelding");
 constexpr qint64 pumpIntervalMs = 16;
 
 } // namespace

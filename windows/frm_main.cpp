@@ -42,8 +42,6 @@ namespace orvel {
 namespace {
 
 constexpr int joystickMs = 20;
-const QString errorTitle = QStringLiteral("Foutmelding");
-
 } // namespace
 
 frmMain::frmMain(Platform &platform, const QString &programFolder, QString commandLine)

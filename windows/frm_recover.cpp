@@ -15,7 +15,7 @@ namespace orvel {
 
 namespace {
 
-enum Column { KindColumn, NameColumn, WhenColumn, Columns };
+enum Column { KindColumn, KeptNameColumn, WhenColumn, Columns };
 
 QPushButton *button(QWidget *parent, const char *name, const QString &caption, const QString &toolTip) {
     auto *made = new QPushButton(caption, parent);
@@ -31,7 +31,7 @@ void setUp(QTableWidget &list) {
     list.setColumnCount(Columns);
     list.setHorizontalHeaderLabels({QObject::tr("Soort"), QObject::tr("Naam"), QObject::tr("Bewaard op")});
     showWholeRows(list);
-    list.horizontalHeader()->setSectionResizeMode(NameColumn, QHeaderView::Stretch);
+    list.horizontalHeader()->setSectionResizeMode(KeptNameColumn, QHeaderView::Stretch);
 }
 
 } // namespace
@@ -92,10 +92,10 @@ void frmRecover::fill() {
         const int last = lstKept->rowCount();
         lstKept->insertRow(last);
         lstKept->setItem(last, KindColumn, new QTableWidgetItem(kindName(kept.kind)));
-        lstKept->setItem(last, NameColumn, new QTableWidgetItem(kept.name));
+        lstKept->setItem(last, KeptNameColumn, new QTableWidgetItem(kept.name));
         lstKept->setItem(last, WhenColumn,
                          new QTableWidgetItem(kept.when.toString(QStringLiteral("dd-MM-yyyy  HH:mm:ss"))));
-        lstKept->item(last, NameColumn)->setToolTip(kept.name);
+        lstKept->item(last, KeptNameColumn)->setToolTip(kept.name);
     }
     if (!kept_.empty()) {
         lstKept->selectRow(std::min(row, lstKept->rowCount() - 1));

@@ -57,8 +57,7 @@ void frmSetup::updKaart_Change() {
 void frmSetup::UpdateWave() {
     const auto count = static_cast<int>(platform_.sound.outputNames().size());
     if (count < 1) {
-        platform_.prompts.message(QStringLiteral("Geen geluidskaart gevonden"), QStringLiteral("Foutmelding"),
-                                  MessageIcon::Exclamation);
+        platform_.prompts.message(QStringLiteral("Geen geluidskaart gevonden"), errorTitle, MessageIcon::Exclamation);
         return;
     }
     // One below the first device on purpose: the system's default output.

@@ -18,7 +18,7 @@ namespace orvel {
 
 namespace {
 
-enum StationColumn { NameColumn, CodeColumn, StationColumnCount };
+enum StationColumn { StationNameColumn, CodeColumn, StationColumnCount };
 
 /// A field of a station as the combo's text shows it: a digit may be stored as a number or as text.
 QString text(const RecordSet &stations, const char *field) {
@@ -76,9 +76,9 @@ void frmStation::layOut() {
     cobStation->setModel(&stations_);
     cobStation->setView(list);
     list->verticalHeader()->setDefaultSectionSize(line * 8 / 5);
-    list->horizontalHeader()->setSectionResizeMode(NameColumn, QHeaderView::Stretch);
+    list->horizontalHeader()->setSectionResizeMode(StationNameColumn, QHeaderView::Stretch);
     list->horizontalHeader()->setSectionResizeMode(CodeColumn, QHeaderView::ResizeToContents);
-    cobStation->setModelColumn(NameColumn);
+    cobStation->setModelColumn(StationNameColumn);
     cobStation->setCurrentIndex(-1);
     cmdSave->setObjectName(QStringLiteral("cmdSave"));
     cmdSave->setProperty("role", QStringLiteral("primary"));

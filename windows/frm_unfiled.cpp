@@ -16,7 +16,7 @@ namespace orvel {
 
 namespace {
 
-enum TakeColumn { NameColumn, PlaylistColumn, StepColumn, BegunColumn, WhyColumn, TakeColumnCount };
+enum TakeColumn { TakeNameColumn, PlaylistColumn, StepColumn, BegunColumn, WhyColumn, TakeColumnCount };
 
 QString why(UnfiledTake::Why reason) {
     switch (reason) {

@@ -13,7 +13,12 @@ namespace orvel {
 /// for, fail the running test.
 class FakePrompts : public Prompts {
   public:
+    FakePrompts() = default;
     ~FakePrompts() override;
+    FakePrompts(const FakePrompts &) = delete;
+    FakePrompts(FakePrompts &&) = delete;
+    FakePrompts &operator=(const FakePrompts &) = delete;
+    FakePrompts &operator=(FakePrompts &&) = delete;
 
     void expectMessage(const QString &text, const QString &title, MessageIcon icon);
     /// A message of which only the beginning is known (a report with a number).

@@ -20,7 +20,7 @@ void append(std::vector<std::uint8_t> &bytes, std::size_t number, std::size_t si
 
 Row::Row(const Format &format, const TableDefinition &table, const ByteView &bytes)
     : bytes_(bytes), jet3_(format.jet3), hasVariables_(table.varColumns > 0), head_(jet3_ ? 1 : 2),
-      columns_(jet3_ ? bytes.u8(0) : bytes.u16(0)), mask_(0), tail_(0) {
+      columns_(jet3_ ? bytes.u8(0) : bytes.u16(0)) {
     const std::size_t needed = (columns_ + 7) / 8 + (hasVariables_ ? head_ : 0);
     if (head_ + needed > bytes.size()) {
         damaged(bytes.page(), "een rij is korter dan haar kolommen");

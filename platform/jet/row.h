@@ -51,8 +51,8 @@ class Row {
     bool hasVariables_;
     std::size_t head_;
     std::size_t columns_;
-    std::size_t mask_;
-    std::size_t tail_; ///< where the count of variable columns stands
+    std::size_t mask_ = 0;
+    std::size_t tail_ = 0; ///< where the count of variable columns stands
 };
 
 } // namespace orvel::jet

@@ -8,9 +8,6 @@ namespace orvel::jet {
 
 namespace {
 
-/// Whole units of money count ten thousand.
-constexpr double moneyScale = 10000.0;
-
 std::u16string readText(PageStore &store, const ByteView &bytes) {
     return store.format().jet3 ? store.codePage().decode(bytes) : fromJet4Text(bytes);
 }

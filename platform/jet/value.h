@@ -24,6 +24,9 @@ struct Unreadable {
 /// other decimals are 64-bit integers.
 using Value = std::variant<std::monostate, bool, std::int32_t, std::int64_t, double, Date, std::u16string, Unreadable>;
 
+/// Money is stored as a whole number: so many to a whole unit.
+inline constexpr double moneyScale = 10000.0;
+
 /// Reads a column's value from a row; a yes/no value is never null. Throws Error (Damaged).
 Value readValue(PageStore &store, const Column &column, const Row &row);
 

@@ -13,7 +13,6 @@ namespace {
 
 using Bytes = std::vector<std::uint8_t>;
 
-constexpr double moneyScale = 10000.0;
 /// Whole numbers up to here are doubles without a doubt.
 constexpr double exactWhole = 9007199254740992.0;
 

@@ -11,7 +11,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-constexpr auto kOpenPatience = 3s;
 /// PulseAudio's longest latency is two seconds.
 constexpr auto kMostUnheard = 2500ms;
 /// Between what is heard and the first sample that a new volume can reach: what a card has already taken.
@@ -19,10 +18,6 @@ constexpr std::int64_t kMarginMs = 40;
 constexpr std::int64_t kRampMs = 20;
 /// Playing begins when so much waits, so that a slow disk does not stutter at once.
 constexpr std::int64_t kBeginMs = 100;
-
-[[noreturn]] void throwDeviceError(const char *detail) {
-    throw RuntimeError(ErrorNumber::DeviceError, {}, QString::fromUtf8(detail));
-}
 
 } // namespace
 
@@ -82,7 +77,7 @@ void PulsePlayStream::connect(const QByteArray &output, const PlayFormat &format
     const bool asked = pa_stream_connect_playback(stream_, sink, &buffer, static_cast<pa_stream_flags_t>(flags),
                                                   nullptr, nullptr) == 0;
     const auto answered = [&] { return pa_stream_get_state(stream_) != PA_STREAM_CREATING; };
-    if (!asked || !server_.waitUntil(answered, kOpenPatience) || !isUsable()) {
+    if (!asked || !server_.waitUntil(answered, kServerPatience) || !isUsable()) {
         disconnect();
         throwDeviceError("de geluidskaart kan niet afspelen");
     }

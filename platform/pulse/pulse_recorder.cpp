@@ -15,12 +15,11 @@ using Clock = std::chrono::steady_clock;
 
 /// Samples come in pieces of so many frames, 20 ms: the meters are lively and little is on its way at stop.
 constexpr std::uint32_t kPieceFrames = kTakeRate / 50;
-constexpr auto kOpenPatience = 3s;
 /// A card that has just been opened brings its first samples after so long at most: an idle output without hardware
 /// sleeps for two seconds.
 constexpr std::chrono::milliseconds kWakePatience = 2300ms;
 /// What of that a count-down does not leave, and all that a card gets which the server says is off.
-constexpr std::chrono::milliseconds kShortPatience = 300ms;
+constexpr std::chrono::milliseconds kFirstPatience = 300ms;
 /// No server holds back more than that: PulseAudio's longest latency is two seconds.
 constexpr std::chrono::microseconds kMostHeld = 3s;
 /// No working source pauses longer, by the same rule.
@@ -30,10 +29,6 @@ constexpr auto kDrainMargin = 100ms;
 
 std::int64_t framesIn(std::chrono::microseconds time) {
     return time.count() * kTakeRate / 1'000'000;
-}
-
-[[noreturn]] void throwDeviceError(const char *detail) {
-    throw RuntimeError(ErrorNumber::DeviceError, {}, QString::fromUtf8(detail));
 }
 
 pa_channel_map channelsOf(const PulseSource &source) {
@@ -115,8 +110,8 @@ void PulseRecorder::waitForSound() {
         return streamLost_.load(std::memory_order_relaxed) || (hasSound && !isOff());
     };
     const auto open = std::chrono::duration_cast<std::chrono::milliseconds>(Clock::now() - openedAt_);
-    const auto more = std::max<std::chrono::milliseconds>(kWakePatience - kShortPatience - open, 0ms);
-    if (!server_.waitUntil(isOver, kShortPatience) && (isOff() || !server_.waitUntil(isOver, more))) {
+    const auto more = std::max<std::chrono::milliseconds>(kWakePatience - kFirstPatience - open, 0ms);
+    if (!server_.waitUntil(isOver, kFirstPatience) && (isOff() || !server_.waitUntil(isOver, more))) {
         throwDeviceError(isOff() ? "de geluidskaart is uitgezet" : "de geluidskaart geeft geen geluid");
     }
     if (streamLost_.load(std::memory_order_relaxed)) {
@@ -173,7 +168,7 @@ void PulseRecorder::connectStream(const PulseSource &source) {
     const auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY);
     const bool asked = pa_stream_connect_record(stream, source.name.constData(), &buffer, flags) == 0;
     const auto answered = [&] { return pa_stream_get_state(stream) != PA_STREAM_CREATING; };
-    if (!asked || !server_.waitUntil(answered, kOpenPatience) || pa_stream_get_state(stream) != PA_STREAM_READY) {
+    if (!asked || !server_.waitUntil(answered, kServerPatience) || pa_stream_get_state(stream) != PA_STREAM_READY) {
         dropStream();
         throwDeviceError("de geluidskaart kan niet opnemen");
     }

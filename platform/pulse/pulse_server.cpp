@@ -11,9 +11,6 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How long a server may take to answer before it counts as gone.
-constexpr auto kPatience = 3s;
-
 QString describe(const char *description, const char *name) {
     return QString::fromUtf8(description != nullptr ? description : name);
 }
@@ -51,6 +48,10 @@ void letRun(pa_operation *operation) {
 }
 
 } // namespace
+
+void throwDeviceError(const char *detail) {
+    throw RuntimeError(ErrorNumber::DeviceError, {}, QString::fromUtf8(detail));
+}
 
 /// What the library calls, on its own thread with the lock held.
 struct PulseServerCallbacks {
@@ -113,7 +114,7 @@ PulseServer::PulseServer() : loop_(pa_threaded_mainloop_new()) {
     pa_threaded_mainloop_start(loop_);
     const Lock lock(*this);
     connect();
-    waitUntil([this] { return known_ || !PA_CONTEXT_IS_GOOD(pa_context_get_state(context_)); }, kPatience);
+    waitUntil([this] { return known_ || !PA_CONTEXT_IS_GOOD(pa_context_get_state(context_)); }, kServerPatience);
 }
 
 PulseServer::~PulseServer() {

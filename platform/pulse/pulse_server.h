@@ -13,6 +13,12 @@ struct pa_threaded_mainloop;
 
 namespace orvel {
 
+/// How long the server may take to answer before it counts as gone.
+inline constexpr std::chrono::milliseconds kServerPatience{3000};
+
+/// Throws a RuntimeError (DeviceError). detail: UTF-8, why.
+[[noreturn]] void throwDeviceError(const char *detail);
+
 /// The connection to a PulseAudio (or PipeWire) server and what hangs on it, kept up to date by the server's events.
 /// The library's own thread runs the callbacks, with the main loop's lock held; that lock guards everything here, and
 /// no other lock is taken under it. All public calls come from the window thread, without the lock, where not said

@@ -11,9 +11,7 @@ namespace {
 
 using namespace std::chrono_literals;
 
-/// How long a server may take to answer before it counts as gone.
-constexpr auto kPatience = 3s;
-/// The same while somebody moves a slider.
+/// How long it may take while somebody moves a slider.
 constexpr auto kShortPatience = 1s;
 
 } // namespace
@@ -38,7 +36,7 @@ void PulseServer::setMute(const QByteArray &sink, bool mute) {
         [&](Answer &answer) {
             return pa_context_set_sink_mute_by_name(context_, sink.constData(), mute ? 1 : 0, Answer::take, &answer);
         },
-        kPatience);
+        kServerPatience);
 }
 
 void PulseServer::setLevels(const QByteArray &source, const PulseLevels &levels) {
@@ -80,7 +78,7 @@ bool PulseServer::ask(const Question &question, std::chrono::milliseconds patien
         pa_operation_unref(operation);
     }
     if (!inTime || !isReady()) {
-        throw RuntimeError(ErrorNumber::DeviceError, {}, QStringLiteral("de geluidsserver antwoordt niet"));
+        throwDeviceError("de geluidsserver antwoordt niet");
     }
     return answer.isYes;
 }
@@ -88,7 +86,7 @@ bool PulseServer::ask(const Question &question, std::chrono::milliseconds patien
 void PulseServer::change(const Question &question) {
     const Lock lock(*this);
     if (!ask(question, kShortPatience)) {
-        throw RuntimeError(ErrorNumber::DeviceError, {}, QStringLiteral("de geluidskaart weigert"));
+        throwDeviceError("de geluidskaart weigert");
     }
     askForDevices();
     waitUntil([this] { return !asking_; }, kShortPatience);

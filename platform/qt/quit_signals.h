@@ -17,7 +17,7 @@ class QuitSignals {
 
   private:
     struct Watch;
-    Watch *watch_;
+    Watch *watch_ = nullptr;
 };
 
 } // namespace orvel

@@ -50,7 +50,7 @@ struct QuitSignals::Watch {
     QSocketNotifier notifier;
 };
 
-QuitSignals::QuitSignals(std::function<void()> handler) : watch_(nullptr) {
+QuitSignals::QuitSignals(std::function<void()> handler) {
     if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, pipeEnds().data()) != 0) {
         return;
     }

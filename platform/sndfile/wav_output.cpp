@@ -7,13 +7,6 @@
 
 namespace orvel {
 
-namespace {
-
-/// Bytes before the samples in the file that libsndfile makes of this format.
-constexpr qint64 kHeaderSize = 44;
-
-} // namespace
-
 /// What libsndfile calls. Exceptions must not cross its C code: the first one waits in failure_.
 struct WavOutputCalls {
     static WavOutput &output(void *user) { return *static_cast<WavOutput *>(user); }
@@ -93,8 +86,8 @@ void WavOutput::updateHeader() {
 
 std::int64_t WavOutput::cutToWholeFrames() noexcept {
     try {
-        frames_ = std::max<qint64>(file_.size() - kHeaderSize, 0) / 2;
-        file_.resize(kHeaderSize + frames_ * 2);
+        frames_ = std::max<qint64>(file_.size() - wavHeaderSize, 0) / 2;
+        file_.resize(wavHeaderSize + frames_ * 2);
         updateHeader();
     } catch (const RuntimeError &) {
         // The disk is worse than full. The header written a second ago still stands.

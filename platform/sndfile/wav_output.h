@@ -15,6 +15,9 @@ struct sf_private_tag;
 
 namespace orvel {
 
+/// Where the samples of a take's WAV file begin (bytes).
+inline constexpr qint64 wavHeaderSize = 44;
+
 /// A mono 16-bit WAV file while it is written. Calls throw what a storage says of its disk (DiskFull, DeviceError ...).
 /// One thread.
 class WavOutput {

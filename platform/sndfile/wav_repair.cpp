@@ -1,5 +1,6 @@
 #include "platform/sndfile/wav_repair.h"
 
+#include "platform/sndfile/wav_output.h"
 #include "platform/storage/storage.h"
 
 #include <QtEndian>
@@ -13,10 +14,9 @@ namespace orvel {
 
 namespace {
 
-constexpr qint64 kHeaderSize = 44;
 constexpr qint64 kFrameBytes = 2;
 /// What the size of the whole counts beside the samples.
-constexpr quint32 kBesideSamples = kHeaderSize - 8;
+constexpr quint32 kBesideSamples = wavHeaderSize - 8;
 /// The most samples of which both sizes can be told.
 constexpr qint64 kMostBytes = std::numeric_limits<quint32>::max() - kBesideSamples - 1;
 
@@ -54,7 +54,7 @@ class Header {
         return std::memcmp(bytes_.data() + at, name, 4) == 0;
     }
 
-    std::array<char, kHeaderSize> bytes_{};
+    std::array<char, wavHeaderSize> bytes_{};
     bool isWhole_ = false;
 };
 
@@ -63,7 +63,7 @@ class Header {
 bool repairWav(Storage &storage, const QString &path) {
     auto file = storage.open(path, Storage::Access::Read);
     Header header(*file);
-    const qint64 inFile = (file->size() - kHeaderSize) / kFrameBytes * kFrameBytes;
+    const qint64 inFile = (file->size() - wavHeaderSize) / kFrameBytes * kFrameBytes;
     if (!header.isOfTake() || header.soundBytes() == inFile || inFile > kMostBytes) {
         return false;
     }

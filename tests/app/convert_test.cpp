@@ -10,7 +10,6 @@ namespace orvel {
 namespace {
 
 const QString wrongCount = QStringLiteral("Aantal bestanden stemt niet overeen met aantal bestanden !");
-const QString errorTitle = QStringLiteral("Foutmelding");
 
 class Convert : public Station {
   protected:
@@ -185,7 +184,8 @@ TEST_F(Convert, WithoutAStepASingleImportIsRefused) {
     openConvert();
     choose(QStringLiteral("stem.wav"));
     window->workplace().step.StepSelected = false;
-    prompts.expectMessage(QStringLiteral("Geen Presentatie gekozen in playlist"), errorTitle, MessageIcon::Exclamation);
+    prompts.expectMessage(QStringLiteral("Geen Presentatie gekozen in playlist"), QStringLiteral("Foutmelding"),
+                          MessageIcon::Exclamation);
     click(convert->cmdSingle);
     EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
 }
@@ -221,7 +221,7 @@ TEST_F(Convert, ABatchWithTheWrongNumberOfFilesChangesNothing) {
         makeSound(QStringLiteral("%1.wav").arg(file), 500, 0.2);
     }
     convert->browser->refresh();
-    prompts.expectMessage(wrongCount, errorTitle, MessageIcon::Exclamation);
+    prompts.expectMessage(wrongCount, QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
     click(convert->cmdBatch);
     EXPECT_TRUE(filesIn(QStringLiteral("ok")).isEmpty());
     EXPECT_FALSE(imported(slots_.first()));

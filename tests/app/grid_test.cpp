@@ -6,12 +6,6 @@
 
 namespace orvel {
 
-namespace {
-
-const QString demo = QStringLiteral("access-2003.mdb");
-
-} // namespace
-
 TEST_F(Station, AClickOpensAPlaylistAndShowsItsStepsInOrder) {
     addPlaylist(demo);
     ASSERT_TRUE(start());

@@ -8,7 +8,6 @@ namespace orvel {
 
 namespace {
 
-const QString demo = QStringLiteral("access-2003.mdb");
 const QString listen = QStringLiteral("Beluister Opname");
 const QString stopIt = QStringLiteral("Stop Weergave");
 

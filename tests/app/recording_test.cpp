@@ -10,7 +10,6 @@ namespace orvel {
 
 namespace {
 
-const QString demo = QStringLiteral("access-2003.mdb");
 const QString prompt = QStringLiteral("Geef een naam voor dit bestand (ZONDER EXTENSIE)");
 const QString promptTitle = QStringLiteral("Bestandsnaam");
 

@@ -8,7 +8,6 @@ namespace orvel {
 
 namespace {
 
-const QString demo = QStringLiteral("access-2003.mdb");
 const QString copying = QStringLiteral("Copying...");
 const QString saveTitle = QStringLiteral("Geef naam en locatie waarmee U het bestand wenst te bewaren");
 

@@ -13,7 +13,6 @@ const QString noServer =
     QStringLiteral("Databasebestanden van de server werden niet gevonden, controleer instellingen !");
 const QString noVoiceTracks =
     QStringLiteral("Locatie van voicetracks op de server werd niet gevonden, controleer instellingen !");
-const QString errorTitle = QStringLiteral("Foutmelding");
 
 } // namespace
 
@@ -133,8 +132,8 @@ TEST_F(Station, WithTheNetworkBothCataloguesAreOpened) {
 TEST_F(Station, BothServerChecksComplainOneAfterTheOther) {
     configure(
         QStringLiteral("[Files]\nDatabasepath=/nergens\nVoicetrackPath=/nergens/ook\n[Program]\nNetwork=1\nServer=1"));
-    prompts.expectMessage(noServer, errorTitle, MessageIcon::Exclamation);
-    prompts.expectMessage(noVoiceTracks, errorTitle, MessageIcon::Exclamation);
+    prompts.expectMessage(noServer, QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
+    prompts.expectMessage(noVoiceTracks, QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
     // Each time the setup dialog keeps the start waiting until it is closed.
     int setups = 0;
     QTimer close;

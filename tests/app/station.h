@@ -33,6 +33,9 @@
 
 namespace orvel {
 
+/// The playlist that most tests open.
+inline const QString demo = QStringLiteral("access-2003.mdb");
+
 /// A whole station in a temporary folder with the real disk, database and encoder, and a sound card, a clock and
 /// questions worked by hand.
 class Station : public testing::Test, protected TestPlatform<JetEngine> {

@@ -4,8 +4,6 @@ namespace orvel {
 
 namespace {
 
-const QString demo = QStringLiteral("access-2003.mdb");
-
 class Takes : public Station {
   protected:
     void openDemo() {

@@ -4,10 +4,9 @@ namespace orvel {
 
 namespace {
 
-constexpr int link1 = 1;
 constexpr int link2 = 3;
-const QString wav = QStringLiteral("temp/LINK1.wav");
-const QString mp3 = QStringLiteral("ok/LINK1.mp3");
+const QString wavOf1 = QStringLiteral("temp/LINK1.wav");
+const QString mp3Of1 = QStringLiteral("ok/LINK1.mp3");
 
 } // namespace
 
@@ -22,7 +21,7 @@ class FilingATake : public Desk {
 
 TEST_F(FilingATake, TheVoiceTrackIsThereTheStepMarkedAndNothingElseIsLeft) {
     saving.cmdSave_Click();
-    EXPECT_TRUE(exists(mp3));
+    EXPECT_TRUE(exists(mp3Of1));
     EXPECT_TRUE(isMarked(link1));
     EXPECT_TRUE(filesIn(QStringLiteral("temp")).isEmpty());
     EXPECT_TRUE(filesIn(QStringLiteral("journal")).isEmpty());
@@ -37,7 +36,7 @@ TEST_F(FilingATake, TheJournalSaysWhatIsUnderWay) {
     ASSERT_TRUE(seen);
     EXPECT_EQ(seen->phase, JournalEntry::Phase::Filing);
     EXPECT_FALSE(seen->markBefore);
-    EXPECT_EQ(seen->target, path(mp3));
+    EXPECT_EQ(seen->target, path(mp3Of1));
 }
 
 TEST_F(FilingATake, ACopyThatFailsEndsTheProgramWithTheTakeInItsPlaceAndTheMarkTakenBack) {
@@ -50,7 +49,7 @@ TEST_F(FilingATake, ACopyThatFailsEndsTheProgramWithTheTakeInItsPlaceAndTheMarkT
         EXPECT_TRUE(error.report().contains(QStringLiteral("De opname blijft klaarstaan voor LINK1.")));
     }
     EXPECT_FALSE(isMarked(link1));
-    EXPECT_TRUE(exists(wav));
+    EXPECT_TRUE(exists(wavOf1));
     EXPECT_EQ(filesIn(QStringLiteral("temp")).size(), 1);
     EXPECT_EQ(journal.entry(QStringLiteral("LINK1"))->phase, JournalEntry::Phase::Kept);
 }
@@ -59,20 +58,20 @@ TEST_F(FilingATake, ABitRateOutsideTheTableLeavesNoMark) {
     filing.setFormat({});
     EXPECT_THROW(saving.cmdSave_Click(), FatalError);
     EXPECT_FALSE(isMarked(link1));
-    EXPECT_TRUE(exists(wav));
+    EXPECT_TRUE(exists(wavOf1));
 }
 
 TEST_F(FilingATake, TheVoiceTrackThatIsReplacedGoesToRecovery) {
-    disk.write(path(mp3), "van gisteren");
+    disk.write(path(mp3Of1), "van gisteren");
     saving.cmdSave_Click();
     const QStringList kept = filesIn(QStringLiteral("herstel")).filter(QStringLiteral("LINK1"));
     ASSERT_EQ(kept.size(), 1);
     EXPECT_EQ(disk.read(path(QStringLiteral("herstel/") + kept.first())), "van gisteren");
-    EXPECT_GT(disk.fileSize(path(mp3)), 1000);
+    EXPECT_GT(disk.fileSize(path(mp3Of1)), 1000);
 }
 
 TEST_F(FilingATake, ATakeThatVanishedLeavesItsMarkAndSaysSo) {
-    ASSERT_TRUE(QFile::remove(path(wav)));
+    ASSERT_TRUE(QFile::remove(path(wavOf1)));
     saving.cmdSave_Click();
     EXPECT_TRUE(isMarked(link1));
     EXPECT_TRUE(may().cmdSave);
@@ -112,10 +111,10 @@ TEST_F(FilingATake, AVersionBelongsToTheStepThatItWasAskedFor) {
 }
 
 TEST_F(FilingATake, AnImportKeepsWhatItReplaces) {
-    disk.write(path(mp3), "van gisteren");
+    disk.write(path(mp3Of1), "van gisteren");
     disk.write(path(QStringLiteral("nieuw.part")), "nieuw");
     filing.place(path(QStringLiteral("nieuw.part")), take());
-    EXPECT_EQ(disk.read(path(mp3)), "nieuw");
+    EXPECT_EQ(disk.read(path(mp3Of1)), "nieuw");
     EXPECT_EQ(filesIn(QStringLiteral("herstel")).filter(QStringLiteral("LINK1")).size(), 1);
 }
 
@@ -132,12 +131,12 @@ class AfterARestart : public Desk {
         made.playlist = QStringLiteral("avond.mdb");
         made.stap = 2;
         made.phase = phase;
-        made.target = path(mp3);
+        made.target = path(mp3Of1);
         return made;
     }
     void putTake() {
         const auto writer = realAudioFiles.wavWriter();
-        writer->create(path(wav), 44100);
+        writer->create(path(wavOf1), 44100);
         writer->write(std::vector<std::int16_t>(44100, 1000));
         writer->close();
     }
@@ -158,7 +157,7 @@ TEST_F(AfterARestart, ATakeThatWasNotSavedIsOfferedForItsStep) {
 TEST_F(AfterARestart, ARecordingThatWasCutOffIsRepaired) {
     putTake();
     // The header of a take that was killed hides what came after it was written last.
-    QFile file(path(wav));
+    QFile file(path(wavOf1));
     ASSERT_TRUE(file.open(QIODevice::ReadWrite));
     ASSERT_TRUE(file.seek(4));
     ASSERT_EQ(file.write(QByteArray::fromHex("24000000")), 4);
@@ -170,7 +169,7 @@ TEST_F(AfterARestart, ARecordingThatWasCutOffIsRepaired) {
     ASSERT_EQ(waiting.size(), 1U);
     EXPECT_EQ(waiting.front().why, UnfiledTake::Why::RecordingBroken);
     const auto reader = realAudioFiles.reader();
-    reader->open(path(wav));
+    reader->open(path(wavOf1));
     EXPECT_EQ(reader->frames(), 44100);
     EXPECT_EQ(journal.entry(QStringLiteral("LINK1"))->phase, JournalEntry::Phase::Kept);
 }
@@ -190,7 +189,7 @@ TEST_F(AfterARestart, AFilingThatWasCutOffIsTakenBack) {
 }
 
 TEST_F(AfterARestart, AFilingThatWasDoneStaysDoneAndIsTold) {
-    disk.write(path(mp3), "klank");
+    disk.write(path(mp3Of1), "klank");
     playlist.setValue(link1, ImportedColumn, true);
     journal.write(entry(JournalEntry::Phase::Filing));
     EXPECT_TRUE(restart().empty());

@@ -9,7 +9,7 @@ namespace orvel {
 namespace {
 
 const ListedCard mic{QStringLiteral("Microfoon"), 1, true};
-const ListedCard desk{QStringLiteral("Mengtafel"), 2, true};
+const ListedCard mixer{QStringLiteral("Mengtafel"), 2, true};
 const ListedCard monitor{QStringLiteral("Monitor"), 2, false};
 
 StoredCard stored(int position, const char *name = "") {
@@ -24,7 +24,7 @@ std::string text(const StoredCard &card) {
 
 TEST(CardChoice, TheStoredNameDecidesAndItsPlaceIsLearnt) {
     CardChoice choice;
-    EXPECT_EQ(choice.begin(stored(0, "Mengtafel"), {mic, desk}).position, 1);
+    EXPECT_EQ(choice.begin(stored(0, "Mengtafel"), {mic, mixer}).position, 1);
     EXPECT_EQ(text(choice.toStore()), "1 Mengtafel");
     EXPECT_EQ(choice.begin(stored(0, "Monitor"), {mic, monitor}).position, 1) << "the presenter chose it by its name";
     EXPECT_EQ(choice.begin(stored(1, "Twee  woorden"), {mic}).position, 0) << "names are stored in one line";
@@ -33,7 +33,7 @@ TEST(CardChoice, TheStoredNameDecidesAndItsPlaceIsLearnt) {
 
 TEST(CardChoice, WithoutANameThePositionDecidesAndTheNameIsLearnt) {
     CardChoice choice;
-    const auto [position, sentence] = choice.begin(stored(1), {mic, desk});
+    const auto [position, sentence] = choice.begin(stored(1), {mic, mixer});
     EXPECT_EQ(position, 1);
     EXPECT_TRUE(sentence.isEmpty());
     EXPECT_EQ(text(choice.toStore()), "1 Mengtafel");
@@ -52,7 +52,7 @@ TEST(CardChoice, AStoredCardThatIsAwayIsToldAndStaysTheStoredOne) {
 // Only a card whose name was known stayed the stored one: a position was forgotten at the end of the program.
 TEST(CardChoice, AStoredPositionWithNothingToRecordFromStaysTheStoredOne) {
     for (const auto &[place, cards] : std::vector<std::pair<int, std::vector<ListedCard>>>{
-             {3, {mic, desk}}, {1, {mic, monitor}}, {-1, {mic}}, {1, {mic}}}) {
+             {3, {mic, mixer}}, {1, {mic, monitor}}, {-1, {mic}}, {1, {mic}}}) {
         CardChoice choice;
         const auto [position, sentence] = choice.begin(stored(place), cards);
         EXPECT_EQ(position, 0) << place;

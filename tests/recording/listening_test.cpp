@@ -5,8 +5,6 @@ namespace orvel {
 
 namespace {
 
-constexpr int link1 = 1;
-
 class Listens : public Desk {
   protected:
     Listens() {

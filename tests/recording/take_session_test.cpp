@@ -4,7 +4,6 @@ namespace orvel {
 
 namespace {
 
-constexpr int link1 = 1;
 constexpr int link2 = 3;
 
 } // namespace

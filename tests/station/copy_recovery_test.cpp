@@ -18,12 +18,12 @@ using Operation = FaultyFileSystem::Operation;
 
 namespace {
 
-const QString title = QStringLiteral("Copying...");
+const QString copyTitle = QStringLiteral("Copying...");
 
 class CopyAndRecovery : public testing::Test, protected TestPlatform<FakeDatabaseEngine> {
   protected:
     ShellCopyResult copy(const char *source, const QString &target, bool silent = false) {
-        return Global::ShellCopyFile(platform, folder.path(source), target, silent, title);
+        return Global::ShellCopyFile(platform, folder.path(source), target, silent, copyTitle);
     }
     void expectError(const char *text, const QString &path) {
         prompts.expectMessage(QString::fromUtf8(text) + QStringLiteral("\n\n") + path, QStringLiteral("ShellCopyFile"),
@@ -73,7 +73,7 @@ TEST_F(CopyAndRecovery, ANoKeepsOneFileTheOthersAreCopied) {
         QDir(folder.path()).mkpath(QStringLiteral("new"));
         writeContent(folder.path(name), name);
     }
-    prompts.expectAsk(QStringLiteral("Het bestand 1.mdb bestaat al. Wilt U het overschrijven ?"), title, false);
+    prompts.expectAsk(QStringLiteral("Het bestand 1.mdb bestaat al. Wilt U het overschrijven ?"), copyTitle, false);
     EXPECT_EQ(copy("*.mdb", folder.path("new")).copied, 1);
     EXPECT_EQ(contentOf(folder.path("new/1.mdb")), "new/1.mdb");
     EXPECT_EQ(contentOf(folder.path("new/2.mdb")), "2.mdb");

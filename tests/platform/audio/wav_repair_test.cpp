@@ -10,6 +10,7 @@
 #include <chrono>
 #include <gtest/gtest.h>
 #include <sys/stat.h>
+#include <sys/wait.h>
 #include <thread>
 
 namespace orvel {
@@ -49,6 +50,22 @@ QString framesBySox(const QString &path) {
     return test::runTool(QStringLiteral("soxi"), {QStringLiteral("-s"), path}).output.trimmed();
 }
 
+/// Stops a recording between two updates of its header, where the file holds more than that tells.
+void stopWhereSamplesAreHidden(pid_t recording, const QString &path) {
+    const auto deadline = std::chrono::steady_clock::now() + 30s;
+    while (std::chrono::steady_clock::now() < deadline) {
+        kill(recording, SIGSTOP);
+        waitpid(recording, nullptr, WUNTRACED);
+        if (contentOf(path).size() > 46 &&
+            samplesOf(path).size() < static_cast<std::size_t>(contentOf(path).size() - 44) / 2) {
+            return;
+        }
+        kill(recording, SIGCONT);
+        std::this_thread::sleep_for(20ms);
+    }
+    ADD_FAILURE() << "the file never held more than its header told";
+}
+
 TEST_F(Repair, TellsOfEveryWholeFrameWhereverTheTakeWasCut) {
     const bool hasSox = !QStandardPaths::findExecutable(QStringLiteral("soxi")).isEmpty();
     for (const std::size_t frames : {0U, 1U, 2U, 999U, 44'100U, 44'101U, 88'199U}) {
@@ -77,6 +94,7 @@ TEST_F(Repair, GivesBackWhatAKilledRecordingHad) {
             }
         }
         std::this_thread::sleep_for(life);
+        stopWhereSamplesAreHidden(child, path);
         kill(child, SIGKILL);
         waitpid(child, nullptr, 0);
         const auto inFile = static_cast<std::size_t>(contentOf(path).size() - 44) / 2;
