@@ -22,15 +22,21 @@ QString VoiceTracks::folder() const {
     return settings_.ServerMode ? settings_.VoicetrackPath : settings_.OkPath;
 }
 
+bool VoiceTracks::isServerThere() const {
+    return !settings_.ServerMode || files_.folderExists(settings_.VoicetrackPath);
+}
+
 QSet<int> VoiceTracks::missing(const Playlist &playlist) const {
     QSet<QString> there;
     bool isKnown = false;
     ignoringErrors([&] {
-        isKnown = files_.folderExists(folder());
-        const QStringList names = isKnown ? files_.list(folder(), u'*' + mp3) : QStringList();
-        for (const QString &name : names) {
+        if (!files_.folderExists(folder())) {
+            return;
+        }
+        for (const QString &name : files_.list(folder(), u'*' + mp3)) {
             there.insert(name.toLower());
         }
+        isKnown = true;
     });
     QSet<int> rows;
     for (int row = 0; isKnown && row < playlist.stepCount(); ++row) {

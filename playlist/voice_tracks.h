@@ -18,6 +18,8 @@ class VoiceTracks {
 
     /// The folder of this station's voice tracks: the server's, or the finished folder.
     [[nodiscard]] QString folder() const;
+    /// Whether there is a folder for the server's voice tracks where one is used.
+    [[nodiscard]] bool isServerThere() const;
     /// Rows of marked presentation steps without their MP3. Names are compared without regard to case.
     [[nodiscard]] QSet<int> missing(const Playlist &playlist) const;
 

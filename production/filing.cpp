@@ -4,6 +4,8 @@
 #include "platform/platform.h"
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
+#include "playlist/step_marks.h"
+#include "playlist/voice_tracks.h"
 #include "production/transcode.h"
 #include "recording/take_store.h"
 #include "settings/settings.h"
@@ -43,7 +45,7 @@ void Filing::takeBackMark(const Take &take, bool markBefore) {
 
 Filing::Outcome Filing::file(const Take &take, bool markBefore) {
     const TakeFiles files = filesOf(take, context_.places, context_.settings);
-    if (!isServerThere()) {
+    if (!VoiceTracks(context_.platform.files, context_.settings).isServerThere()) {
         const QString sentence =
             tr("%1 is niet bewaard: de map met voicetracks %2 is niet bereikbaar. De opname blijft klaarstaan.")
                 .arg(take.version(), context_.settings.VoicetrackPath);
@@ -82,10 +84,6 @@ Filing::Outcome Filing::file(const Take &take, bool markBefore) {
 }
 
 /// Nothing is made: in the place of a share that is not mounted it would be a folder that nobody looks in.
-bool Filing::isServerThere() const {
-    return !context_.settings.ServerMode || context_.platform.files.folderExists(context_.settings.VoicetrackPath);
-}
-
 void Filing::begin(const Take &take, const TakeFiles &files, bool markBefore) {
     JournalEntry entry = context_.journal.entry(take.name()).value_or(JournalEntry());
     entry.name = take.name();

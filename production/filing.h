@@ -74,7 +74,6 @@ class Filing {
 
   private:
     /// Whether there is a folder to file a voice track in.
-    [[nodiscard]] bool isServerThere() const;
     [[nodiscard]] bool copyToPlace(const TakeFiles &files);
     [[nodiscard]] bool shellCopy(const QString &source, const QString &target);
     void begin(const Take &take, const TakeFiles &files, bool markBefore);

@@ -28,6 +28,16 @@ bool isWav(const QString &file) {
 
 } // namespace
 
+QString SoundImport::singleProblem() const {
+    return context_.step.StepSelected ? QString() : QStringLiteral("Geen Presentatie gekozen in playlist");
+}
+
+QString SoundImport::batchProblem(qsizetype files) const {
+    return context_.playlist.presCount() == files
+               ? QString()
+               : QStringLiteral("Aantal bestanden stemt niet overeen met aantal bestanden !");
+}
+
 SoundImport::Job SoundImport::single(const QString &source) const {
     const CurrentStep &step = context_.step;
     return {

@@ -46,6 +46,9 @@ class SoundImport {
 
     explicit SoundImport(SoundImportContext context) : context_(std::move(context)) {}
 
+    /// Why nothing can be imported for the selected step, or so many files for all of them; empty when it can.
+    [[nodiscard]] QString singleProblem() const;
+    [[nodiscard]] QString batchProblem(qsizetype files) const;
     /// The selected step's.
     [[nodiscard]] Job single(const QString &source) const;
     /// The n-th presentation step gets the n-th file; the last one serves the steps that are left. Throws TypeMismatch

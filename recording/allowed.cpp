@@ -18,4 +18,17 @@ Allowed allowed(SessionState state, const DeskMode &mode, const StepFacts &step,
     return result;
 }
 
+DeskKey pressed(int button, const Allowed &may) {
+    switch (button) {
+    case 1:
+        return may.cmdRec ? DeskKey::Record : DeskKey::None;
+    case 2:
+        return may.cmdPlay ? DeskKey::Play : DeskKey::None;
+    case 4:
+        return may.cmdSave ? DeskKey::Save : DeskKey::None;
+    default:
+        return DeskKey::None;
+    }
+}
+
 } // namespace orvel

@@ -45,7 +45,13 @@ struct Allowed {
     bool operator==(const Allowed &) const = default;
 };
 
+/// What a button of a joystick does.
+enum class DeskKey { None, Record, Play, Save };
+
 /// The whole of it: whatever the window enables follows from these four.
 Allowed allowed(SessionState state, const DeskMode &mode, const StepFacts &step, const TakeFacts &take);
+
+/// What the button with this number, from 1, does where so much is enabled.
+[[nodiscard]] DeskKey pressed(int button, const Allowed &may);
 
 } // namespace orvel

@@ -4,8 +4,8 @@
 #include "platform/runtime_error.h"
 #include "playlist/field_values.h"
 #include "playlist/step_types.h"
+#include "recording/catalogues.h"
 #include "station/checked.h"
-#include "station/places.h"
 
 #include <QObject>
 
@@ -20,32 +20,17 @@ QString textOrNothing(const QVariant &value) {
 
 } // namespace
 
-QString catalogueName(int kind) {
-    return kind == TrackStep ? QStringLiteral("digital.mdb") : QStringLiteral("jingles.mdb");
-}
-
-std::unique_ptr<RecordSet> openedCatalogue(DatabaseEngine &databases, const QString &databasePath, int kind) {
-    const QString query = kind == TrackStep ? QStringLiteral("SELECT * From Audio ORDER BY TrackNr")
-                                            : QStringLiteral("SELECT * From jingles ORDER BY TrackNr");
-    return databases.open(kind == TrackStep ? Places::tracks(databasePath) : Places::jingles(databasePath))
-        ->query(query);
-}
-
-const std::unique_ptr<RecordSet> &Preview::catalogue(int kind) const {
-    return kind == TrackStep ? sources_.datTracks : sources_.datJingles;
-}
-
 RecordSet &Preview::freshRecords(int kind) const {
-    if (catalogue(kind)) {
+    if (RecordSet *open = sources_.catalogues.of(kind)) {
         try {
-            catalogue(kind)->refresh();
-            return *catalogue(kind);
+            open->refresh();
+            return *open;
         } catch (const RuntimeError &) { // NOLINT(bugprone-empty-catch)
             // A station replaces its catalogues while the program runs.
         }
     }
-    sources_.reopenCatalogue(kind);
-    return *catalogue(kind);
+    sources_.catalogues.reopen(kind);
+    return *sources_.catalogues.of(kind);
 }
 
 std::optional<Previewed> Preview::load(int kind, std::int32_t track, WavePlayer &player) {
@@ -58,7 +43,8 @@ std::optional<Previewed> Preview::load(int kind, std::int32_t track, WavePlayer 
         records = &freshRecords(kind);
     } catch (const RuntimeError &error) {
         player.close(); // what is shown is not the track before
-        shown.problem = QObject::tr("%1 kon niet worden geopend: %2.").arg(catalogueName(kind), error.description());
+        shown.problem =
+            QObject::tr("%1 kon niet worden geopend: %2.").arg(Catalogues::fileName(kind), error.description());
         shown.details = error.report();
         return shown;
     }

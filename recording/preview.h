@@ -9,32 +9,19 @@
 #include <QString>
 
 #include <cstdint>
-#include <functional>
-#include <memory>
 #include <optional>
 
 namespace orvel {
 
+class Catalogues;
 class FileSystem;
 
-/// Name of the file that holds the records of a kind of step (TrackStep or JingleStep).
-[[nodiscard]] QString catalogueName(int kind);
-
-/// Opens the catalogue of a kind in the folder of the databases, in the order of its numbers. Throws what opening and
-/// querying throw.
-[[nodiscard]] std::unique_ptr<RecordSet> openedCatalogue(DatabaseEngine &databases, const QString &databasePath,
-                                                         int kind);
-
-/// What the preview needs of the rest of the program; all of it outlives the preview. A catalogue is null while it is
-/// not open.
+/// What the preview needs of the rest of the program; all of it outlives the preview.
 struct PreviewSources {
     const FileSystem &files;
     const Settings &settings;
     const DriveMap &drives;
-    const std::unique_ptr<RecordSet> &datTracks;
-    const std::unique_ptr<RecordSet> &datJingles;
-    /// Opens a kind's catalogue anew. Throws what openedCatalogue() throws; the catalogue is null then.
-    std::function<void(int kind)> reopenCatalogue;
+    Catalogues &catalogues;
 };
 
 /// What there is to see of a step that was loaded.
@@ -56,7 +43,6 @@ class Preview {
     [[nodiscard]] std::optional<Previewed> load(int kind, std::int32_t track, WavePlayer &player);
 
   private:
-    [[nodiscard]] const std::unique_ptr<RecordSet> &catalogue(int kind) const;
     /// The kind's records as the file has them now. Throws when there are none to be had.
     [[nodiscard]] RecordSet &freshRecords(int kind) const;
     void loadFile(const QString &cataloguePath, WavePlayer &player, Previewed &shown) const;

@@ -74,6 +74,11 @@ void TakeSession::enter(SessionState state) {
     context_.changed();
 }
 
+QString TakeSession::importProblem() const {
+    // The names and marks of the steps belong to a take until it is stopped.
+    return isIdle() ? QString() : tr("Er loopt een opname. Importeer als die gestopt is.");
+}
+
 void TakeSession::cmdRec_Click() {
     if (state_ == SessionState::Recording) {
         stop();

@@ -86,6 +86,8 @@ class TakeSession {
     /// What becomes of the save button when filing ends: by the selected step's take, or as the rules of a save say.
     enum class SaveOffer { ByTake, Stays, Off };
     void filingEnded(SaveOffer offer);
+    /// Why no sound files can be imported now, as a sentence; empty when they can.
+    [[nodiscard]] QString importProblem() const;
     [[nodiscard]] bool isIdle() const { return state_ == SessionState::Idle; }
 
   private:

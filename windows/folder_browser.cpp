@@ -1,15 +1,14 @@
 #include "windows/folder_browser.h"
 
 #include "platform/file_system.h"
+#include "station/folder_listing.h"
 #include "widgets/theme.h"
 #include "windows/on.h"
 
-#include <QCollator>
 #include <QDir>
 #include <QGridLayout>
 #include <QKeyEvent>
 
-#include <algorithm>
 #include <functional>
 #include <utility>
 
@@ -60,11 +59,6 @@ QLabel *caption(QWidget *parent, const char *name, const QString &text, QWidget 
     label->setProperty("role", QStringLiteral("muted"));
     label->setBuddy(buddy);
     return label;
-}
-
-bool isBelow(const QString &folder, const QString &drive) {
-    const QString root = drive.endsWith(u'/') ? drive : drive + u'/';
-    return folder == drive || folder.startsWith(root, Qt::CaseInsensitive);
 }
 
 } // namespace
@@ -148,24 +142,17 @@ void FolderBrowser::letChoose() {
 
 void FolderBrowser::showDrive() {
     if (forcedDrive_.isEmpty()) {
-        Drive1->setCurrentIndex(driveOfFolder());
+        QStringList drives;
+        for (int index = 0; index < Drive1->count(); ++index) {
+            drives << Drive1->itemText(index);
+        }
+        Drive1->setCurrentIndex(driveOf(folder_, drives));
         return;
     }
     if (Drive1->findText(forcedDrive_, Qt::MatchStartsWith) < 0) {
         Drive1->addItem(forcedDrive_);
     }
     Drive1->setCurrentIndex(Drive1->findText(forcedDrive_, Qt::MatchStartsWith));
-}
-
-int FolderBrowser::driveOfFolder() const {
-    int best = -1;
-    for (int index = 0; index < Drive1->count(); ++index) {
-        const QString drive = Drive1->itemText(index);
-        if (isBelow(folder_, drive) && (best < 0 || drive.size() > Drive1->itemText(best).size())) {
-            best = index;
-        }
-    }
-    return best;
 }
 
 void FolderBrowser::showPath() {
@@ -195,16 +182,8 @@ void FolderBrowser::fillFolders() {
 }
 
 void FolderBrowser::fillFiles() {
-    QStringList names;
-    for (const QString &pattern : patterns_) {
-        names += files_.list(folder_, pattern);
-    }
-    QCollator order;
-    order.setCaseSensitivity(Qt::CaseInsensitive);
-    std::stable_sort(names.begin(), names.end(), order);
-    names.removeDuplicates();
     File1->clear();
-    File1->addItems(names);
+    File1->addItems(filesIn(files_, folder_, patterns_));
     Q_EMIT fileSelected({});
 }
 

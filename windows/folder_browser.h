@@ -57,7 +57,6 @@ class FolderBrowser : public QWidget {
     void fillFolders();
     void fillFiles();
     void showDrive();
-    [[nodiscard]] int driveOfFolder() const;
     void showPath();
     void elidePath();
     void layOut(Files shown);

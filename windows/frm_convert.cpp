@@ -5,8 +5,6 @@
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
 #include "playlist/completion.h"
-#include "playlist/current_step.h"
-#include "playlist/playlist.h"
 #include "recording/take_session.h"
 #include "station/paths.h"
 
@@ -42,21 +40,22 @@ void frmConvert::showState() {
     cmdQuit->setText(running_ ? tr("Stoppen") : tr("Sluiten"));
 }
 
-void frmConvert::cmdSingle_Click() {
-    if (!context_.step.StepSelected) {
-        context_.platform.prompts.message(QStringLiteral("Geen Presentatie gekozen in playlist"), errorTitle,
-                                          MessageIcon::Exclamation);
-        return;
+bool frmConvert::isRefused(const QString &problem) {
+    if (!problem.isEmpty()) {
+        context_.platform.prompts.message(problem, errorTitle, MessageIcon::Exclamation);
     }
-    if (import({import_.single(inFolder(browser->folder(), browser->selectedFile()))})) {
+    return !problem.isEmpty();
+}
+
+void frmConvert::cmdSingle_Click() {
+    if (!isRefused(import_.singleProblem()) &&
+        import({import_.single(inFolder(browser->folder(), browser->selectedFile()))})) {
         context_.completion.CheckLijst();
     }
 }
 
 void frmConvert::cmdBatch_Click() {
-    if (context_.datList.presCount() != browser->File1->count()) {
-        context_.platform.prompts.message(QStringLiteral("Aantal bestanden stemt niet overeen met aantal bestanden !"),
-                                          errorTitle, MessageIcon::Exclamation);
+    if (isRefused(import_.batchProblem(browser->File1->count()))) {
         return;
     }
     browser->selectFile(0);
@@ -68,9 +67,8 @@ void frmConvert::cmdBatch_Click() {
 }
 
 bool frmConvert::import(const std::vector<SoundImport::Job> &jobs) {
-    // The names and marks of the steps belong to the take until it is stopped.
-    if (!context_.session.isIdle()) {
-        lstFailed->addItem(tr("Er loopt een opname. Importeer als die gestopt is."));
+    if (const QString problem = context_.session.importProblem(); !problem.isEmpty()) {
+        lstFailed->addItem(problem);
         return false;
     }
     player_End();

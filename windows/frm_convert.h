@@ -68,6 +68,8 @@ class frmConvert : public QDialog {
   private:
     void layOut();
     void showState();
+    /// Tells the problem, where there is one.
+    bool isRefused(const QString &problem);
     /// False when it was stopped, or cannot begin.
     bool import(const std::vector<SoundImport::Job> &jobs);
     bool showProgress(int percent, const QString &what);

@@ -7,7 +7,6 @@
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
 #include "playlist/printing.h"
-#include "playlist/step_types.h"
 #include "production/transcode.h"
 #include "recording/player_settings.h"
 #include "station/ignore_errors.h"
@@ -130,7 +129,9 @@ bool frmMain::Form_Load() {
         platform_.prompts.message(problem, errorTitle, MessageIcon::Exclamation);
     }
     work.view.refreshLists();
-    openCatalogues();
+    if (!work.catalogues.open()) {
+        setup().exec();
+    }
     checkVoiceTrackFolder();
     panels_.tabRec->setCurrentIndex(0);
     work.session.mode.hasStations = platform_.files.fileExists(work.places.stationList());
@@ -175,37 +176,8 @@ void frmMain::fillCards() {
     panels_.cardPanel->BuildMixerStrips(panels_.cardPanel->lineCount());
 }
 
-void frmMain::openCatalogues() {
-    if (!workplace_.settings.Network) {
-        return;
-    }
-    const QString tracks = Places::tracks(workplace_.settings.Databasepath);
-    if (!platform_.files.fileExists(tracks)) {
-        workplace_.settings.Network = {};
-        platform_.prompts.message(
-            QStringLiteral("Databasebestanden van de server werden niet gevonden, controleer instellingen !"),
-            errorTitle, MessageIcon::Exclamation);
-        setup().exec();
-        return;
-    }
-    for (const int kind : {TrackStep, JingleStep}) {
-        try {
-            openCatalogue(kind);
-        } catch (const RuntimeError &error) {
-            // Recording works without catalogues, and what is in the other one can be previewed: the start goes on.
-            platform_.prompts.message(error.report(), errorTitle, MessageIcon::Exclamation);
-        }
-    }
-}
-
-void frmMain::openCatalogue(int kind) {
-    std::unique_ptr<RecordSet> &records = kind == TrackStep ? workplace_.datTracks : workplace_.datJingles;
-    records.reset();
-    records = openedCatalogue(platform_.databases, workplace_.settings.Databasepath, kind);
-}
-
 void frmMain::checkVoiceTrackFolder() {
-    if (!workplace_.settings.ServerMode || platform_.files.folderExists(workplace_.settings.VoicetrackPath)) {
+    if (workplace_.tracks.isServerThere()) {
         return;
     }
     platform_.prompts.message(
@@ -276,20 +248,22 @@ void frmMain::StopAudio() {
 }
 
 void frmMain::Joystick1_ButtonDown(int button) {
-    constexpr int recordButton = 1;
-    constexpr int playButton = 2;
-    constexpr int saveButton = 4;
     // A question or a modal window comes first, as it does for the mouse.
     if (QApplication::activeModalWidget() != nullptr) {
         return;
     }
-    const Allowed may = workplace_.session.allowed();
-    if (button == recordButton && may.cmdRec) {
+    switch (pressed(button, workplace_.session.allowed())) {
+    case DeskKey::Record:
         panels_.recorderPanel->cmdRec_Click();
-    } else if (button == playButton && may.cmdPlay) {
+        break;
+    case DeskKey::Play:
         panels_.playbackPanel->cmdPlay_Click();
-    } else if (button == saveButton && may.cmdSave) {
+        break;
+    case DeskKey::Save:
         panels_.savePanel->cmdSave_Click();
+        break;
+    case DeskKey::None:
+        break;
     }
 }
 

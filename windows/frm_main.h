@@ -106,7 +106,6 @@ class frmMain : public QMainWindow {
     bool takeStation();
     bool checkSoundCard();
     void fillCards();
-    void openCatalogues();
     void checkVoiceTrackFolder();
     void readCommandLine();
     void Form_QueryUnload();
@@ -120,8 +119,6 @@ class frmMain : public QMainWindow {
     [[nodiscard]] TransferContext transferContext();
     /// The open playlist may have been replaced by an import.
     void reopenPlaylist();
-    /// Throws what openedCatalogue() throws; the kind's catalogue is null then.
-    void openCatalogue(int kind);
     void showPreview();
     void showAdvanced();
     void showConvert();

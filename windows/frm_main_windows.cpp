@@ -1,7 +1,6 @@
 // The windows that open from the main window; each is made on first use and kept.
 #include "platform/audio.h"
 #include "platform/guarded.h"
-#include "playlist/step_types.h"
 #include "recording/player_settings.h"
 #include "windows/card_panel.h"
 #include "windows/file_panel.h"
@@ -114,11 +113,11 @@ void frmMain::showSplash() {
 
 void frmMain::showPreview() {
     if (!preview_) {
-        preview_ = std::make_unique<frmPreview>(
-            PreviewContext{platform_, workplace_.step,
-                           PreviewSources{platform_.files, workplace_.settings, workplace_.drives, workplace_.datTracks,
-                                          workplace_.datJingles, [this](int kind) { openCatalogue(kind); }}},
-            this);
+        preview_ =
+            std::make_unique<frmPreview>(PreviewContext{platform_, workplace_.step,
+                                                        PreviewSources{platform_.files, workplace_.settings,
+                                                                       workplace_.drives, workplace_.catalogues}},
+                                         this);
     }
     preview_->Form_Load();
     preview_->open();

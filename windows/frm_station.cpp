@@ -3,6 +3,7 @@
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
 #include "station/places.h"
+#include "station/station_list.h"
 #include "windows/on.h"
 
 #include <QHBoxLayout>
@@ -12,19 +13,11 @@
 #include <QTableView>
 #include <QVBoxLayout>
 
-#include <algorithm>
-
 namespace orvel {
 
 namespace {
 
 enum StationColumn { StationNameColumn, CodeColumn, StationColumnCount };
-
-/// A field of a station as the combo's text shows it: a digit may be stored as a number or as text.
-QString text(const RecordSet &stations, const char *field) {
-    const QVariant value = stations.field(QString::fromLatin1(field));
-    return value.isNull() ? QString() : value.toString().trimmed();
-}
 
 } // namespace
 
@@ -42,23 +35,13 @@ frmStation::frmStation(Platform &platform, const QString &programFolder, std::fu
 
 void frmStation::fillStations(const QString &programFolder) {
     stations_.setColumnCount(StationColumnCount);
-    addStation(QStringLiteral("Algemeen"), QStringLiteral("999"));
     try {
-        datSync = platform_.databases.open(Places(programFolder).stationList())
-                      ->query(QStringLiteral("SELECT * FROM Stations ORDER BY [Stationname]"));
-        if (datSync->recordCount() != 0) {
-            for (datSync->moveFirst(); !datSync->endOfFile(); datSync->moveNext()) {
-                addStation(text(*datSync, "stationname"),
-                           text(*datSync, "digit1") + text(*datSync, "digit2") + text(*datSync, "digit3"));
-            }
+        for (const NetworkStation &station : stationList(platform_.databases, Places(programFolder))) {
+            stations_.appendRow({new QStandardItem(station.name), new QStandardItem(station.code)});
         }
     } catch (const RuntimeError &error) {
         throw FatalError(error);
     }
-}
-
-void frmStation::addStation(const QString &name, const QString &code) {
-    stations_.appendRow({new QStandardItem(name), new QStandardItem(code)});
 }
 
 void frmStation::layOut() {
@@ -93,18 +76,10 @@ void frmStation::layOut() {
 }
 
 void frmStation::cmdSave_Click() {
-    if (cobStation->currentText().isEmpty()) {
-        platform_.prompts.message(QStringLiteral("Kies eerst een station !"), QStringLiteral("Ontbrekende gegevens"),
-                                  MessageIcon::Exclamation);
-        cobStation->setFocus();
-        return;
-    }
-    const QString code = stations_.item(cobStation->currentIndex(), CodeColumn)->text();
-    if (code.isEmpty()) {
-        // Its version would be filed under the name of the general one.
-        platform_.prompts.message(tr("Het station %1 heeft geen code in de stationslijst. Kies een ander station.")
-                                      .arg(cobStation->currentText()),
-                                  QStringLiteral("Ontbrekende gegevens"), MessageIcon::Exclamation);
+    const QStandardItem *code = stations_.item(cobStation->currentIndex(), CodeColumn);
+    const NetworkStation station{cobStation->currentText(), code == nullptr ? QString() : code->text()};
+    if (const QString problem = stationProblem(station); !problem.isEmpty()) {
+        platform_.prompts.message(problem, QStringLiteral("Ontbrekende gegevens"), MessageIcon::Exclamation);
         cobStation->setFocus();
         return;
     }
@@ -115,7 +90,7 @@ void frmStation::cmdSave_Click() {
         saving_ = false;
         setEnabled(true);
     });
-    if (save_(code)) {
+    if (save_(station.code)) {
         saving_ = false;
         close();
     }

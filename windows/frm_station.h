@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/database.h"
 #include "platform/platform.h"
 
 #include <QComboBox>
@@ -9,7 +8,6 @@
 #include <QStandardItemModel>
 
 #include <functional>
-#include <memory>
 
 namespace orvel {
 
@@ -35,14 +33,12 @@ class frmStation : public QDialog {
 
   private:
     void fillStations(const QString &programFolder);
-    void addStation(const QString &name, const QString &code);
     void layOut();
 
     Platform &platform_;
     std::function<bool(const QString &code)> save_;
     QStandardItemModel stations_;
     bool saving_ = false;
-    std::unique_ptr<RecordSet> datSync;
 };
 
 } // namespace orvel

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/database.h"
 #include "platform/platform.h"
 #include "playlist/completion.h"
 #include "playlist/current_step.h"
@@ -11,6 +10,7 @@
 #include "production/processing_chain.h"
 #include "production/saving.h"
 #include "production/unfinished.h"
+#include "recording/catalogues.h"
 #include "recording/listening.h"
 #include "recording/take_session.h"
 #include "recording/take_store.h"
@@ -55,8 +55,7 @@ struct Workplace {
     StepMarks marks;
     VoiceTracks tracks;
     DriveMap drives;
-    std::unique_ptr<RecordSet> datTracks;
-    std::unique_ptr<RecordSet> datJingles;
+    Catalogues catalogues;
     TakeStore takes;
     ProcessingChain chain;
     TakeSession session;

@@ -48,8 +48,10 @@ TEST_F(PreviewWindow, AMusicTrackIsLoadedThroughTheDriveMap) {
     EXPECT_TRUE(preview->isVisible());
     EXPECT_TRUE(preview->isModal());
     EXPECT_EQ(player().file(), path(QStringLiteral("audio/muziek/0001.mp3")));
-    EXPECT_EQ(preview->ledTitle->text(), window->workplace().datTracks->field(QStringLiteral("titel")).toString());
-    EXPECT_EQ(preview->ledArtist->text(), window->workplace().datTracks->field(QStringLiteral("artiest")).toString());
+    EXPECT_EQ(preview->ledTitle->text(),
+              window->workplace().catalogues.datTracks->field(QStringLiteral("titel")).toString());
+    EXPECT_EQ(preview->ledArtist->text(),
+              window->workplace().catalogues.datTracks->field(QStringLiteral("artiest")).toString());
     EXPECT_FALSE(preview->ledTitle->text().isEmpty());
     EXPECT_EQ(preview->sliPlay->maximum(), player().length());
     EXPECT_EQ(preview->lcdSec->seconds(), player().length() / 1000 % 60);
@@ -61,7 +63,7 @@ TEST_F(PreviewWindow, AJingleShowsItsDescription) {
     show(JingleStep, 2);
     EXPECT_EQ(player().file(), path(QStringLiteral("audio/jingles/002.mp3")));
     EXPECT_EQ(preview->ledArtist->text(),
-              window->workplace().datJingles->field(QStringLiteral("Omschrijving")).toString());
+              window->workplace().catalogues.datJingles->field(QStringLiteral("Omschrijving")).toString());
 }
 
 TEST_F(PreviewWindow, PlayStartsTheTrackAndStopLeavesTheDisplayFollowing) {
@@ -279,7 +281,7 @@ TEST_F(PreviewWindow, WithoutTheJinglesTracksArePreviewedAndNothingIsSwitchedOff
                           QStringLiteral("Foutmelding"), MessageIcon::Exclamation);
     ASSERT_TRUE(start());
     EXPECT_TRUE(window->workplace().settings.Network);
-    EXPECT_EQ(window->workplace().datJingles, nullptr);
+    EXPECT_EQ(window->workplace().catalogues.datJingles, nullptr);
     show(TrackStep, 1);
     EXPECT_EQ(player().file(), path(QStringLiteral("audio/muziek/0001.mp3")));
     EXPECT_TRUE(preview->lblProblem->text().isEmpty());

@@ -21,7 +21,8 @@ TEST_F(Station, WhileItLoadsTheSplashIsTheOnlyWindow) {
     EXPECT_TRUE(startUnderSplash(*window, splash));
     EXPECT_FALSE(splash.isVisible());
     EXPECT_TRUE(window->isVisible());
-    EXPECT_NE(window->workplace().datJingles, nullptr) << "a damaged catalogue keeps the other one closed no more";
+    EXPECT_NE(window->workplace().catalogues.datJingles, nullptr)
+        << "a damaged catalogue keeps the other one closed no more";
     EXPECT_TRUE(window->workplace().settings.Network);
 }
 

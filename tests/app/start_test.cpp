@@ -114,18 +114,18 @@ TEST_F(Station, OnlyTheWholeArgumentStartsTheRecorder) {
 TEST_F(Station, WithoutTheNetworkNoCatalogueIsOpened) {
     configure(QStringLiteral("[Program]\nNetwork=0"));
     ASSERT_TRUE(start());
-    EXPECT_EQ(window->workplace().datTracks, nullptr);
-    EXPECT_EQ(window->workplace().datJingles, nullptr);
+    EXPECT_EQ(window->workplace().catalogues.datTracks, nullptr);
+    EXPECT_EQ(window->workplace().catalogues.datJingles, nullptr);
 }
 
 TEST_F(Station, WithTheNetworkBothCataloguesAreOpened) {
     configure(QStringLiteral("[Files]\nDatabasepath=%1\n[Program]\nNetwork=1")
                   .arg(QStringLiteral(ORVEL_SOURCE_DIR "/samples/station")));
     ASSERT_TRUE(start());
-    ASSERT_NE(window->workplace().datTracks, nullptr);
-    ASSERT_NE(window->workplace().datJingles, nullptr);
-    EXPECT_TRUE(window->workplace().datTracks->findFirst(QStringLiteral("tracknr=3")));
-    EXPECT_EQ(window->workplace().datTracks->field(QStringLiteral("PATH")).toString(),
+    ASSERT_NE(window->workplace().catalogues.datTracks, nullptr);
+    ASSERT_NE(window->workplace().catalogues.datJingles, nullptr);
+    EXPECT_TRUE(window->workplace().catalogues.datTracks->findFirst(QStringLiteral("tracknr=3")));
+    EXPECT_EQ(window->workplace().catalogues.datTracks->field(QStringLiteral("PATH")).toString(),
               QStringLiteral("M:\\muziek\\0003.mp3"));
 }
 

@@ -91,4 +91,21 @@ TEST(WhatIsAllowed, FollowsFromStateModeStepAndTake) {
     }
 }
 
+TEST(Joystick, ThreeOfItsButtonsDoWhatTheWindowsWouldDo) {
+    Allowed may;
+    for (int button = -1; button <= 9; ++button) {
+        EXPECT_EQ(pressed(button, may), DeskKey::None) << button;
+    }
+    may.cmdRec = may.cmdPlay = may.cmdSave = true;
+    EXPECT_EQ(pressed(1, may), DeskKey::Record);
+    EXPECT_EQ(pressed(2, may), DeskKey::Play);
+    EXPECT_EQ(pressed(4, may), DeskKey::Save);
+    for (const int button : {-1, 0, 3, 5, 9}) {
+        EXPECT_EQ(pressed(button, may), DeskKey::None) << button;
+    }
+    may.cmdPlay = false;
+    EXPECT_EQ(pressed(2, may), DeskKey::None);
+    EXPECT_EQ(pressed(4, may), DeskKey::Save);
+}
+
 } // namespace orvel

@@ -1,6 +1,7 @@
 // Which record, which file and which texts the preview gives.
 #include "platform/fake/fake_database.h"
 #include "playlist/step_types.h"
+#include "recording/catalogues.h"
 #include "recording/preview.h"
 #include "tests/platform/audio/temp_folder.h"
 #include "tests/test_platform.h"
@@ -35,15 +36,8 @@ class Previewing : public testing::Test, protected TestPlatform<FakeDatabaseEngi
     test::TempFolder folder;
     Settings settings;
     DriveMap drives{files, folder.path()};
-    std::unique_ptr<RecordSet> datTracks;
-    std::unique_ptr<RecordSet> datJingles;
-    int reopened = 0;
-    Preview preview{{files, settings, drives, datTracks, datJingles, [this](int kind) {
-                         ++reopened;
-                         auto &records = kind == TrackStep ? datTracks : datJingles;
-                         records.reset();
-                         records = openedCatalogue(databases, settings.Databasepath, kind);
-                     }}};
+    Catalogues catalogues{platform, settings};
+    Preview preview{{files, settings, drives, catalogues}};
     std::unique_ptr<WavePlayer> owned = sound.makePlayer();
     FakeWavePlayer *player = &sound.player(0);
 };
@@ -145,10 +139,10 @@ TEST_F(Previewing, ACatalogueThatIsNotThereIsAProblemOfItsKindOnly) {
 TEST_F(Previewing, ACatalogueIsOpenedAnewOnlyWhenItCannotBeReadAgain) {
     ASSERT_TRUE(load(TrackStep, 1));
     ASSERT_TRUE(load(TrackStep, 1));
-    EXPECT_EQ(reopened, 1);
+    EXPECT_EQ(databases.statements().size(), 1);
     databases.fail(FakeDatabaseEngine::Call::Refresh, ErrorNumber::FileNotFound);
     ASSERT_TRUE(load(TrackStep, 1));
-    EXPECT_EQ(reopened, 2);
+    EXPECT_EQ(databases.statements().size(), 2);
     databases.fail(FakeDatabaseEngine::Call::Open, ErrorNumber::DiskNotReady);
     EXPECT_FALSE(load(TrackStep, 1)->problem.isEmpty());
     databases.clearFailure(FakeDatabaseEngine::Call::Open);
