@@ -58,7 +58,9 @@ inline std::vector<std::int16_t> samplesOf(const QString &path) {
         return {};
     }
     std::vector<std::int16_t> samples(static_cast<std::size_t>(size) / 2);
-    std::memcpy(samples.data(), bytes.constData() + 44, static_cast<std::size_t>(size));
+    if (size > 0) { // nothing may not be copied to nowhere
+        std::memcpy(samples.data(), bytes.constData() + 44, static_cast<std::size_t>(size));
+    }
     return samples;
 }
 
