@@ -108,6 +108,9 @@ bool TakeSession::chooseName() {
     if (name.isEmpty() || !reserve(name)) {
         return false;
     }
+    if (counted && name != take_.name()) {
+        context_.takes.release(take_.name());
+    }
     context_.step.VoiceTrackName = name;
     take_ = currentTake();
     return true;

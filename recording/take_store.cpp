@@ -25,6 +25,12 @@ bool TakeStore::reserve(const QString &name) {
     return true;
 }
 
+void TakeStore::release(const QString &name) {
+    if (!journal_.entry(name)) {
+        locks_.remove(name);
+    }
+}
+
 bool TakeStore::hasSound(const QString &wav) const {
     constexpr qint64 header = 44; // bytes
     bool has = false;

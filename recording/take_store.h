@@ -31,6 +31,8 @@ class TakeStore {
     /// Keeps other programs on this station from using a name, until the take is filed. False when one of them does so
     /// already. Throws BadFileName.
     [[nodiscard]] bool reserve(const QString &name);
+    /// Gives a name back under which nothing was begun.
+    void release(const QString &name);
     /// Whether there is a take of exactly this step, with something in it.
     [[nodiscard]] bool isKept(const Take &take) const;
 

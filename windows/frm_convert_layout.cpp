@@ -1,6 +1,7 @@
 // How the window that imports sound files is put together.
 #include "platform/audio.h"
 #include "windows/frm_convert.h"
+#include "windows/named.h"
 #include "windows/on.h"
 
 #include <QHBoxLayout>
@@ -8,28 +9,15 @@
 
 namespace orvel {
 
-namespace {
-
-QPushButton *button(QWidget *parent, const char *name, const QString &caption, const QString &toolTip,
-                    const char *icon) {
-    auto *made = new QPushButton(QIcon(QString::fromLatin1(icon)), caption, parent);
-    made->setObjectName(QString::fromLatin1(name));
-    made->setToolTip(toolTip);
-    made->setAutoDefault(false);
-    return made;
-}
-
-} // namespace
-
 frmConvert::frmConvert(ConvertContext context, QWidget *parent)
     : QDialog(parent), browser(new FolderBrowser(context.platform.files, QStringLiteral("*.WAV;*.MP3").split(u';'),
                                                  FolderBrowser::Files::Shown, this)),
-      cmdBatch(button(this, "cmdBatch", QStringLiteral("Batch Import"),
-                      tr("Gebruik de bestanden in hun volgorde voor alle presentaties"), "")),
-      cmdSingle(button(this, "cmdSingle", QStringLiteral("Importeer Bestand"),
-                       tr("Gebruik het gekozen bestand voor de gekozen stap"), "")),
-      cmdQuit(button(this, "cmdQuit", tr("Sluiten"), tr("Verlaat dit scherm"), ":/icons/exit.svg")),
-      cmdPlay(button(this, "cmdPlay", tr("Beluister"), tr("Beluister het gekozen bestand"), "")),
+      cmdBatch(namedButton(this, "cmdBatch", QStringLiteral("Batch Import"),
+                           tr("Gebruik de bestanden in hun volgorde voor alle presentaties"), "")),
+      cmdSingle(namedButton(this, "cmdSingle", QStringLiteral("Importeer Bestand"),
+                            tr("Gebruik het gekozen bestand voor de gekozen stap"), "")),
+      cmdQuit(namedButton(this, "cmdQuit", tr("Sluiten"), tr("Verlaat dit scherm"), ":/icons/exit.svg")),
+      cmdPlay(namedButton(this, "cmdPlay", tr("Beluister"), tr("Beluister het gekozen bestand"), "")),
       progressconvert(new Gauge(this)), lstFailed(new QListWidget(this)), context_(std::move(context)),
       import_({context_.platform, context_.settings, context_.places, context_.datList, context_.step, context_.marks,
                context_.filing, [this](int percent, const QString &what) { return showProgress(percent, what); },

@@ -2,6 +2,7 @@
 
 #include "platform/audio.h"
 #include "platform/runtime_error.h"
+#include "windows/named.h"
 #include "windows/on.h"
 #include "windows/whole_rows.h"
 
@@ -17,14 +18,6 @@ namespace {
 
 enum Column { KindColumn, KeptNameColumn, WhenColumn, Columns };
 
-QPushButton *button(QWidget *parent, const char *name, const QString &caption, const QString &toolTip) {
-    auto *made = new QPushButton(caption, parent);
-    made->setObjectName(QString::fromLatin1(name));
-    made->setToolTip(toolTip);
-    made->setAutoDefault(false);
-    return made;
-}
-
 void setUp(QTableWidget &list) {
     list.setObjectName(QStringLiteral("lstKept"));
     list.setAccessibleName(QObject::tr("Bewaarde bestanden"));
@@ -38,9 +31,9 @@ void setUp(QTableWidget &list) {
 
 frmRecover::frmRecover(RecoverContext context, QWidget *parent)
     : QDialog(parent), lstKept(new QTableWidget(this)), lblResult(new QLabel(this)),
-      cmdPlay(button(this, "cmdPlay", tr("Beluister"), tr("Beluister het gekozen bestand"))),
-      cmdTerug(button(this, "cmdTerug", tr("Zet terug"), tr("Zet het gekozen bestand terug op zijn plaats"))),
-      cmdQuit(button(this, "cmdQuit", tr("Sluiten"), tr("Verlaat dit scherm"))), context_(std::move(context)),
+      cmdPlay(namedButton(this, "cmdPlay", tr("Beluister"), tr("Beluister het gekozen bestand"))),
+      cmdTerug(namedButton(this, "cmdTerug", tr("Zet terug"), tr("Zet het gekozen bestand terug op zijn plaats"))),
+      cmdQuit(namedButton(this, "cmdQuit", tr("Sluiten"), tr("Verlaat dit scherm"))), context_(std::move(context)),
       restoring_(context_.restoring), player_(context_.sound.makePlayer()) {
     setObjectName(QStringLiteral("frmRecover"));
     setWindowTitle(QStringLiteral("Herstellen"));

@@ -3,6 +3,7 @@
 #include "platform/audio.h"
 #include "platform/guarded.h"
 #include "platform/runtime_error.h"
+#include "windows/named.h"
 #include "windows/on.h"
 #include "windows/whole_rows.h"
 
@@ -34,21 +35,15 @@ QString shownTime(const QString &iso) {
     return QDateTime::fromString(iso, Qt::ISODate).toString(QStringLiteral("dd-MM-yyyy HH:mm"));
 }
 
-QPushButton *button(QWidget *parent, const char *name, const QString &caption, const char *icon) {
-    auto *made = new QPushButton(QIcon(QString::fromLatin1(icon)), caption, parent);
-    made->setObjectName(QString::fromLatin1(name));
-    made->setAutoDefault(false);
-    return made;
-}
-
 } // namespace
 
 frmUnfiled::frmUnfiled(SoundCard &sound, const PlayerSettings &output, std::vector<UnfiledTake> takes,
                        std::function<bool(const UnfiledTake &take)> save, QWidget *parent)
-    : QDialog(parent), lstTakes(new QTableWidget(this)), cmdPlay(button(this, "cmdPlay", tr("Beluister"), "")),
-      cmdSave(button(this, "cmdSave", tr("Bewaar voor deze stap"), ":/icons/save.svg")),
-      cmdLeave(button(this, "cmdLeave", tr("Laat staan"), "")), lblResult(new QLabel(this)), takes_(std::move(takes)),
-      save_(std::move(save)), player_(sound.makePlayer()) {
+    : QDialog(parent), lstTakes(new QTableWidget(this)),
+      cmdPlay(namedButton(this, "cmdPlay", tr("Beluister"), QString())),
+      cmdSave(namedButton(this, "cmdSave", tr("Bewaar voor deze stap"), QString(), ":/icons/save.svg")),
+      cmdLeave(namedButton(this, "cmdLeave", tr("Laat staan"), QString())), lblResult(new QLabel(this)),
+      takes_(std::move(takes)), save_(std::move(save)), player_(sound.makePlayer()) {
     setObjectName(QStringLiteral("frmUnfiled"));
     setWindowTitle(tr("Opnames die nog niet bewaard zijn"));
     player_->setOutput(output);

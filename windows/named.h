@@ -14,12 +14,14 @@ Control *named(Control *control, const char *name, const QString &accessibleName
     return control;
 }
 
-/// A button with the system's name for it. A screen reader tells its caption. icon: of the resources, or empty.
+/// A button with the system's name for it, which Enter does not press by itself. A screen reader tells its caption.
+/// icon: of the resources, or empty.
 inline QPushButton *namedButton(QWidget *parent, const char *name, const QString &caption, const QString &toolTip,
                                 const char *icon = "") {
     auto *button = new QPushButton(QIcon(QString::fromLatin1(icon)), caption, parent);
     button->setObjectName(QString::fromLatin1(name));
     button->setToolTip(toolTip);
+    button->setAutoDefault(false);
     return button;
 }
 

@@ -3,6 +3,7 @@
 #include "recording/take_session.h"
 #include "recording/time_parts.h"
 #include "widgets/theme.h"
+#include "windows/named.h"
 #include "windows/on.h"
 
 #include <QGridLayout>
@@ -10,13 +11,6 @@
 namespace orvel {
 
 namespace {
-
-QPushButton *button(QWidget *parent, const char *name, const QString &caption, const QString &toolTip) {
-    auto *made = new QPushButton(caption, parent);
-    made->setObjectName(QString::fromLatin1(name));
-    made->setToolTip(toolTip);
-    return made;
-}
 
 QLabel *notice(QWidget *parent, const char *name, const QString &text) {
     auto *label = new QLabel(text, parent);
@@ -40,7 +34,7 @@ TimeDisplay *display(QWidget *parent, const char *name, TimeDisplay::Fields fiel
 } // namespace
 
 RecorderPanel::RecorderPanel(TakeSession &session, QWidget *parent)
-    : QWidget(parent), cmdRec(button(this, "cmdRec", session.caption(), QStringLiteral("Opname starten/stoppen"))),
+    : QWidget(parent), cmdRec(namedButton(this, "cmdRec", session.caption(), QStringLiteral("Opname starten/stoppen"))),
       ledCount(display(this, "ledCount", TimeDisplay::Fields::Seconds, tr("Aftelling"))),
       ledTijd(display(this, "ledTijd", TimeDisplay::Fields::HoursMinutesSecondsMillis, tr("Opnametijd"))),
       lblOpname(notice(this, "lblOpname", QStringLiteral("OPNAME LOOPT"))),

@@ -1,6 +1,7 @@
 #include "windows/save_panel.h"
 
 #include "production/saving.h"
+#include "windows/named.h"
 #include "windows/on.h"
 
 #include <QCoreApplication>
@@ -9,25 +10,13 @@
 
 namespace orvel {
 
-namespace {
-
-QPushButton *button(QWidget *parent, const char *name, const QString &caption, const QString &toolTip,
-                    const char *icon) {
-    auto *made = new QPushButton(QIcon(QString::fromLatin1(icon)), caption, parent);
-    made->setObjectName(QString::fromLatin1(name));
-    made->setToolTip(toolTip);
-    return made;
-}
-
-} // namespace
-
 SavePanel::SavePanel(Saving &saving, QWidget *parent)
-    : QWidget(parent), cmdSave(button(this, "cmdSave", QStringLiteral("Bewaar opname"),
-                                      tr("Bewaar de opname als voicetrack"), ":/icons/save.svg")),
-      cmdImport(button(this, "cmdImport", tr("Importeer"), tr("Gebruik een bestaand geluidsbestand voor deze stap"),
-                       ":/icons/sound_import.svg")),
-      cmdMultivoice(button(this, "cmdMultivoice", QStringLiteral("Multi - voice"),
-                           tr("Spreek deze stap voor elk station apart in"), ":/icons/multivoice.svg")),
+    : QWidget(parent), cmdSave(namedButton(this, "cmdSave", QStringLiteral("Bewaar opname"),
+                                           tr("Bewaar de opname als voicetrack"), ":/icons/save.svg")),
+      cmdImport(namedButton(this, "cmdImport", tr("Importeer"),
+                            tr("Gebruik een bestaand geluidsbestand voor deze stap"), ":/icons/sound_import.svg")),
+      cmdMultivoice(namedButton(this, "cmdMultivoice", QStringLiteral("Multi - voice"),
+                                tr("Spreek deze stap voor elk station apart in"), ":/icons/multivoice.svg")),
       ledMulti(new Lamp(this)), barProgress(new Gauge(this)), saving_(saving) {
     ledMulti->setObjectName(QStringLiteral("ledMulti"));
     ledMulti->setAccessibleName(tr("Multivoice staat aan"));

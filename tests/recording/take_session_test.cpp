@@ -149,6 +149,30 @@ TEST_F(Desk, ANameThatAnotherProgramUsesIsRefused) {
     EXPECT_EQ(session.state(), SessionState::CountingDown);
 }
 
+TEST_F(Desk, ANameThatIsReplacedDuringTheCountDownIsFreeAgain) {
+    // It stayed taken until the end of the program.
+    session.mode.RecorderOnly = true;
+    const auto isFree = [this](const char *name) {
+        return disk.tryLock(places.takeLock(QString::fromLatin1(name)), "zij") != nullptr;
+    };
+    for (const char *name : {"eerst", "eerst", "dan"}) {
+        prompts.expectInput(QStringLiteral("Geef een naam voor dit bestand (ZONDER EXTENSIE)"),
+                            QStringLiteral("Bestandsnaam"), QString::fromLatin1(name));
+        session.cmdRec_Click();
+        EXPECT_FALSE(isFree(name));
+    }
+    EXPECT_TRUE(isFree("eerst"));
+    timers.advance(6000);
+    ASSERT_EQ(session.state(), SessionState::Recording);
+    sound.deliver(13230);
+    timers.advance(300);
+    session.cmdRec_Click();
+    prompts.expectInput(QStringLiteral("Geef een naam voor dit bestand (ZONDER EXTENSIE)"),
+                        QStringLiteral("Bestandsnaam"), QStringLiteral("later"));
+    session.cmdRec_Click();
+    EXPECT_FALSE(isFree("dan")) << "there is a take of that name";
+}
+
 TEST_F(Desk, ATakeOfAnotherPlaylistIsNotThisStepsTake) {
     select(link1);
     record(300);
