@@ -53,9 +53,10 @@ class Prompts {
     virtual bool waitUntil(const QString &text, const QString &title, const std::function<bool()> &isOver) = 0;
     /// A one-line text; empty when the box was cancelled.
     virtual QString input(const QString &prompt, const QString &title) = 0;
-    /// A file to write, chosen in a save dialog that starts on proposal; empty when it was cancelled.
+    /// A file to write, chosen in a save dialog that starts on proposal, a name or a path; empty when it was cancelled.
+    /// The folder must answer: the dialog reads it in the window's thread.
     virtual QString saveFileName(const QString &title, const QString &proposal) = 0;
-    /// A folder; empty when the dialog was cancelled.
+    /// A folder; empty when the dialog was cancelled. start: answers, as above.
     virtual QString folder(const QString &instruction, const QString &start) = 0;
     /// A colour as red + green * 256 + blue * 65536; nothing when the dialog was cancelled.
     virtual std::optional<std::int32_t> colour(std::int32_t initial) = 0;

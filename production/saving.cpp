@@ -7,8 +7,10 @@
 #include "recording/listening.h"
 #include "settings/settings.h"
 #include "station/ignore_errors.h"
+#include "station/paths.h"
 #include "station/places.h"
 
+#include <QFileInfo>
 #include <QScopeGuard>
 
 #include <utility>
@@ -71,17 +73,23 @@ Saving::Offer Saving::save(const Take &take, bool markBefore) {
     return Offer::ByTake;
 }
 
+QString Saving::proposal(const Take &take) const {
+    const QString name = take.name() + QStringLiteral(".mp3");
+    const bool isThere = !lastFolder_.isEmpty() && context_.platform.files.folderExists(lastFolder_);
+    return isThere ? inFolder(lastFolder_, name) : name;
+}
+
 Saving::Offer Saving::saveAs(const Take &take) {
     if (!context_.platform.files.fileExists(context_.places.take(take.name()))) {
         context_.tell(tr("Er is geen opname voor %1.").arg(take.name()));
         return Offer::Stays;
     }
     const QString chosen = context_.platform.prompts.saveFileName(
-        QStringLiteral("Geef naam en locatie waarmee U het bestand wenst te bewaren"),
-        take.name() + QStringLiteral(".mp3"));
+        QStringLiteral("Geef naam en locatie waarmee U het bestand wenst te bewaren"), proposal(take));
     if (chosen.isEmpty()) {
         return Offer::Off;
     }
+    lastFolder_ = QFileInfo(chosen).path();
     return context_.filing.saveAs(take, chosen) == Filing::Outcome::Filed ? Offer::Off : Offer::Stays;
 }
 

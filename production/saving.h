@@ -53,6 +53,8 @@ class Saving {
 
     [[nodiscard]] Offer save(const Take &take, bool markBefore);
     [[nodiscard]] Offer saveAs(const Take &take);
+    /// The take's name in the folder that was chosen last, as long as that answers.
+    [[nodiscard]] QString proposal(const Take &take) const;
     [[nodiscard]] Offer saveVersion(const Take &take);
     /// Runs a save in the session's filing state, however it ends.
     template <class Action>
@@ -61,6 +63,7 @@ class Saving {
     SavingContext context_;
     bool isMultivoice_ = false;
     std::optional<Take> chosen_; ///< the take that the station chooser is open for
+    QString lastFolder_;         ///< that the presenter chose
     Take versionsOf_;            ///< the take that versions were asked for last
     bool markBefore_ = false;    ///< of its step, before the first of them
     bool hasVersions_ = false;   ///< one of them was filed

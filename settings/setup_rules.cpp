@@ -1,6 +1,7 @@
 #include "settings/setup_rules.h"
 
 #include "platform/file_system.h"
+#include "platform/runtime_error.h"
 #include "station/places.h"
 
 #include <QObject>
@@ -18,6 +19,21 @@ QString databaseFolderProblem(const FileSystem &files, const QString &folder, bo
 QString voiceFolderProblem(const FileSystem &files, const QString &folder, bool used) {
     const bool wanted = used || !folder.isEmpty();
     return wanted && !files.folderExists(folder) ? QObject::tr("Deze map bestaat niet.") : QString();
+}
+
+QString chooserStart(const FileSystem &files, const QString &text, const QString &programFolder) {
+    if (text.isEmpty()) {
+        return programFolder;
+    }
+    try {
+        static_cast<void>(files.fileSize(text));
+    } catch (const RuntimeError &error) {
+        // The chooser would wait for it, and the whole program with it. Others tell the presenter what is wrong.
+        if (error.number() == ErrorNumber::DiskNotReady) {
+            return programFolder;
+        }
+    }
+    return text;
 }
 
 QString callbackName(int mode) {

@@ -14,6 +14,10 @@ namespace orvel {
 /// Why the server's folder of voice tracks cannot be used; empty when it can. An empty folder is fine unless used.
 [[nodiscard]] QString voiceFolderProblem(const FileSystem &files, const QString &folder, bool used);
 
+/// Where a chooser of folders begins: in the one of the text, or in the program's own where there is no text or the
+/// folder gives no answer.
+[[nodiscard]] QString chooserStart(const FileSystem &files, const QString &text, const QString &programFolder);
+
 /// Name of a callback mode; empty for one that has none.
 [[nodiscard]] QString callbackName(int mode);
 

@@ -65,7 +65,7 @@ void frmSetup::UpdateWave() {
 }
 
 void frmSetup::cmdPath_Click() {
-    const QString start = txtPath->text().isEmpty() ? programFolder_ : txtPath->text();
+    const QString start = chooserStart(platform_.files, txtPath->text(), programFolder_);
     const QString chosen =
         platform_.prompts.folder(QStringLiteral("Geef de locatie op van de databasebestanden"), start);
     if (!chosen.isEmpty()) {
@@ -74,7 +74,7 @@ void frmSetup::cmdPath_Click() {
 }
 
 void frmSetup::cmdVoice_Click() {
-    const QString start = txtVoice->text().isEmpty() ? programFolder_ : txtVoice->text();
+    const QString start = chooserStart(platform_.files, txtVoice->text(), programFolder_);
     const QString chosen =
         platform_.prompts.folder(QStringLiteral("Geef de locatie op van de voicetracks op de server"), start);
     if (!chosen.isEmpty()) {

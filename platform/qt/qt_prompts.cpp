@@ -6,12 +6,12 @@
 #include <QApplication>
 #include <QColorDialog>
 #include <QFileDialog>
-#include <QFileInfo>
 #include <QInputDialog>
 #include <QLabel>
 #include <QMessageBox>
 #include <QProgressDialog>
 #include <QPushButton>
+#include <QStandardPaths>
 #include <QTimer>
 #include <QToolButton>
 
@@ -146,7 +146,7 @@ QString QtPrompts::input(const QString &prompt, const QString &title) {
 }
 
 QString QtPrompts::saveFileName(const QString &title, const QString &proposal) {
-    QFileDialog dialog(activeWindow(), title, lastSaveFolder_);
+    QFileDialog dialog(activeWindow(), title, QStandardPaths::writableLocation(QStandardPaths::MusicLocation));
     dialog.setObjectName(QStringLiteral("codSave"));
     dialog.setAcceptMode(QFileDialog::AcceptSave);
     dialog.setNameFilters({QStringLiteral("MP3-bestanden (*.mp3)"), QStringLiteral("Alle bestanden (*)")});
@@ -154,11 +154,7 @@ QString QtPrompts::saveFileName(const QString &title, const QString &proposal) {
     // The copy that follows asks before it overwrites: one question is enough.
     dialog.setOption(QFileDialog::DontConfirmOverwrite);
     dialog.selectFile(proposal);
-    QString chosen = chosenIn(dialog);
-    if (!chosen.isEmpty()) {
-        lastSaveFolder_ = QFileInfo(chosen).path();
-    }
-    return chosen;
+    return chosenIn(dialog);
 }
 
 QString QtPrompts::folder(const QString &instruction, const QString &start) {

@@ -2,8 +2,6 @@
 
 #include "platform/prompts.h"
 
-#include <QStandardPaths>
-
 namespace orvel {
 
 /// Message boxes and dialogs over the active window.
@@ -19,10 +17,6 @@ class QtPrompts : public Prompts {
     std::optional<std::int32_t> colour(std::int32_t initial) override;
     std::unique_ptr<WaitingSign> waitFor(const QString &folder) override;
     std::unique_ptr<ProgressSign> progress(const QString &title, int steps) override;
-
-  private:
-    /// Where the save dialog starts: where the presenter saved last in this run, at first the desktop's music folder.
-    QString lastSaveFolder_ = QStandardPaths::writableLocation(QStandardPaths::MusicLocation);
 };
 
 } // namespace orvel

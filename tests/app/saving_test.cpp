@@ -186,6 +186,19 @@ TEST_F(SavingTakes, TheRecorderSavesWhereTheUserWants) {
     EXPECT_TRUE(exists(QStringLiteral("temp/spot.mp3")));
     EXPECT_FALSE(exists(QStringLiteral("temp/spot.wav")));
     EXPECT_FALSE(canSave());
+    // The next one begins in the same folder, as long as that answers.
+    prompts.expectInput(QStringLiteral("Geef een naam voor dit bestand (ZONDER EXTENSIE)"),
+                        QStringLiteral("Bestandsnaam"), QStringLiteral("nog een"));
+    record(500);
+    prompts.expectSaveFileName(saveTitle, path(QStringLiteral("nog een.mp3")), path(QStringLiteral("weg/nog een.mp3")));
+    ASSERT_TRUE(QDir(folder.path()).mkdir(QStringLiteral("weg")));
+    save();
+    ASSERT_TRUE(QDir(path(QStringLiteral("weg"))).removeRecursively());
+    prompts.expectInput(QStringLiteral("Geef een naam voor dit bestand (ZONDER EXTENSIE)"),
+                        QStringLiteral("Bestandsnaam"), QStringLiteral("derde"));
+    record(500);
+    prompts.expectSaveFileName(saveTitle, QStringLiteral("derde.mp3"), QString());
+    save();
 }
 
 TEST_F(SavingTakes, ACancelledSaveDialogKeepsTheTake) {

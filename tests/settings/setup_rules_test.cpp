@@ -1,4 +1,5 @@
 // What the setup dialog decides, without the dialog.
+#include "platform/fake/faulty_file_system.h"
 #include "platform/qt/disk_file_system.h"
 #include "settings/setup_rules.h"
 
@@ -11,6 +12,15 @@ namespace orvel {
 namespace {
 
 const QString noFolder = QStringLiteral("Deze map bestaat niet.");
+
+/// A server that stands still.
+class Stalled : public FaultyFileSystem {
+  public:
+    using FaultyFileSystem::FaultyFileSystem;
+    [[nodiscard]] qint64 fileSize(const QString &path) const override {
+        throw RuntimeError(ErrorNumber::DiskNotReady, path);
+    }
+};
 
 } // namespace
 
@@ -32,6 +42,17 @@ TEST(SetupRules, TheServersFolderMayBeEmptyUnlessItIsUsed) {
     EXPECT_EQ(voiceFolderProblem(files, QString(), true), noFolder);
     EXPECT_EQ(voiceFolderProblem(files, folder.filePath(QStringLiteral("weg")), false), noFolder);
     EXPECT_EQ(voiceFolderProblem(files, folder.path(), true), QString());
+}
+
+// The desktop's own chooser reads the folder in the window's thread: with a server that stood still all did.
+TEST(SetupRules, AChooserBeginsWhereTheTextSaysUnlessNobodyAnswersThere) {
+    const QTemporaryDir folder;
+    DiskFileSystem disk;
+    const QString program = QStringLiteral("/programma");
+    EXPECT_EQ(chooserStart(disk, QString(), program), program);
+    EXPECT_EQ(chooserStart(disk, folder.path(), program), folder.path());
+    EXPECT_EQ(chooserStart(disk, QStringLiteral("/nergens"), program), QStringLiteral("/nergens"));
+    EXPECT_EQ(chooserStart(Stalled(disk), folder.path(), program), program);
 }
 
 TEST(SetupRules, NumbersHaveNames) {
