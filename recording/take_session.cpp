@@ -240,8 +240,24 @@ void TakeSession::stop() {
     }
 }
 
+void TakeSession::cancelCountDown() {
+    if (state_ != SessionState::CountingDown) {
+        return;
+    }
+    context_.platform.sound.recorder().stop();
+    context_.takes.release(take_.name());
+    CountdownLeft = 0;
+    giveStepBack();
+    context_.ticked();
+    context_.tell(tr("De aftelling is afgebroken."));
+}
+
 void TakeSession::failedToStart() {
     context_.takes.abandon(take_);
+    giveStepBack();
+}
+
+void TakeSession::giveStepBack() {
     if (!mode.RecorderOnly && markBefore_) {
         // The step is as it was before: its voice track is still there.
         ignoringErrors([&] { context_.marks.mark(take_.step, true); });

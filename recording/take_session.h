@@ -70,6 +70,8 @@ class TakeSession {
 
     /// Starts, stops or starts the count-down anew, by what the session is doing. Throws what marking the step throws.
     void cmdRec_Click();
+    /// Nothing will be recorded after all: the step is as it was before the count-down. Only while that runs.
+    void cancelCountDown();
     void tmrCountDown_Timer();
     void tmrRec_Timer();
     /// Opens the take file and starts the recorder.
@@ -100,6 +102,7 @@ class TakeSession {
     void moveBar();
     void stop();
     void failedToStart();
+    void giveStepBack();
     void backToIdle();
     void lookAtTake();
     void watchRecorder();

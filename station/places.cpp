@@ -38,6 +38,10 @@ QString Places::journalFolder() const {
     return joined(programFolder_, QStringLiteral("\\journal"));
 }
 
+QString Places::deskFile() const {
+    return joined(programFolder_, QStringLiteral("\\orvel-desk.ini"));
+}
+
 QString Places::settingsFile() const {
     return joined(programFolder_, QStringLiteral("\\orvel.ini"));
 }

@@ -19,6 +19,7 @@ class Places {
     [[nodiscard]] QString recoveryFolder() const;
     [[nodiscard]] QString journalFolder() const;
     [[nodiscard]] QString settingsFile() const;
+    [[nodiscard]] QString deskFile() const; ///< how the windows were left
     [[nodiscard]] QString stationList() const;
     [[nodiscard]] QString reportTemplate() const;
     [[nodiscard]] QString lockFile() const;

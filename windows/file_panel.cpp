@@ -7,6 +7,9 @@
 #include "windows/named.h"
 #include "windows/on.h"
 
+#include <QGuiApplication>
+#include <QSignalBlocker>
+#include <QStyledItemDelegate>
 #include <QVBoxLayout>
 
 namespace orvel {
@@ -20,7 +23,7 @@ QListWidget *fileList(QWidget *parent, const char *name, const QString &accessib
     list->setObjectName(QString::fromLatin1(name));
     list->setAccessibleName(accessibleName);
     list->setUniformItemSizes(true);
-    list->setMinimumHeight(list->fontMetrics().height() * 3); // small screens
+    list->setMinimumHeight(list->fontMetrics().height() * 2); // small screens
     return list;
 }
 
@@ -37,9 +40,30 @@ ShownPlaylists shown(const QListWidget &list, const QString &folder) {
     return {folder, names, selectedName(list)};
 }
 
+constexpr int progressRole = Qt::UserRole;
+
+/// The open playlist stands out, with how far it is behind its name.
+class PlaylistDelegate : public QStyledItemDelegate {
+  public:
+    using QStyledItemDelegate::QStyledItemDelegate;
+
+  protected:
+    void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override {
+        QStyledItemDelegate::initStyleOption(option, index);
+        const QVariant progress = index.data(progressRole);
+        if (progress.isValid()) {
+            option->font.setBold(true);
+            option->text +=
+                progress.toString().isEmpty() ? QString() : QStringLiteral(" · %1").arg(progress.toString());
+        }
+    }
+};
+
 QWidget *page(QListWidget *list, QPushButton *deleteButton) {
     auto *made = new QWidget;
     auto *layout = new QVBoxLayout(made);
+    const int margin = made->fontMetrics().height() / 3;
+    layout->setContentsMargins(margin, margin, margin, margin);
     layout->addWidget(list);
     layout->addWidget(deleteButton);
     return made;
@@ -68,7 +92,19 @@ FilePanel::FilePanel(Platform &platform, const Settings &settings, const Current
     layout->addWidget(cmdHerstellen);
     on(tabFiles, &QTabWidget::currentChanged, this, &FilePanel::tabFiles_Click);
     on(filNew, &QListWidget::itemClicked, this, &FilePanel::filNew_Click);
-    on(filNew, &QListWidget::itemActivated, this, &FilePanel::filNew_Click);
+    on(filNew, &QListWidget::itemActivated, this, [this] {
+        // The tab key makes an item the current one without selecting it.
+        const QSignalBlocker quiet(filNew);
+        filNew->currentItem()->setSelected(true);
+        filNew_Click();
+    });
+    // What is selected by keys is opened too: the list never points at another playlist than the grid shows.
+    on(filNew, &QListWidget::itemSelectionChanged, this, [this] {
+        if (filNew->hasFocus() && QGuiApplication::mouseButtons() == Qt::NoButton) {
+            filNew_Click();
+        }
+    });
+    filNew->setItemDelegate(new PlaylistDelegate(filNew));
     on(cmdWisNew, &QPushButton::clicked, this, &FilePanel::cmdWisNew_Click);
     on(cdmWisKlaar, &QPushButton::clicked, this, &FilePanel::cdmWisKlaar_Click);
     on(cmdHerstellen, &QPushButton::clicked, this, &FilePanel::recoverWanted);
@@ -76,6 +112,7 @@ FilePanel::FilePanel(Platform &platform, const Settings &settings, const Current
 
 void FilePanel::refill(QListWidget &list, const QString &folder) {
     const QString selected = selectedName(list);
+    const QSignalBlocker quiet(list);
     list.clear();
     list.addItems(files_.list(folder, playlistPattern));
     const QList<QListWidgetItem *> again = list.findItems(selected, Qt::MatchExactly);
@@ -87,6 +124,30 @@ void FilePanel::refill(QListWidget &list, const QString &folder) {
 void FilePanel::refreshNew() {
     refill(*filNew, settings_.NewPath);
     greyUnusable();
+    showOpen(open_, progress_);
+}
+
+void FilePanel::open(const QString &name) {
+    const QSignalBlocker quiet(filNew);
+    for (QListWidgetItem *item : filNew->findItems(name, Qt::MatchExactly)) {
+        filNew->setCurrentItem(item);
+        grid_.openPlaylist(settings_.NewPath, name);
+    }
+}
+
+void FilePanel::showOpen(const QString &name, const Progress &progress) {
+    open_ = name;
+    progress_ = progress;
+    for (int row = 0; row < filNew->count(); ++row) {
+        QListWidgetItem &item = *filNew->item(row);
+        const bool isOpen = item.text().compare(name, Qt::CaseInsensitive) == 0;
+        const QString behindTheName =
+            progress.links == 0 ? QString() : tr("%1 van %2").arg(progress.done).arg(progress.links);
+        item.setData(progressRole, isOpen ? QVariant(behindTheName) : QVariant());
+        if (isOpen) {
+            item.setData(Qt::AccessibleDescriptionRole, toText(progress));
+        }
+    }
 }
 
 void FilePanel::greyUnusable() {

@@ -4,6 +4,7 @@
 #include "playlist/current_step.h"
 #include "playlist/deletion.h"
 #include "playlist/playlist_check.h"
+#include "playlist/progress.h"
 #include "settings/settings.h"
 #include "windows/grid_panel.h"
 
@@ -34,6 +35,10 @@ class FilePanel : public QGroupBox {
     /// be opened as a playlist is greyed, with the reason as its tooltip.
     void refreshNew();
     void refreshOk();
+    /// Opens a playlist to do, as a click would. Throws what opening throws.
+    void open(const QString &name);
+    /// The playlist that is open, or none, with how far it is.
+    void showOpen(const QString &name, const Progress &progress);
 
     void tabFiles_Click();
     void filNew_Click();
@@ -54,6 +59,8 @@ class FilePanel : public QGroupBox {
     const CurrentStep &step_;
     GridPanel &grid_;
     Deletion deletion_;
+    QString open_; ///< the playlist that the grid shows
+    Progress progress_;
 };
 
 } // namespace orvel

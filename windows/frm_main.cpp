@@ -17,6 +17,7 @@
 #include "windows/frm_convert.h"
 #include "windows/frm_export.h"
 #include "windows/frm_import.h"
+#include "windows/frm_keys.h"
 #include "windows/frm_preview.h"
 #include "windows/frm_recover.h"
 #include "windows/frm_setup.h"
@@ -33,6 +34,7 @@
 
 #include <QApplication>
 #include <QCloseEvent>
+#include <QShortcut>
 
 #include <utility>
 
@@ -66,6 +68,8 @@ void frmMain::Form_Initialize() {
     connectPanels();
     makeToolbar();
     layOut();
+    makeKeys();
+    fold(false);
     showDesk();
 }
 
@@ -106,6 +110,9 @@ void frmMain::makePanels() {
 
 void frmMain::connectPanels() {
     on(panels_.cardPanel, &CardPanel::advancedWanted, this, &frmMain::showAdvanced);
+    // What was saved is followed by the next link.
+    on(panels_.savePanel->cmdSave, &QPushButton::clicked, panels_.recorderPanel->cmdRec,
+       [this] { panels_.recorderPanel->cmdRec->setFocus(); });
     on(panels_.savePanel->cmdImport, &QPushButton::clicked, this, &frmMain::showConvert);
     on(panels_.gridPanel, &GridPanel::stepSelected, this, [this] { workplace_.session.stepSelected(); });
     on(panels_.gridPanel, &GridPanel::previewWanted, this, &frmMain::showPreview);
@@ -137,6 +144,7 @@ bool frmMain::Form_Load() {
     work.session.mode.hasStations = platform_.files.fileExists(work.places.stationList());
     showDesk();
     panels_.cardPanel->watch();
+    restoreDesk();
     tmrJoystick_->setEnabled(true);
     if (splash_) {
         splash_->close();
@@ -229,6 +237,8 @@ void frmMain::Form_QueryUnload() {
     // Nothing here may keep the program open, and a running take must be closed properly.
     ignoringErrors([&] { StopAudio(); });
     guarded([this] { BewaarAudio(); });
+    // How the windows stood is not worth a message.
+    ignoringErrors([&] { rememberDesk(); });
 }
 
 void frmMain::closeEvent(QCloseEvent *event) {
@@ -283,6 +293,8 @@ void frmMain::showDesk() {
     panels_.playbackPanel->show();
     panels_.savePanel->show();
     panels_.stepPanel->show(workplace_.step, workplace_.session.fileName());
+    escape_->setEnabled(workplace_.session.state() == SessionState::CountingDown);
+    showProgress();
 }
 
 void frmMain::showTick() {

@@ -2,16 +2,22 @@
 
 #include "platform/platform.h"
 #include "platform/timers.h"
+#include "windows/desk_key.h"
 #include "windows/transfer.h"
 #include "windows/workplace.h"
 
 #include <QLabel>
 #include <QMainWindow>
 #include <QPointer>
+#include <QSplitter>
 #include <QTabWidget>
 #include <QToolBar>
+#include <QToolButton>
 
 #include <memory>
+#include <vector>
+
+class QShortcut;
 
 namespace orvel {
 
@@ -29,6 +35,7 @@ class frmAdv;
 class frmConvert;
 class frmExport;
 class frmImport;
+class frmKeys;
 class frmPreview;
 class frmRecover;
 class frmSetup;
@@ -48,7 +55,9 @@ struct Panels {
     SavePanel *savePanel = nullptr;
     CardPanel *cardPanel = nullptr;
     MeterPanel *meterPanel = nullptr;
+    QSplitter *lists = nullptr; ///< playlists and grid
     QTabWidget *tabRec = nullptr;
+    QToolButton *cmdFold = nullptr; ///< folds tabRec down to its tabs
     QToolBar *tlbMain = nullptr;
     QLabel *lblStatus = nullptr;
 };
@@ -98,6 +107,16 @@ class frmMain : public QMainWindow {
     void makePanels();
     void connectPanels();
     void makeToolbar();
+    void makeKeys();
+    void showKeys();
+    void showNextOpenSlot();
+    /// The panel with card, mixer and processor: only its tabs, or all of it.
+    void fold(bool folded);
+    /// As the presenter left it.
+    void restoreDesk();
+    void rememberDesk();
+    /// Which playlist is open and how far it is.
+    void showProgress();
     void layOut();
     QWidget *recordingStrip();
 
@@ -146,6 +165,10 @@ class frmMain : public QMainWindow {
     std::unique_ptr<frmPreview> preview_;
     std::unique_ptr<frmRecover> recover_;
     std::unique_ptr<frmImport> import_;
+    std::unique_ptr<frmKeys> keySheet_;
+    std::vector<DeskKeyStroke> keys_;
+    QShortcut *escape_ = nullptr; ///< only while a count-down runs
+    bool isFolded_ = false;
     std::unique_ptr<frmExport> export_;
     std::unique_ptr<frmSetup> setup_;
     std::unique_ptr<frmUnfiled> unfiled_;

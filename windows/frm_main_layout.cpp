@@ -7,6 +7,7 @@
 #include "windows/playback_panel.h"
 #include "windows/processor_panel.h"
 #include "windows/recorder_panel.h"
+#include "windows/reflow.h"
 #include "windows/save_panel.h"
 #include "windows/step_panel.h"
 
@@ -38,7 +39,7 @@ constexpr std::array toolButtons = {
     ToolButton{"Afsluiten", "Verlaat het programma"},
 };
 
-/// A panel that keeps its height and may be wider than the window.
+/// A panel that may be wider than the window and, on small screens, higher than its place.
 QScrollArea *scrollable(QWidget *panel) {
     auto *area = new QScrollArea;
     area->setFrameShape(QFrame::NoFrame);
@@ -47,8 +48,7 @@ QScrollArea *scrollable(QWidget *panel) {
     // The tab's own background shows through.
     area->viewport()->setAutoFillBackground(false);
     panel->setAutoFillBackground(false);
-    area->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
-    area->setMinimumHeight(panel->sizeHint().height() + area->fontMetrics().height());
+    area->setMinimumHeight(area->fontMetrics().height() * 6);
     return area;
 }
 
@@ -75,10 +75,10 @@ QWidget *frmMain::recordingStrip() {
     auto *buttons = new QHBoxLayout;
     buttons->setSpacing(fontMetrics().height());
     auto *side = new QVBoxLayout;
-    auto *actions = new QHBoxLayout;
-    actions->addWidget(panels_.playbackPanel);
-    actions->addWidget(panels_.savePanel, 1);
-    side->addLayout(actions);
+    auto *actions = new Reflow(strip);
+    actions->add(panels_.playbackPanel);
+    actions->add(panels_.savePanel);
+    side->addWidget(actions);
     side->addWidget(panels_.meterPanel);
     buttons->addWidget(panels_.recorderPanel);
     buttons->addLayout(side, 1);
@@ -90,25 +90,32 @@ QWidget *frmMain::recordingStrip() {
 }
 
 void frmMain::layOut() {
-    auto *lists = new QSplitter(Qt::Horizontal, this);
-    lists->addWidget(panels_.filePanel);
-    lists->addWidget(panels_.gridPanel);
-    lists->setStretchFactor(0, 0);
-    lists->setStretchFactor(1, 1);
-    lists->setChildrenCollapsible(false);
+    panels_.lists = new QSplitter(Qt::Horizontal, this);
+    panels_.lists->addWidget(panels_.filePanel);
+    panels_.lists->addWidget(panels_.gridPanel);
+    panels_.lists->setStretchFactor(0, 0);
+    panels_.lists->setStretchFactor(1, 1);
+    panels_.lists->setChildrenCollapsible(false);
     panels_.filePanel->setMinimumWidth(fontMetrics().averageCharWidth() * 30);
 
     panels_.tabRec = new QTabWidget(this);
     panels_.tabRec->setObjectName(QStringLiteral("tabRec"));
     panels_.tabRec->setAccessibleName(tr("Opnamepanelen"));
-    panels_.tabRec->addTab(panels_.cardPanel, tr("Opname en kaart"));
+    panels_.tabRec->addTab(scrollable(panels_.cardPanel), tr("Opname en kaart"));
     panels_.tabRec->addTab(scrollable(panels_.processorPanel), tr("Processor"));
     panels_.tabRec->setSizePolicy(QSizePolicy::Preferred, QSizePolicy::Maximum);
+    panels_.cmdFold = new QToolButton(this);
+    panels_.cmdFold->setObjectName(QStringLiteral("cmdFold"));
+    panels_.cmdFold->setAutoRaise(true);
+    panels_.tabRec->setCornerWidget(panels_.cmdFold);
+    on(panels_.cmdFold, &QToolButton::clicked, this, [this] { fold(!isFolded_); });
+    // A tab that is wanted is seen.
+    on(panels_.tabRec, &QTabWidget::tabBarClicked, this, [this] { fold(false); });
 
     auto *middle = new QWidget(this);
     auto *layout = new QVBoxLayout(middle);
     layout->setContentsMargins(fontMetrics().height() / 2, fontMetrics().height() / 2, fontMetrics().height() / 2, 0);
-    layout->addWidget(lists, 1);
+    layout->addWidget(panels_.lists, 1);
     layout->addWidget(recordingStrip());
     layout->addWidget(panels_.tabRec);
     setCentralWidget(middle);

@@ -1,9 +1,12 @@
 #include "windows/grid_panel.h"
 
 #include "platform/runtime_error.h"
+#include "windows/grid_columns.h"
 #include "windows/on.h"
 
+#include <QGuiApplication>
 #include <QHeaderView>
+#include <QMenu>
 #include <QScopeGuard>
 #include <QVBoxLayout>
 
@@ -27,34 +30,6 @@ void setUp(QTableView &grid) {
     grid.setMinimumHeight(grid.fontMetrics().height() * 6);
 }
 
-/// The text with the most characters is nearly always the widest one: measuring only that one opens a long playlist
-/// five times faster than measuring every cell.
-QString longestText(const QAbstractItemModel &model, int column) {
-    QString longest;
-    for (int row = 0; row < model.rowCount(); ++row) {
-        QString text = model.index(row, column).data().toString();
-        if (text.size() > longest.size()) {
-            longest = std::move(text);
-        }
-    }
-    return longest;
-}
-
-void fitColumns(QTableView &grid) {
-    const QFontMetrics metrics = grid.fontMetrics();
-    const int padding = metrics.averageCharWidth() * 3;
-    QHeaderView &header = *grid.horizontalHeader();
-    for (int column = 0; column < grid.model()->columnCount(); ++column) {
-        if (!grid.isColumnHidden(column)) {
-            const int text = metrics.horizontalAdvance(longestText(*grid.model(), column)) + padding;
-            grid.setColumnWidth(column, std::max(text, header.sectionSizeHint(column)));
-            if (column == ImportedColumn) {
-                grid.resizeColumnToContents(column); // a tick, and a sign beside it
-            }
-        }
-    }
-}
-
 } // namespace
 
 GridPanel::GridPanel(Playlist &playlist, CurrentStep &step, const VoiceTracks &tracks, QWidget *parent)
@@ -64,17 +39,58 @@ GridPanel::GridPanel(Playlist &playlist, CurrentStep &step, const VoiceTracks &t
     mixTypes_.setRows(mixTypeRows());
     dbgLijst->setModel(&model_);
     dbgLijst->setItemDelegate(&mixTypes_);
-    for (int column = 0; column < StepColumnCount; ++column) {
-        dbgLijst->setColumnHidden(column, stepField(column).isHidden);
-    }
+    hideTechnicalColumns(*dbgLijst);
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(dbgLijst);
     QSizePolicy keepsItsPlace = dbgLijst->sizePolicy();
     keepsItsPlace.setRetainSizeWhenHidden(true);
     dbgLijst->setSizePolicy(keepsItsPlace);
     dbgLijst->hide();
+    watchColumns();
     on(dbgLijst->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &GridPanel::currentRowChanged);
     on(dbgLijst, &QTableView::doubleClicked, this, &GridPanel::dbgLijst_DblClick);
+}
+
+void GridPanel::watchColumns() {
+    QHeaderView &header = *dbgLijst->horizontalHeader();
+    header.setSectionsMovable(true);
+    header.setContextMenuPolicy(Qt::CustomContextMenu);
+    on(&header, &QHeaderView::customContextMenuRequested, this, [this](auto... place) { (chooseColumns(place), ...); });
+    on(&header, &QHeaderView::sectionMoved, this, [this] { areColumnsSet_ = true; });
+    on(&header, &QHeaderView::sectionResized, this,
+       [this] { areColumnsSet_ = areColumnsSet_ || QGuiApplication::mouseButtons() != Qt::NoButton; });
+}
+
+void GridPanel::chooseColumns(const QPoint &place) {
+    QMenu menu;
+    fillColumnMenu(menu, *dbgLijst);
+    if (menu.exec(dbgLijst->horizontalHeader()->mapToGlobal(place)) != nullptr) {
+        areColumnsSet_ = true;
+    }
+}
+
+QByteArray GridPanel::columns() const {
+    return areColumnsSet_ ? dbgLijst->horizontalHeader()->saveState() : QByteArray();
+}
+
+void GridPanel::restoreColumns(const QByteArray &columns) {
+    areColumnsSet_ = !columns.isEmpty() && dbgLijst->horizontalHeader()->restoreState(columns);
+    if (areColumnsSet_) {
+        // A file from another version may know other columns.
+        for (int column = 0; column < StepColumnCount; ++column) {
+            dbgLijst->setColumnHidden(column, dbgLijst->isColumnHidden(column) || stepField(column).isHidden);
+        }
+    }
+}
+
+void GridPanel::resizeEvent(QResizeEvent *event) {
+    QGroupBox::resizeEvent(event);
+    guarded([this] {
+        if (!areColumnsSet_ && playlist_.isOpen()) {
+            shareRest(*dbgLijst);
+        }
+        showNeighbours();
+    });
 }
 
 void GridPanel::openPlaylist(const QString &newPath, const QString &name) {
@@ -86,7 +102,9 @@ void GridPanel::openPlaylist(const QString &newPath, const QString &name) {
         throw;
     }
     showMissing();
-    fitColumns(*dbgLijst);
+    if (!areColumnsSet_) {
+        fitColumns(*dbgLijst);
+    }
     dbgLijst->show();
     selectRow(0);
 }
@@ -121,6 +139,16 @@ void GridPanel::showMissing() {
 void GridPanel::selectRow(int row) {
     if (row >= 0 && row < model_.rowCount()) {
         dbgLijst->setCurrentIndex(model_.index(row, StapColumn));
+        showNeighbours();
+    }
+}
+
+void GridPanel::showNeighbours() {
+    const int row = currentRow();
+    for (const int neighbour : {row + 1, row - 1, row}) {
+        if (neighbour >= 0 && neighbour < model_.rowCount()) {
+            dbgLijst->scrollTo(model_.index(neighbour, StapColumn));
+        }
     }
 }
 

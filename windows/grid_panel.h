@@ -33,7 +33,12 @@ class GridPanel : public QGroupBox {
     void showChanged(int row);
     /// Row of the selected step, -1 without one.
     [[nodiscard]] int currentRow() const { return dbgLijst->currentIndex().row(); }
+    /// Its neighbours are seen as well.
     void selectRow(int row);
+    /// Order, widths and which ones are hidden, as the header keeps them.
+    /// Nothing as long as the presenter has left them alone.
+    [[nodiscard]] QByteArray columns() const;
+    void restoreColumns(const QByteArray &columns);
 
     void dbgLijst_RowColChange();
     void dbgLijst_SelChange();
@@ -45,15 +50,23 @@ class GridPanel : public QGroupBox {
     /// A music track or jingle was double-clicked.
     void previewWanted();
 
+  protected:
+    void resizeEvent(QResizeEvent *event) override;
+
   private:
     void currentRowChanged();
     void showMissing();
+    /// A link is spoken between two items: both are seen.
+    void showNeighbours();
+    void watchColumns();
+    void chooseColumns(const QPoint &place);
 
     Playlist &playlist_;
     CurrentStep &step_;
     const VoiceTracks &tracks_;
     StepsModel model_;
     MixTypeDelegate mixTypes_;
+    bool areColumnsSet_ = false; ///< the presenter moved, hid or resized one
 };
 
 } // namespace orvel

@@ -16,6 +16,7 @@ PlaybackPanel::PlaybackPanel(Listening &listening, const TakeSession &session, Q
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(cmdPlay);
+    layout->addStretch();
     on(cmdPlay, &QPushButton::clicked, this, &PlaybackPanel::cmdPlay_Click);
 }
 

@@ -173,6 +173,41 @@ TEST_F(Desk, ANameThatIsReplacedDuringTheCountDownIsFreeAgain) {
     EXPECT_FALSE(isFree("dan")) << "there is a take of that name";
 }
 
+TEST_F(Desk, ACountDownThatIsCalledOffLeavesEverythingAsItWas) {
+    select(link1);
+    record(500);
+    const QByteArray before = disk.read(places.take(QStringLiteral("LINK1")));
+    const auto entry = journal.entry(QStringLiteral("LINK1"));
+    playlist.setValue(link1, ImportedColumn, true);
+    select(link2);
+    select(link1);
+    settings.Mute = true;
+    session.cmdRec_Click();
+    ASSERT_EQ(session.state(), SessionState::CountingDown);
+    ASSERT_FALSE(isMarked(link1));
+    timers.advance(1000);
+    session.cancelCountDown();
+    EXPECT_EQ(session.state(), SessionState::Idle);
+    EXPECT_TRUE(isMarked(link1));
+    EXPECT_EQ(disk.read(places.take(QStringLiteral("LINK1"))), before);
+    EXPECT_EQ(journal.entry(QStringLiteral("LINK1")), entry);
+    EXPECT_TRUE(may().cmdSave) << "the earlier take is still there";
+    EXPECT_FALSE(step.PlaylistTakeRunning);
+    EXPECT_EQ(session.CountdownLeft, 0);
+    EXPECT_EQ(sound.muteLog(), (std::vector<bool>{true, false}));
+    timers.advance(10000);
+    EXPECT_EQ(session.state(), SessionState::Idle);
+}
+
+TEST_F(Desk, OnlyACountDownCanBeCalledOff) {
+    select(link1);
+    session.cancelCountDown();
+    EXPECT_EQ(session.state(), SessionState::Idle);
+    startTake();
+    session.cancelCountDown();
+    EXPECT_EQ(session.state(), SessionState::Recording);
+}
+
 TEST_F(Desk, ATakeOfAnotherPlaylistIsNotThisStepsTake) {
     select(link1);
     record(300);

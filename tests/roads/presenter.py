@@ -194,10 +194,25 @@ class Desk(PrivateMachine):
         self.run("xdotool", "mousemove", str(area.x + min(area.width // 2, 300)),
                  str(area.y + area.height // 2), "click", "--repeat", "2" if double else "1", "1")
 
-    def press(self, name, role="push button", seconds=15.0):
+    def enabled(self, name, role="push button", seconds=15.0):
+        """The control, once it can be used."""
         node = self.find(name, role, seconds)
         wait_for(f"{name!r} to be enabled", lambda: node.get_state_set().contains(Atspi.StateType.ENABLED), seconds)
-        self.click(node)
+        return node
+
+    def press(self, name, role="push button", seconds=15.0):
+        self.click(self.enabled(name, role, seconds))
+
+    def tab_to(self, name):
+        """Moves the focus by the tab key until it is on a control of this name."""
+        def is_there():
+            node = self.look(name)
+            if node and node.get_state_set().contains(Atspi.StateType.FOCUSED):
+                return True
+            self.key("Tab")
+            time.sleep(0.2)
+            return False
+        wait_for(f"the focus on {name!r}", is_there)
 
     def type(self, text):
         self.run("xdotool", "type", "--delay", "30", text)

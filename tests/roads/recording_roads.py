@@ -135,5 +135,30 @@ def killed_while_recording(road):
     assert road.level(take, 0.5, 1.5) > -45
 
 
-ROADS = (click_to_file, finish_playlist, server_mode, recorder, no_sound_card, microphone_unplugged,
+def keyboard_alone(road):
+    """A whole playlist without a mouse, three keys a link: record, stop, save, and the next link is ready."""
+    playlist = road.path("new", "avond-2000.mdb")
+    names = [step["Atrack"] for step in road.steps(playlist) if step["type"] == "2" and step["Imported"] == "0"]
+    assert len(names) >= 2, names
+    road.start()
+    road.desk.find("avond-2000.mdb", "list item", 30)
+    road.desk.tab_to("Te bewerken playlists")
+    road.desk.key("Return")
+    road.desk.find("Link 1", "table cell")
+    road.desk.key("F6")
+    for name in names:
+        road.desk.key("F5")
+        road.desk.find(STOP, "push button", 30)
+        spoken = road.desk.say("Dit is een link zonder muis.")
+        time.sleep(spoken + 0.5)
+        road.desk.key("F5")
+        road.desk.enabled(SAVE)
+        road.desk.key("F4")
+        filed = road.path("ok", name + ".mp3")
+        wait_for(f"the voice track {name}", lambda: os.path.exists(filed))
+        assert float(road.probe(filed, "format=duration")[0]) > spoken
+    road.picture("done")
+
+
+ROADS = (click_to_file, keyboard_alone, finish_playlist, server_mode, recorder, no_sound_card, microphone_unplugged,
          killed_while_recording)

@@ -1,0 +1,54 @@
+// The keys of the main window: one for each thing that a presenter does all day.
+#include "playlist/progress.h"
+#include "windows/frm_keys.h"
+#include "windows/frm_main.h"
+#include "windows/grid_panel.h"
+#include "windows/on.h"
+#include "windows/playback_panel.h"
+#include "windows/recorder_panel.h"
+#include "windows/save_panel.h"
+
+#include <QShortcut>
+
+namespace orvel {
+
+DeskKeyStroke keyOf(QPushButton *button, const QKeySequence &key, const QString &what) {
+    button->setToolTip(QStringLiteral("%1 (%2)").arg(button->toolTip(), key.toString(QKeySequence::NativeText)));
+    return {key, what, [button] { button->click(); }};
+}
+
+void frmMain::makeKeys() {
+    keys_ = {
+        keyOf(panels_.recorderPanel->cmdRec, Qt::Key_F5, tr("Opname starten en stoppen")),
+        keyOf(panels_.savePanel->cmdSave, Qt::Key_F4, tr("De opname bewaren")),
+        keyOf(panels_.playbackPanel->cmdPlay, Qt::Key_F3, tr("De opname beluisteren, of stoppen")),
+        {Qt::Key_F6, tr("Naar de volgende link die nog niet klaar is"), [this] { showNextOpenSlot(); }},
+        {Qt::Key_F7, tr("Het gekozen nummer voorbeluisteren"), [this] { panels_.gridPanel->dbgLijst_DblClick(); }},
+        {Qt::Key_F8, tr("De playlist afdrukken"), [this] { panels_.tlbMain->actions().constFirst()->trigger(); }},
+        {Qt::Key_F9, tr("Opnamekaart, mixer en processor tonen of wegklappen"), [this] { fold(!isFolded_); }},
+        {Qt::Key_Escape, tr("De aftelling afbreken"), [this] { workplace_.session.cancelCountDown(); }},
+        {Qt::Key_F1, tr("Deze toetsen"), [this] { showKeys(); }},
+    };
+    for (const DeskKeyStroke &stroke : keys_) {
+        auto *shortcut = new QShortcut(stroke.key, this);
+        shortcut->setAutoRepeat(false);
+        on(shortcut, &QShortcut::activated, this, stroke.action);
+        if (stroke.key == QKeySequence(Qt::Key_Escape)) {
+            escape_ = shortcut;
+        }
+    }
+}
+
+void frmMain::showNextOpenSlot() {
+    panels_.gridPanel->selectRow(nextOpenSlot(workplace_.datList, panels_.gridPanel->currentRow()));
+    panels_.recorderPanel->cmdRec->setFocus();
+}
+
+void frmMain::showKeys() {
+    if (!keySheet_) {
+        keySheet_ = std::make_unique<frmKeys>(keys_, this);
+    }
+    keySheet_->open();
+}
+
+} // namespace orvel
