@@ -78,6 +78,14 @@ TEST_F(LookingAtThePlaylist, TheFirstUnfinishedStepIsSelectedWithItsTimes) {
     EXPECT_EQ(prompts.open(), 0U);
 }
 
+TEST_F(LookingAtThePlaylist, AStepThatIsSelectedAlreadyShowsItsTimesAnew) {
+    Completion standing({platform, settings, playlist, step, recovery, [] {}, [](int) {}, [] {}, [] {}, [] {}});
+    select(link1);
+    step.barRec.value = 0; // as a take leaves it
+    standing.CheckLijst();
+    EXPECT_EQ(step.barRec.value, 9000);
+}
+
 TEST_F(LookingAtThePlaylist, NoLeavesItOpenAndTheQuestionComesAgain) {
     markAll();
     for (const char *name : {"LINK1", "LINK2"}) {
