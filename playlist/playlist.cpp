@@ -98,7 +98,7 @@ void Playlist::storeAfterChange(int row, int column, const QVariant &value) {
     const QVariant before = this->value(row, column);
     const QVariant stap = this->value(row, StapColumn);
     const QVariant name = this->value(row, AtrackColumn);
-    steps_->refresh();
+    refresh();
     for (int now = 0; now < stepCount(); ++now) {
         if (this->value(now, StapColumn) == stap && this->value(now, AtrackColumn) == name) {
             if (this->value(now, column) != before) {
@@ -127,6 +127,7 @@ void Playlist::store(int row, int column, const QVariant &value) {
 void Playlist::refresh() {
     if (steps_) {
         steps_->refresh();
+        findFields(); // the file may be another one
     }
 }
 

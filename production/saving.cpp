@@ -38,6 +38,10 @@ void Saving::cmdSave_Click() {
     }
     whileFiling([this] {
         const Take take = context_.session.currentTake();
+        // The chooser may still be open for a save before this one: its mark is not the step's own.
+        if (chosen_ && (isMultivoice_ || *chosen_ == take)) {
+            stationsClosed();
+        }
         const bool markBefore = context_.filing.mark(take);
         return save(take, markBefore);
     });

@@ -48,7 +48,8 @@ std::vector<SoundImport::Job> SoundImport::batch(const QString &folder, const QS
     const Playlist &playlist = context_.playlist;
     std::vector<Job> jobs;
     qsizetype next = 0;
-    for (int row = 0; row < playlist.stepCount(); ++row) {
+    // Another program may have put a slot into a playlist that had none.
+    for (int row = 0; row < playlist.stepCount() && !files.isEmpty(); ++row) {
         if (toWholeNumber(playlist.value(row, TypeColumn)) == PresStep) {
             const StepId step{playlist.fileName(), toWholeNumber(playlist.value(row, StapColumn)),
                               toText(playlist.value(row, AtrackColumn))};
@@ -109,7 +110,8 @@ bool SoundImport::ConvertFiles(const std::vector<Job> &jobs, std::vector<bool> &
     }
     bool goesOn = true;
     conversions.run([&](int done, int percent) {
-        goesOn = context_.progress(percent, tr("bestand %1 van %2").arg(std::min(done + 1, total)).arg(total));
+        const QString what = tr("bestand %1 van %2").arg(std::min(done + 1, total)).arg(total);
+        goesOn = context_.progress(percent, what) && goesOn; // a stop cannot be taken back by a later call
         return goesOn;
     });
     for (std::size_t number = 0; number < places.size(); ++number) {
@@ -129,7 +131,7 @@ bool SoundImport::fileOne(const Job &job, bool converted) {
         // A voice track that stands there already is better than none.
         context_.failed(tr("%1 kon niet worden omgezet voor stap %2 (%3).")
                             .arg(QFileInfo(job.source).fileName())
-                            .arg(job.row + 1)
+                            .arg(job.take.step.stap)
                             .arg(job.take.name()));
     }
     context_.marks.mark(job.take.step, true);

@@ -51,8 +51,8 @@ class SoundImport {
     [[nodiscard]] QString batchProblem(qsizetype files) const;
     /// The selected step's.
     [[nodiscard]] Job single(const QString &source) const;
-    /// The n-th presentation step gets the n-th file; the last one serves the steps that are left. Throws TypeMismatch
-    /// for a step without a name.
+    /// The n-th presentation step gets the n-th file; the last one serves the steps that are left; no files, no jobs.
+    /// Throws TypeMismatch for a step without a name.
     [[nodiscard]] std::vector<Job> batch(const QString &folder, const QStringList &files) const;
     /// Converts, then files and marks in order; false when the presenter stopped it. What was filed until then stays.
     /// Throws what the disk and the playlist throw; BadFileName before anything is done.

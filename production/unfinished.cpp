@@ -53,10 +53,12 @@ std::vector<UnfiledTake> Unfinished::settle(bool recorderOnly) {
 }
 
 void Unfinished::settleOne(const JournalEntry &entry, std::vector<UnfiledTake> &waiting) {
+    JournalEntry kept = entry;
+    kept.phase = JournalEntry::Phase::Kept;
     if (entry.phase == JournalEntry::Phase::Recording) {
         settleRecording(entry);
-    } else if (entry.phase == JournalEntry::Phase::Filing) {
-        settleFiling(entry);
+    } else if (entry.phase == JournalEntry::Phase::Filing && !settleFiling(entry)) {
+        kept.phase = JournalEntry::Phase::Filing;
     }
     const Take take = takeOf(entry);
     if (!context_.takes.isKept(take)) {
@@ -65,8 +67,6 @@ void Unfinished::settleOne(const JournalEntry &entry, std::vector<UnfiledTake> &
         return;
     }
     waiting.push_back({take, context_.places.take(entry.name), entry.begun, reason(entry.phase)});
-    JournalEntry kept = entry;
-    kept.phase = JournalEntry::Phase::Kept;
     context_.journal.write(kept);
 }
 
@@ -84,17 +84,26 @@ void Unfinished::settleRecording(const JournalEntry &entry) {
 }
 
 /// The take goes only when its voice track is in place: with the take there, the filing is taken back.
-void Unfinished::settleFiling(const JournalEntry &entry) {
+bool Unfinished::settleFiling(const JournalEntry &entry) {
     removeIfThere(context_.places.encoded(QFileInfo(entry.target).completeBaseName()));
     const Take take = takeOf(entry);
     if (context_.takes.isKept(take)) {
-        if (take.kind == Take::Kind::Playlist) {
-            ignoringErrors([&] { context_.marks.mark(take.step, entry.markBefore); });
-        }
-    } else if (context_.platform.files.fileExists(entry.target)) {
+        return take.kind == Take::Kind::Recorder || takeBackMark(take, entry.markBefore);
+    }
+    if (context_.platform.files.fileExists(entry.target)) {
         context_.tell(
             QCoreApplication::translate("Unfinished", "%1 is bewaard; dat was nog niet gemeld.").arg(entry.name));
     }
+    return true;
+}
+
+bool Unfinished::takeBackMark(const Take &take, bool markBefore) {
+    try {
+        context_.marks.mark(take.step, markBefore);
+    } catch (const RuntimeError &error) {
+        return error.number() == ErrorNumber::FileNotFound; // no playlist, no mark
+    }
+    return true;
 }
 
 void Unfinished::removeIfThere(const QString &path) {

@@ -57,7 +57,9 @@ class Unfinished {
   private:
     void settleOne(const JournalEntry &entry, std::vector<UnfiledTake> &waiting);
     void settleRecording(const JournalEntry &entry);
-    void settleFiling(const JournalEntry &entry);
+    /// False when the mark could not be taken back: the next start tries again.
+    bool settleFiling(const JournalEntry &entry);
+    bool takeBackMark(const Take &take, bool markBefore);
     void removeIfThere(const QString &path);
 
     UnfinishedContext context_;

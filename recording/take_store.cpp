@@ -60,7 +60,10 @@ JournalEntry TakeStore::entryOf(const Take &take, JournalEntry::Phase phase) {
 
 void TakeStore::begin(const Take &take) {
     const QString wav = places_.take(take.name());
-    earlier_ = {files_.fileExists(wav) ? recovery_.keep(wav) : QString(), journal_.entry(take.name())};
+    earlier_ = {{}, journal_.entry(take.name())}; // first: what fails from here on is abandoned
+    if (files_.fileExists(wav)) {
+        earlier_.moved = recovery_.keep(wav);
+    }
     journal_.write(entryOf(take, JournalEntry::Phase::Recording));
 }
 

@@ -32,10 +32,13 @@ Holder StationLock::holder() const {
 
 QString StationLock::sentence() const {
     const Holder other = holder();
+    const QString who = other == Holder() ? QCoreApplication::translate("StationLock", "een ander programma")
+                                          : QCoreApplication::translate("StationLock", "%1 op %2, sinds %3")
+                                                .arg(other.user, other.machine, other.since);
     return QCoreApplication::translate("StationLock",
-                                       "Deze ORVEL-map is in gebruik door %1 op %2, sinds %3.\n\nZolang dat zo is, "
+                                       "Deze ORVEL-map is in gebruik door %1.\n\nZolang dat zo is, "
                                        "verandert dit venster er niets aan. Het gaat verder zodra de map vrij is.")
-        .arg(other.user, other.machine, other.since);
+        .arg(who);
 }
 
 } // namespace orvel

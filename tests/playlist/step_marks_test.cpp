@@ -80,6 +80,18 @@ TEST_F(Marks, WhatAnotherProgramChangedBesideItIsReadFirst) {
     EXPECT_FALSE(open.value(0, ImportedColumn).toBool()) << "the other program's value is shown";
 }
 
+TEST_F(Marks, AStepThatAnotherProgramMovedIsMarkedWhereItIsNow) {
+    Playlist other(databases, [](const QString &) {});
+    other.open(folder.path(), QStringLiteral("een.mdb"));
+    const StepId moved = step(slot, QStringLiteral("een.mdb"));
+    other.setValue(0, StapColumn, 140); // to the end: the slot is the first one now
+    EXPECT_TRUE(marks.mark(moved, false));
+    EXPECT_EQ(marks.rowOf(moved), 0);
+    EXPECT_FALSE(open.value(0, ImportedColumn).toBool());
+    EXPECT_TRUE(open.value(slot, ImportedColumn).toBool()) << "what stands in its old place is as it was";
+    EXPECT_EQ(changed, QList<int>{0});
+}
+
 TEST_F(Marks, AValueThatAnotherProgramChangedItselfIsShownAndSaid) {
     Playlist other(databases, [](const QString &) {});
     other.open(folder.path(), QStringLiteral("een.mdb"));

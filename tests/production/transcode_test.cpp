@@ -45,4 +45,25 @@ TEST_F(Transcoding, TheGaugeGrowsToAHundred) {
     EXPECT_EQ(told.back(), 100);
 }
 
+TEST(TheBitRates, AreThoseOfTheSetup) {
+    const std::vector<int> rates = {128, 192, 256, 320, 320};
+    for (int index = 0; index < 5; ++index) {
+        const Mp3Format format = mp3Format(index, false);
+        EXPECT_EQ(format.kbitPerSecond, rates.at(static_cast<std::size_t>(index)));
+        EXPECT_EQ(format.sampleRate, 44100);
+        EXPECT_EQ(format.channels, 2);
+        EXPECT_FALSE(format.freeFormat);
+    }
+    EXPECT_EQ(mp3Format(4, true).kbitPerSecond, 350);
+    EXPECT_TRUE(mp3Format(4, true).freeFormat);
+    EXPECT_EQ(mp3Format(3, true).kbitPerSecond, 320);
+    EXPECT_FALSE(mp3Format(3, true).freeFormat) << "only where no other format will do";
+}
+
+TEST(TheBitRates, OutsideTheTableThereIsNoFormat) {
+    for (const int index : {-1, 5, 7}) {
+        EXPECT_EQ(mp3Format(index, true).sampleRate, 0) << index;
+    }
+}
+
 } // namespace orvel

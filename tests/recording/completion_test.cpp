@@ -43,4 +43,86 @@ TEST_F(Finishing, ADeletionThatFailsIsReported) {
     EXPECT_TRUE(exists(QStringLiteral("new/avond.mdb")));
 }
 
+TEST_F(Finishing, ACopyThatFailsKeepsThePlaylistToDo) {
+    disk.write(path(QStringLiteral("ok/avond.mdb")), "oud");
+    files.fail(Operation::Copy, QStringLiteral("ok/avond.mdb"), ErrorNumber::DiskFull);
+    EXPECT_THROW(completion.CheckLijst(), RuntimeError);
+    EXPECT_TRUE(exists(QStringLiteral("new/avond.mdb")));
+    EXPECT_EQ(finished(), "oud");
+}
+
+TEST_F(Finishing, AServersPlaylistIsKeptInNeitherFolder) {
+    settings.ServerMode = true;
+    settings.VoicetrackPath = settings.OkPath;
+    completion.CheckLijst();
+    EXPECT_FALSE(exists(QStringLiteral("new/avond.mdb")));
+    EXPECT_FALSE(exists(QStringLiteral("ok/avond.mdb")));
+    EXPECT_FALSE(playlist.isOpen());
+}
+
+/// The same desk, without an answer that is waited for.
+class LookingAtThePlaylist : public Desk {
+  protected:
+    void markAll() {
+        for (int row = 0; row < playlist.stepCount(); ++row) {
+            playlist.setValue(row, ImportedColumn, true);
+        }
+    }
+};
+
+TEST_F(LookingAtThePlaylist, TheFirstUnfinishedStepIsSelectedWithItsTimes) {
+    select(3);
+    completion.CheckLijst();
+    EXPECT_EQ(step.row, link1);
+    EXPECT_EQ(step.TalkTotalMs, 9000) << "outro 4 s before it, intro 5 s behind it";
+    EXPECT_EQ(prompts.open(), 0U);
+}
+
+TEST_F(LookingAtThePlaylist, AStepThatIsSelectedAlreadyShowsItsTimesAnew) {
+    Completion standing({platform, settings, playlist, step, recovery, [] {}, [](int) {}, [] {}, [] {}, [] {}});
+    select(link1);
+    step.barRec.value = 0; // as a take leaves it
+    standing.CheckLijst();
+    EXPECT_EQ(step.barRec.value, 9000);
+}
+
+TEST_F(LookingAtThePlaylist, NoLeavesItOpenAndTheQuestionComesAgain) {
+    markAll();
+    for (const char *name : {"LINK1", "LINK2"}) {
+        disk.write(path(QStringLiteral("ok/%1.mp3").arg(QLatin1String(name))), "klank");
+    }
+    disk.write(path(QStringLiteral("new/avond.mdb")), "nieuw");
+    for (int times = 0; times < 2; ++times) {
+        prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false);
+        completion.CheckLijst();
+        EXPECT_EQ(prompts.open(), 0U);
+    }
+    EXPECT_TRUE(playlist.isOpen());
+    EXPECT_TRUE(exists(QStringLiteral("new/avond.mdb")));
+}
+
+TEST_F(LookingAtThePlaylist, LinksWithoutTheirVoiceTrackAreToldFirst) {
+    markAll();
+    disk.write(path(QStringLiteral("ok/LINK2.mp3")), "klank");
+    prompts.expectMessage(QStringLiteral("Van deze stappen staat de voicetrack niet waar hij moet staan: LINK1.\nNeem "
+                                         "ze opnieuw op voor de playlist klaar is."),
+                          QStringLiteral("Playlist overzetten"), MessageIcon::Exclamation);
+    prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false);
+    completion.CheckLijst();
+    EXPECT_EQ(prompts.open(), 0U);
+}
+
+TEST_F(LookingAtThePlaylist, AFileThatCannotBeReadAgainIsReportedAndNothingIsAsked) {
+    markAll();
+    select(3);
+    databases.fail(FakeDatabaseEngine::Call::Refresh, ErrorNumber::FileNotFound);
+    EXPECT_THROW(completion.CheckLijst(), RuntimeError);
+    EXPECT_EQ(step.row, 3);
+}
+
+TEST_F(LookingAtThePlaylist, WithoutOneNothingHappens) {
+    playlist.close();
+    EXPECT_NO_THROW(completion.CheckLijst());
+}
+
 } // namespace orvel

@@ -1,7 +1,6 @@
 #include "platform/fake/fake_database.h"
 #include "station/journal.h"
 #include "station/places.h"
-#include "station/station_lock.h"
 #include "tests/test_platform.h"
 
 #include <QDir>
@@ -54,18 +53,6 @@ TEST_F(AJournal, WhatIsNoEntryIsPassedOver) {
     disk.write(places.journalEntry(QStringLiteral("fase")), R"({"name":"fase","phase":"slaapt"})");
     disk.write(places.journalEntry(QStringLiteral("hernoemd")), R"({"name":"ander","phase":"kept"})");
     EXPECT_TRUE(journal.entries().empty());
-}
-
-TEST_F(AJournal, AStationHasOneProgramAndSaysWhose) {
-    StationLock first(files, places);
-    ASSERT_TRUE(first.get());
-    EXPECT_TRUE(first.get());
-    StationLock second(files, places);
-    EXPECT_FALSE(second.get());
-    EXPECT_EQ(second.holder().machine, presentHolder().machine);
-    EXPECT_TRUE(second.sentence().contains(presentHolder().user));
-    { const StationLock leaving = StationLock(files, places); }
-    EXPECT_FALSE(second.get()) << "one that never had it frees nothing";
 }
 
 } // namespace orvel
