@@ -128,7 +128,8 @@ TEST(Reverb, NoPartialStandsOut) {
 }
 
 // The strongest bin of a long tail stood 14 dB out of its third of an octave: the lines were too short for so long a
-// time. White noise of the same length and course is the measure.
+// time. White noise of the same length and course is the measure. Where a maximum lies is chance: over rooms of 0.3 to
+// 3 s and speeds of 0.01 to 1 Hz, that of what rings at the end is 2.1 dB over noise's mean one, and 4.1 dB at worst.
 TEST(Reverb, NoBinStandsOutMoreThanInNoise) {
     constexpr double seconds = reverbSeconds;
     double inNoise = 0;
