@@ -9,6 +9,7 @@
 
 #include <QFileInfo>
 #include <QScreen>
+#include <QStackedWidget>
 #include <QTabBar>
 
 namespace orvel {
@@ -24,9 +25,8 @@ void frmMain::fold(bool folded) {
     isFolded_ = folded;
     QTabWidget &tab = *panels_.tabRec;
     tab.setMaximumHeight(folded ? tab.tabBar()->sizeHint().height() : QWIDGETSIZE_MAX);
-    for (int page = 0; page < tab.count(); ++page) {
-        tab.widget(page)->setEnabled(!folded); // nothing that is not seen has the focus
-    }
+    // Nothing that is not seen has the focus, or is read out.
+    tab.findChild<QStackedWidget *>(QString(), Qt::FindDirectChildrenOnly)->setHidden(folded);
     panels_.cmdFold->setArrowType(folded ? Qt::UpArrow : Qt::DownArrow);
     panels_.cmdFold->setToolTip(folded ? tr("Toon opnamekaart, mixer en processor (F9)")
                                        : tr("Klap opnamekaart, mixer en processor weg (F9)"));

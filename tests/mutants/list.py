@@ -147,7 +147,7 @@ behaviour(
 )
 behaviour(
     RECORDING, "Desk.ClosingTheProgramClosesTheTakeAndItIsOfferedNextTime", "recording/take_session.cpp",
-    ("closing keeps no take", "    if (recorded) {\n        context_.takes.keep(take_);", "    if (recorded && mode.RecorderOnly) {\n        context_.takes.keep(take_);"),
+    ("closing keeps no take", "recorder().stop();\n    if (recorded) {", "recorder().stop();\n    if (recorded && mode.RecorderOnly) {"),
     ("closing does not stop the recorder", "    context_.platform.sound.recorder().stop();\n    if (recorded)",
      "    if (recorded)"),
 )

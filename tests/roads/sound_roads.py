@@ -35,6 +35,7 @@ def all_stages(road):
         set_key(road.station, key, str(value))
     road.start()
     road.desk.find(RECORD, "push button", 20)
+    road.desk.click(road.desk.find("Opname en kaart", "page tab"))  # folded away on a screen this small
     road.desk.choose("Studiomicrofoon", "Mengtafel")
     road.desk.open_playlist("ochtend-0700.mdb")
     road.desk.select_step("Link 1")
@@ -75,6 +76,7 @@ def card_comes_back(road):
     road.desk.add_card("table", "Mengtafel")
     road.start()
     road.desk.find(RECORD, "push button", 20)
+    road.desk.click(road.desk.find("Opname en kaart", "page tab"))  # folded away on a screen this small
     road.desk.choose("Studiomicrofoon", "Mengtafel")
     road.desk.remove_card("table")
     wait_for("the news", lambda: road.desk.look("De gekozen opnamekaart is losgekoppeld."))
