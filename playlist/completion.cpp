@@ -59,7 +59,9 @@ void Completion::finishPlaylist() {
     if (!context_.settings.ServerMode) {
         const QString finished = inFolder(context_.settings.OkPath, name);
         if (files.fileExists(finished)) {
-            context_.recovery.keepCopy(finished);
+            if (const QString problem = context_.recovery.keepCopy(finished); !problem.isEmpty()) {
+                context_.tell(problem);
+            }
         }
         files.copy(toDo, finished);
     }

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <QString>
+
 #include <functional>
 
 namespace orvel {
@@ -27,6 +29,8 @@ struct CompletionContext {
     std::function<void()> closePlaylist;
     /// Both lists show what is on the disk now.
     std::function<void()> refreshLists;
+    /// One sentence for the status line.
+    std::function<void(const QString &sentence)> tell;
 };
 
 /// What happens to the open playlist when one of its steps was done.

@@ -61,7 +61,7 @@ QVariantMap stepValues(const RecordSet &steps) {
 QVariantMap Printing::values() const {
     const auto steps =
         platform_.databases.open(playlist_.fullPath())->query(QStringLiteral("SELECT * FROM Steps ORDER BY [Stap]"));
-    const QSet<int> missing = tracks_.missing(playlist_);
+    const std::optional<FiledTracks> filed = tracks_.filed();
     QVariantList rows;
     int length = 0;
     int slots_ = 0;
@@ -69,7 +69,10 @@ QVariantMap Printing::values() const {
     for (int row = 0; row < steps->recordCount(); ++row) {
         steps->moveTo(row);
         QVariantMap step = stepValues(*steps);
-        step.insert(QStringLiteral("missing"), missing.contains(row));
+        // By what was just read: another program may have added steps to the open playlist.
+        step.insert(QStringLiteral("missing"),
+                    filed && filed->lack(fieldOf(*steps, TypeColumn), fieldOf(*steps, ImportedColumn),
+                                         fieldOf(*steps, AtrackColumn)));
         const bool isSlot = step.value(QStringLiteral("presentation")).toBool();
         length += lengthOf(*steps);
         slots_ += isSlot ? 1 : 0;

@@ -12,11 +12,20 @@ namespace {
 
 const QString mp3 = QStringLiteral(".mp3");
 
-bool isMarkedSlot(const Playlist &playlist, int row) {
-    return playlist.value(row, TypeColumn).toInt() == PresStep && playlist.value(row, ImportedColumn).toBool();
+} // namespace
+
+FiledTracks::FiledTracks(const QStringList &files) {
+    for (const QString &name : files) {
+        names_.insert(name.toLower());
+    }
 }
 
-} // namespace
+bool FiledTracks::lack(const QVariant &type, const QVariant &Imported, const QVariant &Atrack) const {
+    const QString name = Atrack.toString();
+    const bool isMarkedSlot = type.toInt() == PresStep && Imported.toBool();
+    return isMarkedSlot && !name.isEmpty() && name != QStringLiteral("NONE") &&
+           !names_.contains((name + mp3).toLower());
+}
 
 QString VoiceTracks::folder() const {
     return settings_.ServerMode ? settings_.VoicetrackPath : settings_.OkPath;
@@ -26,25 +35,24 @@ bool VoiceTracks::isServerThere() const {
     return !settings_.ServerMode || files_.folderExists(settings_.VoicetrackPath);
 }
 
-QSet<int> VoiceTracks::missing(const Playlist &playlist) const {
-    QSet<QString> there;
-    bool isKnown = false;
+std::optional<FiledTracks> VoiceTracks::filed() const {
+    std::optional<FiledTracks> found;
     ignoringErrors([&] {
-        if (!files_.folderExists(folder())) {
-            return;
+        if (files_.folderExists(folder())) {
+            found.emplace(files_.list(folder(), u'*' + mp3));
         }
-        for (const QString &name : files_.list(folder(), u'*' + mp3)) {
-            there.insert(name.toLower());
-        }
-        isKnown = true;
     });
+    return found;
+}
+
+QSet<int> VoiceTracks::missing(const Playlist &playlist) const {
+    const std::optional<FiledTracks> there = filed();
     QSet<int> rows;
-    for (int row = 0; isKnown && row < playlist.stepCount(); ++row) {
+    for (int row = 0; there && row < playlist.stepCount(); ++row) {
         // A row that cannot be read is told elsewhere.
         ignoringErrors([&] {
-            const QString name = playlist.value(row, AtrackColumn).toString();
-            const bool hasName = !name.isEmpty() && name != QStringLiteral("NONE");
-            if (isMarkedSlot(playlist, row) && hasName && !there.contains((name + mp3).toLower())) {
+            if (there->lack(playlist.value(row, TypeColumn), playlist.value(row, ImportedColumn),
+                            playlist.value(row, AtrackColumn))) {
                 rows.insert(row);
             }
         });

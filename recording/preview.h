@@ -35,7 +35,7 @@ struct Previewed {
 /// Finds the track or jingle of a step in the catalogues and loads its file into a player.
 class Preview {
   public:
-    explicit Preview(PreviewSources sources) : sources_(std::move(sources)) {}
+    explicit Preview(PreviewSources sources) : sources_(sources) {}
 
     /// Loads the record with this number of a kind's catalogue. Nothing, and the player keeps its file, where there is
     /// no such record, no such kind, or no use of catalogues at all. A catalogue or file that cannot be opened is a

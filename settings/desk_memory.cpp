@@ -7,7 +7,7 @@ namespace orvel {
 
 namespace {
 
-const QString section = QStringLiteral("Desk");
+const QString deskSection = QStringLiteral("Desk");
 const QString windowKey = QStringLiteral("Window");
 const QString listsKey = QStringLiteral("Lists");
 const QString columnsKey = QStringLiteral("Columns");
@@ -19,24 +19,24 @@ const QString playlistKey = QStringLiteral("Playlist");
 DeskMemory loadDesk(FileSystem &files, const QString &programFolder) {
     const IniFile file(files, Places(programFolder).deskFile());
     const auto bytes = [&file](const QString &key) {
-        return QByteArray::fromBase64(file.value(section, key).toLatin1());
+        return QByteArray::fromBase64(file.value(deskSection, key).toLatin1());
     };
-    const QString folded = file.value(section, foldedKey);
+    const QString folded = file.value(deskSection, foldedKey);
     return {bytes(windowKey), bytes(listsKey), bytes(columnsKey),
             folded.isEmpty() ? std::nullopt : std::optional(folded == QStringLiteral("1")),
-            file.value(section, playlistKey)};
+            file.value(deskSection, playlistKey)};
 }
 
 void saveDesk(FileSystem &files, const QString &programFolder, const DeskMemory &desk) {
     IniFile file(files, Places(programFolder).deskFile());
     const auto set = [&file](const QString &key, const QByteArray &bytes) {
-        file.setValue(section, key, QString::fromLatin1(bytes.toBase64()));
+        file.setValue(deskSection, key, QString::fromLatin1(bytes.toBase64()));
     };
     set(windowKey, desk.window);
     set(listsKey, desk.lists);
     set(columnsKey, desk.columns);
-    file.setValue(section, foldedKey, desk.folded.value_or(false) ? QStringLiteral("1") : QStringLiteral("0"));
-    file.setValue(section, playlistKey, desk.playlist);
+    file.setValue(deskSection, foldedKey, desk.folded.value_or(false) ? QStringLiteral("1") : QStringLiteral("0"));
+    file.setValue(deskSection, playlistKey, desk.playlist);
     file.save();
 }
 

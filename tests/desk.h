@@ -112,7 +112,7 @@ class Desk : public testing::Test, protected TestPlatform<FakeDatabaseEngine> {
                          [this](int row) { select(row); }}};
     Listening listening{{platform, settings, playlist, step, places, session, [] {}, [](float, float) {}}};
     Completion completion{{platform, settings, playlist, step, recovery, [this] { playlist.refresh(); },
-                           [this](int row) { select(row); }, [] {}, [this] { playlist.close(); }, [] {}}};
+                           [this](int row) { select(row); }, [] {}, [this] { playlist.close(); }, [] {}, tell}};
     std::function<void()> onProgress = [] {};
     Filing filing{{platform, settings, places, recovery, journal, takes, marks, tell,
                    [this](std::optional<int>) { onProgress(); }}};

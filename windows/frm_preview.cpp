@@ -37,7 +37,7 @@ frmPreview::frmPreview(PreviewContext context, QWidget *parent)
       stopButton(new QPushButton(QIcon(QStringLiteral(":/icons/stop.svg")), tr("Stop"), cmdPlay)),
       MMLevelX1(named(new LevelMeter(this), "MMLevelX1", tr("Niveau links"))),
       MMLevelX2(named(new LevelMeter(this), "MMLevelX2", tr("Niveau rechts"))), lblProblem(new QLabel(this)),
-      context_(std::move(context)), preview_(context_.sources), CuePlayer(context_.platform.sound.makePlayer()),
+      context_(context), preview_(context_.sources), CuePlayer(context_.platform.sound.makePlayer()),
       tmrCuePlayer(context_.platform.timers.create(10, MissedTicks::Drop, [this] { tmrCuePlayer_Timer(); })),
       tmrLevels_(context_.platform.timers.create(40, MissedTicks::Drop, [this] {
           const StereoPeaks peaks = CuePlayer->peaks();

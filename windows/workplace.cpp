@@ -16,7 +16,7 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
                view.levels, view.showRow}),
       listening({platform, settings, datList, step, places, session, view.ticked, view.levels}),
       completion({platform, settings, datList, step, recovery, view.refreshPlaylist, view.showRow, view.changed,
-                  view.closePlaylist, view.refreshLists}),
+                  view.closePlaylist, view.refreshLists, view.tell}),
       filing({platform, settings, places, recovery, journal, takes, marks, view.tell, view.progress}),
       saving({platform, settings, places, session, listening, filing, completion, view.tell, view.showStations,
               view.changed}),

@@ -163,4 +163,15 @@ TEST_F(PrintedPlaylist, AFinishedStepWithoutItsMp3IsMissing) {
     EXPECT_EQ(stepAt(2).value(QStringLiteral("missing")), false) << "it was never done";
 }
 
+// "Ontbreekt" stood behind another step than the one whose MP3 was missing.
+TEST_F(PrintedPlaylist, WhatIsMissingIsToldOfTheStepsThatAreThereNow) {
+    open({lasting(2, 0, 10, true), music(3)});
+    disk.write(path(QStringLiteral("ok/anders.mp3")), "klank");
+    databases.setTable(playlist.fullPath(), QStringLiteral("Steps"), header(),
+                       {music(1), lasting(2, 0, 10, true), music(3)}); // by another program
+    EXPECT_FALSE(stepAt(0).value(QStringLiteral("missing")).toBool());
+    EXPECT_TRUE(stepAt(1).value(QStringLiteral("missing")).toBool());
+    EXPECT_FALSE(stepAt(2).value(QStringLiteral("missing")).toBool());
+}
+
 } // namespace orvel

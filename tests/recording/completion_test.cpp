@@ -79,7 +79,7 @@ TEST_F(LookingAtThePlaylist, TheFirstUnfinishedStepIsSelectedWithItsTimes) {
 }
 
 TEST_F(LookingAtThePlaylist, AStepThatIsSelectedAlreadyShowsItsTimesAnew) {
-    Completion standing({platform, settings, playlist, step, recovery, [] {}, [](int) {}, [] {}, [] {}, [] {}});
+    Completion standing({platform, settings, playlist, step, recovery, [] {}, [](int) {}, [] {}, [] {}, [] {}, tell});
     select(link1);
     step.barRec.value = 0; // as a take leaves it
     standing.CheckLijst();
@@ -123,6 +123,22 @@ TEST_F(LookingAtThePlaylist, AFileThatCannotBeReadAgainIsReportedAndNothingIsAsk
 TEST_F(LookingAtThePlaylist, WithoutOneNothingHappens) {
     playlist.close();
     EXPECT_NO_THROW(completion.CheckLijst());
+}
+
+// That the finished playlist of this name could not be kept was said to nobody.
+TEST_F(LookingAtThePlaylist, AReplacedPlaylistThatCouldNotBeKeptIsTold) {
+    markAll();
+    for (const char *name : {"LINK1", "LINK2"}) {
+        disk.write(path(QStringLiteral("ok/%1.mp3").arg(QLatin1String(name))), "klank");
+    }
+    disk.write(path(QStringLiteral("new/avond.mdb")), "nieuw");
+    disk.write(path(QStringLiteral("ok/avond.mdb")), "oud");
+    files.fail(FaultyFileSystem::Operation::Copy, QStringLiteral("herstel"), ErrorNumber::DiskFull);
+    prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), true);
+    completion.CheckLijst();
+    EXPECT_EQ(disk.read(path(QStringLiteral("ok/avond.mdb"))), "nieuw");
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_TRUE(told.first().startsWith(QStringLiteral("Van avond.mdb is geen kopie bewaard in de map herstel")));
 }
 
 } // namespace orvel
