@@ -26,8 +26,11 @@
 
 namespace orvel {
 
-/// The row of the first slot for a link.
+/// The rows of the slots for a link, and where the first one's take and voice track lie.
 inline constexpr int link1 = 1;
+inline constexpr int link2 = 3;
+inline const QString wavOf1 = QStringLiteral("temp/LINK1.wav");
+inline const QString mp3Of1 = QStringLiteral("ok/LINK1.mp3");
 
 /// The rooms of a station without any window, on a playlist of six steps: music, slot LINK1, music, slot LINK2, a slot
 /// whose name is missing, music.

@@ -115,6 +115,8 @@ class frmMain : public QMainWindow {
     /// As the presenter left it.
     void restoreDesk();
     void rememberDesk();
+    /// What the presenter can do as long as no playlist is open.
+    [[nodiscard]] QString nextStep() const;
     /// Which playlist is open and how far it is.
     void showProgress();
     void layOut();

@@ -57,11 +57,21 @@ void frmMain::rememberDesk() {
     saveDesk(platform_.files, workplace_.places.programFolder(), desk);
 }
 
+QString frmMain::nextStep() const {
+    if (workplace_.session.mode.RecorderOnly) {
+        return {};
+    }
+    return panels_.filePanel->filNew->count() == 0
+               ? tr("Er zijn geen playlists. Haal ze binnen met de knop Importeren.")
+               : tr("Kies links een playlist.");
+}
+
 void frmMain::showProgress() {
     const QString name = workplace_.datList.isOpen() ? workplace_.datList.fileName() : QString();
     const Progress done = progressOf(workplace_.datList);
     const QString progress = toText(done);
     panels_.filePanel->showOpen(name, done);
+    panels_.gridPanel->lblEmpty->setText(nextStep());
     const QString program = QStringLiteral("ORVEL");
     const QString playlist = QFileInfo(name).completeBaseName();
     if (playlist.isEmpty()) {

@@ -33,8 +33,8 @@ void setUp(QTableView &grid) {
 } // namespace
 
 GridPanel::GridPanel(Playlist &playlist, CurrentStep &step, const VoiceTracks &tracks, QWidget *parent)
-    : QGroupBox(QStringLiteral("Playlist"), parent), dbgLijst(new QTableView(this)), playlist_(playlist), step_(step),
-      tracks_(tracks), model_(playlist) {
+    : QGroupBox(QStringLiteral("Playlist"), parent), dbgLijst(new QTableView(this)), lblEmpty(new QLabel(this)),
+      playlist_(playlist), step_(step), tracks_(tracks), model_(playlist) {
     setUp(*dbgLijst);
     mixTypes_.setRows(mixTypeRows());
     dbgLijst->setModel(&model_);
@@ -46,6 +46,11 @@ GridPanel::GridPanel(Playlist &playlist, CurrentStep &step, const VoiceTracks &t
     keepsItsPlace.setRetainSizeWhenHidden(true);
     dbgLijst->setSizePolicy(keepsItsPlace);
     dbgLijst->hide();
+    dbgLijst->installEventFilter(this);
+    lblEmpty->setObjectName(QStringLiteral("lblEmpty"));
+    lblEmpty->setProperty("role", QStringLiteral("muted"));
+    lblEmpty->setAlignment(Qt::AlignCenter);
+    lblEmpty->setWordWrap(true);
     watchColumns();
     on(dbgLijst->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &GridPanel::currentRowChanged);
     on(dbgLijst, &QTableView::doubleClicked, this, &GridPanel::dbgLijst_DblClick);
@@ -83,8 +88,16 @@ void GridPanel::restoreColumns(const QByteArray &columns) {
     }
 }
 
+bool GridPanel::eventFilter(QObject *watched, QEvent *event) {
+    if (watched == dbgLijst && (event->type() == QEvent::Show || event->type() == QEvent::Hide)) {
+        lblEmpty->setVisible(event->type() == QEvent::Hide);
+    }
+    return QGroupBox::eventFilter(watched, event);
+}
+
 void GridPanel::resizeEvent(QResizeEvent *event) {
     QGroupBox::resizeEvent(event);
+    lblEmpty->setGeometry(dbgLijst->geometry()); // in its place
     guarded([this] {
         if (!areColumnsSet_ && playlist_.isOpen()) {
             shareRest(*dbgLijst);

@@ -7,6 +7,7 @@
 #include "windows/steps_model.h"
 
 #include <QGroupBox>
+#include <QLabel>
 #include <QTableView>
 
 namespace orvel {
@@ -19,6 +20,7 @@ class GridPanel : public QGroupBox {
     GridPanel(Playlist &playlist, CurrentStep &step, const VoiceTracks &tracks, QWidget *parent = nullptr);
 
     QTableView *const dbgLijst;
+    QLabel *const lblEmpty; ///< what to do next, as long as there is no playlist to see
 
     [[nodiscard]] StepsModel &steps() { return model_; }
 
@@ -52,6 +54,7 @@ class GridPanel : public QGroupBox {
 
   protected:
     void resizeEvent(QResizeEvent *event) override;
+    bool eventFilter(QObject *watched, QEvent *event) override;
 
   private:
     void currentRowChanged();

@@ -19,7 +19,6 @@ SavePanel::SavePanel(Saving &saving, QWidget *parent)
                                 tr("Spreek deze stap voor elk station apart in"), ":/icons/multivoice.svg")),
       ledMulti(new Lamp(this)), barProgress(new Gauge(this)), saving_(saving) {
     ledMulti->setObjectName(QStringLiteral("ledMulti"));
-    ledMulti->setAccessibleName(tr("Multivoice staat aan"));
     ledMulti->setColour(QColor(0xFF, 0xD0, 0x20));
     barProgress->setObjectName(QStringLiteral("barProgress"));
     barProgress->setAccessibleName(QStringLiteral("Comprimeert bestand"));
@@ -47,6 +46,7 @@ void SavePanel::cmdMultivoice_Click() {
 
 void SavePanel::show() {
     ledMulti->setLit(saving_.isMultivoice());
+    ledMulti->setAccessibleName(saving_.isMultivoice() ? tr("Multivoice staat aan") : tr("Multivoice staat uit"));
 }
 
 void SavePanel::showProgress(std::optional<int> percent) {

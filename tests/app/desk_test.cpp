@@ -177,6 +177,34 @@ TEST_F(TheDesk, EnterOpensThePlaylistThatTheTabKeyCameTo) {
     EXPECT_EQ(list.selectedItems().size(), 1);
 }
 
+TEST_F(TheDesk, AnEmptyGridSaysWhatToDoNext) {
+    configure(QStringLiteral("[Program]\nCountdown=0"));
+    ASSERT_TRUE(start());
+    window->show();
+    const QLabel &hint = *window->panels().gridPanel->lblEmpty;
+    EXPECT_TRUE(hint.isVisible());
+    EXPECT_EQ(hint.text(), QStringLiteral("Er zijn geen playlists. Haal ze binnen met de knop Importeren."));
+    addPlaylist(demo);
+    window->panels().filePanel->refreshNew();
+    window->workplace().view.changed();
+    EXPECT_EQ(hint.text(), QStringLiteral("Kies links een playlist."));
+    open(demo);
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(hint.isVisible());
+    window->panels().gridPanel->dbgLijst->hide();
+    QCoreApplication::processEvents();
+    EXPECT_TRUE(hint.isVisible());
+    EXPECT_EQ(hint.geometry(), window->panels().gridPanel->dbgLijst->geometry()) << "in its place";
+}
+
+TEST_F(TheDesk, TheLampOfMultivoiceSaysWhetherItIsOn) {
+    openDemo();
+    const Lamp &lamp = *window->panels().savePanel->ledMulti;
+    EXPECT_EQ(lamp.accessibleName(), QStringLiteral("Multivoice staat uit"));
+    window->workplace().saving.cmdMultivoice_Click();
+    EXPECT_EQ(lamp.accessibleName(), QStringLiteral("Multivoice staat aan"));
+}
+
 TEST_F(TheDesk, ThePanelFoldsDownToItsTabsAndATabBringsItBack) {
     openDemo();
     const auto settle = [] { QCoreApplication::processEvents(); };

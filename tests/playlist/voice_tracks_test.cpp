@@ -46,7 +46,7 @@ class TheVoiceTracks : public testing::Test {
         const char *name;
         bool isMarked;
     };
-    void put(const char *file) { test::writeContent(folder.path(file), "klank"); }
+    void put(const char *name) { test::writeContent(folder.path(name), "klank"); }
 
     test::TempFolder folder;
     Settings settings;

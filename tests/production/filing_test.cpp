@@ -2,14 +2,6 @@
 
 namespace orvel {
 
-namespace {
-
-constexpr int link2 = 3;
-const QString wavOf1 = QStringLiteral("temp/LINK1.wav");
-const QString mp3Of1 = QStringLiteral("ok/LINK1.mp3");
-
-} // namespace
-
 class FilingATake : public Desk {
   protected:
     FilingATake() {

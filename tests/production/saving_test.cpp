@@ -7,10 +7,6 @@ namespace {
 
 using Operation = FaultyFileSystem::Operation;
 
-constexpr int link2 = 3;
-const QString wavOf1 = QStringLiteral("temp/LINK1.wav");
-const QString mp3Of1 = QStringLiteral("ok/LINK1.mp3");
-
 class SavingTake : public Desk {
   protected:
     SavingTake() { QDir(folder.path()).mkdir(QStringLiteral("server")); }

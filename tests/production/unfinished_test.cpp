@@ -9,9 +9,6 @@ using Operation = FaultyFileSystem::Operation;
 using Phase = JournalEntry::Phase;
 using Why = UnfiledTake::Why;
 
-const QString wavOf1 = QStringLiteral("temp/LINK1.wav");
-const QString mp3Of1 = QStringLiteral("ok/LINK1.mp3");
-
 } // namespace
 
 class AfterARestart : public Desk {

@@ -2,12 +2,6 @@
 
 namespace orvel {
 
-namespace {
-
-constexpr int link2 = 3;
-
-} // namespace
-
 TEST_F(Desk, ATakeRunsThroughItsStates) {
     select(link1);
     EXPECT_EQ(session.state(), SessionState::Idle);
