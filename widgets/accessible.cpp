@@ -56,9 +56,17 @@ class WidgetAccessible : public QAccessibleWidget, public QAccessibleValueInterf
     }
 };
 
+/// Qt's own interface of scroll areas (6.4) reads beyond its list when it is asked for a scroll bar that has gone.
+bool isScrollArea(const QString &className) {
+    return className == QLatin1String("QScrollArea") || className == QLatin1String("QAbstractScrollArea");
+}
+
 QAccessibleInterface *makeAccessible(const QString &className, QObject *object) {
     const QAccessible::Role role = roleOf(className);
     auto *widget = qobject_cast<QWidget *>(object);
+    if (widget != nullptr && isScrollArea(className)) {
+        return new QAccessibleWidget(widget, QAccessible::Pane);
+    }
     return widget != nullptr && role != QAccessible::NoRole ? new WidgetAccessible(widget, role) : nullptr;
 }
 

@@ -46,6 +46,8 @@ def main():
         road.picture("failed")
         sys.stderr.write(road.desk.log())
         sys.stderr.write("on the screen: " + ", ".join(filter(None, road.desk.texts())) + "\n")
+        if road.desk.orvel:
+            sys.stderr.write(f"the program ended with: {road.desk.orvel.poll()}\n")
         sys.stderr.write("ended by now: " + "; ".join(road.desk.dead()) + "\n")
         raise
     finally:

@@ -1,3 +1,4 @@
+#include "widgets/accessible.h"
 #include "widgets/gauge.h"
 #include "widgets/knob.h"
 #include "widgets/lamp.h"
@@ -8,6 +9,8 @@
 
 #include <QAbstractButton>
 #include <QAccessible>
+#include <QLabel>
+#include <QScrollArea>
 
 #include <gtest/gtest.h>
 
@@ -32,6 +35,31 @@ TEST(Accessible, TellsTheNameThatTheWindowGave) {
     Gauge gauge;
     gauge.setAccessibleName("Spreektijd");
     EXPECT_EQ(seen(gauge).text(QAccessible::Name), "Spreektijd");
+}
+
+// The program crashed when a screen reader asked for a scroll bar that had just gone: the library looks for it in its
+// list of children without looking how long that is.
+TEST(Accessible, AScrollAreaHasNoChildThatIsNotThere) {
+    installAccessibility();
+    QScrollArea area;
+    area.setWidgetResizable(true);
+    area.setWidget(new QLabel("binnen"));
+    area.show();
+    QAccessibleInterface &face = seen(area);
+    ASSERT_GE(face.childCount(), 1);
+    for (const int beyond : {-1, face.childCount(), face.childCount() + 1, 1000}) {
+        EXPECT_EQ(face.child(beyond), nullptr) << beyond;
+    }
+    // What it shows is found from it, and it from that.
+    QAccessibleInterface *inside = QAccessible::queryAccessibleInterface(area.widget());
+    while (inside != nullptr && inside != &face) {
+        QAccessibleInterface *parent = inside->parent();
+        ASSERT_NE(parent, nullptr);
+        EXPECT_GE(parent->indexOfChild(inside), 0);
+        EXPECT_EQ(parent->child(parent->indexOfChild(inside)), inside);
+        inside = parent;
+    }
+    EXPECT_EQ(inside, &face);
 }
 
 TEST(Accessible, TellsWhatTheDisplaysShow) {
