@@ -1,40 +1,29 @@
 // How far a playlist is, and which slot is the next one.
-#include "platform/fake/fake_database.h"
-#include "playlist/playlist.h"
 #include "playlist/progress.h"
 #include "playlist/step_types.h"
-
-#include <gtest/gtest.h>
+#include "tests/desk.h"
 
 namespace orvel {
 
 namespace {
 
-class HowFar : public testing::Test {
+class HowFar : public Desk {
   protected:
+    HowFar() { playlist.close(); }
     struct Step {
         int kind;
-        QVariant mark;
+        bool isDone;
     };
     void open(const QList<Step> &steps) {
-        QStringList header;
-        for (const StepField &field : stepFields) {
-            header << QString::fromLatin1(field.name);
-        }
         QList<QVariantList> rows;
-        for (const Step &step : steps) {
-            QVariantList row(StepColumnCount, 0);
-            row[StapColumn] = static_cast<int>(rows.size()) + 1;
-            row[TypeColumn] = step.kind;
-            row[ImportedColumn] = step.mark;
+        for (const Step &one : steps) {
+            QVariantList row = stepRow(static_cast<int>(rows.size()) + 1, one.kind, QStringLiteral("LINK"));
+            row[ImportedColumn] = one.isDone;
             rows.append(row);
         }
-        databases.setTable(QStringLiteral("/uur/uur.mdb"), QStringLiteral("Steps"), header, rows);
-        playlist.open(QStringLiteral("/uur"), QStringLiteral("uur.mdb"));
+        databases.setTable(places.newFolder() + QStringLiteral("/uur.mdb"), QStringLiteral("Steps"), header(), rows);
+        playlist.open(settings.NewPath, QStringLiteral("uur.mdb"));
     }
-
-    FakeDatabaseEngine databases;
-    Playlist playlist{databases, [](const QString &) {}};
 };
 
 } // namespace

@@ -1,59 +1,32 @@
 // Which marked steps have no voice track where the play-out system looks for it.
-#include "platform/fake/fake_database.h"
-#include "platform/fake/faulty_file_system.h"
-#include "platform/qt/disk_file_system.h"
-#include "playlist/playlist.h"
 #include "playlist/step_types.h"
 #include "playlist/voice_tracks.h"
-#include "settings/settings.h"
-#include "tests/platform/audio/temp_folder.h"
-
-#include <QDir>
-
-#include <gtest/gtest.h>
+#include "tests/desk.h"
 
 namespace orvel {
 
 namespace {
 
-class TheVoiceTracks : public testing::Test {
+class TheVoiceTracks : public Desk {
   protected:
     TheVoiceTracks() {
-        settings.OkPath = folder.path("ok/");
-        settings.VoicetrackPath = folder.path("server");
-        QDir(folder.path()).mkdir(QStringLiteral("ok"));
-        const QList<Step> steps{{PresStep, "LINK1", true},  {PresStep, "link2", true}, {PresStep, "LINK3", false},
-                                {TrackStep, "LINK4", true}, {PresStep, "NONE", true},  {PresStep, "", true},
-                                {PresStep, nullptr, true}};
-        QStringList header;
-        for (const StepField &field : stepFields) {
-            header << QString::fromLatin1(field.name);
+        settings.OkPath = places.okFolder();
+        settings.VoicetrackPath = path(QStringLiteral("server"));
+        QList<QVariantList> rows{slot(1, QStringLiteral("LINK1")),
+                                 slot(2, QStringLiteral("link2")),
+                                 slot(3, QStringLiteral("LINK3")),
+                                 stepRow(4, TrackStep, QStringLiteral("LINK4")),
+                                 slot(5, QStringLiteral("NONE")),
+                                 slot(6, QStringLiteral("")),
+                                 slot(7, QVariant())};
+        for (QVariantList &row : rows) {
+            row[ImportedColumn] = row.at(StapColumn) != 3;
         }
-        QList<QVariantList> rows;
-        for (const Step &step : steps) {
-            QVariantList row(StepColumnCount, 0);
-            row[StapColumn] = static_cast<int>(rows.size()) + 1;
-            row[TypeColumn] = step.kind;
-            row[AtrackColumn] = step.name == nullptr ? QVariant() : QString::fromLatin1(step.name);
-            row[ImportedColumn] = step.isMarked;
-            rows.append(row);
-        }
-        databases.setTable(folder.path("uur.mdb"), QStringLiteral("Steps"), header, rows);
-        playlist.open(folder.path(), QStringLiteral("uur.mdb"));
+        databases.setTable(places.newFolder() + QStringLiteral("/uur.mdb"), QStringLiteral("Steps"), header(), rows);
+        playlist.open(settings.NewPath, QStringLiteral("uur.mdb"));
     }
-    struct Step {
-        int kind;
-        const char *name;
-        bool isMarked;
-    };
-    void put(const char *name) { test::writeContent(folder.path(name), "klank"); }
+    void put(const char *name) { disk.write(path(QString::fromLatin1(name)), "klank"); }
 
-    test::TempFolder folder;
-    Settings settings;
-    DiskFileSystem disk;
-    FaultyFileSystem files{disk};
-    FakeDatabaseEngine databases;
-    Playlist playlist{databases, [](const QString &) {}};
     VoiceTracks tracks{files, settings};
 };
 
