@@ -12,10 +12,15 @@
 
 namespace orvel {
 
+namespace {
+
+/// A key that presses a button, where that is enabled; the button's tooltip tells the key.
 DeskKeyStroke keyOf(QPushButton *button, const QKeySequence &key, const QString &what) {
     button->setToolTip(QStringLiteral("%1 (%2)").arg(button->toolTip(), key.toString(QKeySequence::NativeText)));
     return {key, what, [button] { button->click(); }};
 }
+
+} // namespace
 
 void frmMain::makeKeys() {
     keys_ = {
