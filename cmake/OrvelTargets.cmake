@@ -47,6 +47,8 @@ endfunction()
 
 # orvel_test(<name> SOURCES <files...> LINKS <targets...> [TIMEOUT <seconds>] [LABELS <labels...>] [OWN_MAIN])
 #   Every test of the executable becomes a CTest test of its own, run without a display.
+#   LABELS: "threads" where it has threads of its own, "server" where it talks to a real sound server; one word, since
+#   CTest's discovery takes no list.
 #   OWN_MAIN: one of the sources has the main function (a QApplication, say).
 function(orvel_test name)
   cmake_parse_arguments(ARG "OWN_MAIN" "TIMEOUT" "SOURCES;LINKS;LABELS" ${ARGN})
@@ -61,7 +63,7 @@ function(orvel_test name)
   target_compile_definitions(${name} PRIVATE ORVEL_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
   add_dependencies(orvel_tests ${name})
-  if("threads" IN_LIST ARG_LABELS)
+  if(ARG_LABELS MATCHES "threads")
     add_dependencies(orvel_threads_tests ${name})
   endif()
   include(GoogleTest)
