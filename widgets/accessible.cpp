@@ -15,7 +15,7 @@ QAccessible::Role roleOf(const QString &className) {
         {"orvel::Gauge", QAccessible::ProgressBar},      {"orvel::LedSpin", QAccessible::SpinBox},
         {"orvel::TimeDisplay", QAccessible::StaticText}, {"orvel::LedLabel", QAccessible::StaticText},
         {"orvel::Lamp", QAccessible::Indicator},         {"orvel::LevelMeter", QAccessible::ProgressBar},
-        {"orvel::SpinButton", QAccessible::SpinBox},
+        {"orvel::SpinButton", QAccessible::SpinBox},     {"orvel::Waveform", QAccessible::Slider},
     };
     return roles.value(className, QAccessible::NoRole);
 }

@@ -1,0 +1,102 @@
+#include "recording/take_picture.h"
+
+#include "platform/platform.h"
+#include "platform/runtime_error.h"
+
+#include <QElapsedTimer>
+
+#include <cstring>
+#include <vector>
+
+namespace orvel {
+
+namespace {
+
+constexpr int pieceMs = 8; ///< half of what a window may take between two pictures
+
+/// The first channel of interleaved samples: a take has the same on all of them.
+std::vector<std::int16_t> firstChannel(const QByteArray &block, int channels) {
+    std::vector<std::int16_t> all(static_cast<std::size_t>(block.size()) / sizeof(std::int16_t));
+    std::memcpy(all.data(), block.constData(), all.size() * sizeof(std::int16_t));
+    if (channels <= 1) {
+        return all;
+    }
+    const std::size_t frames = all.size() / static_cast<std::size_t>(channels);
+    for (std::size_t frame = 1; frame < frames; ++frame) {
+        all.at(frame) = all.at(frame * static_cast<std::size_t>(channels));
+    }
+    all.resize(frames);
+    return all;
+}
+
+} // namespace
+
+TakePicture::TakePicture(Platform &platform, std::function<void()> changed)
+    : platform_(platform), changed_(std::move(changed)),
+      more_(platform.timers.create(1, MissedTicks::Drop, [this] { readOn(); })) {}
+
+void TakePicture::begin() {
+    clear();
+    sampleRate_ = 44100;
+}
+
+void TakePicture::grow(std::int64_t samples, float peak) {
+    if (samples > peaks_.samples()) {
+        peaks_.append(samples - peaks_.samples(), peak);
+        changed_();
+    }
+}
+
+void TakePicture::read(const QString &path) {
+    clear();
+    auto reader = platform_.audioFiles.reader();
+    reader->open(path);
+    if (reader->errorState() < 0 || reader->sampleRate() <= 0 || reader->channels() <= 0) {
+        return;
+    }
+    sampleRate_ = reader->sampleRate();
+    reader_ = std::move(reader);
+    readOn();
+    more_->setEnabled(reader_ != nullptr);
+}
+
+void TakePicture::clear() {
+    more_->setEnabled(false);
+    reader_.reset();
+    peaks_.clear();
+    changed_();
+}
+
+double TakePicture::lengthMs() const {
+    return static_cast<double>(peaks_.samples()) * 1000 / sampleRate_;
+}
+
+void TakePicture::readOn() {
+    QElapsedTimer watch;
+    watch.start();
+    while (reader_ != nullptr && watch.elapsed() < pieceMs) {
+        readBlock();
+    }
+    if (reader_ == nullptr) {
+        more_->setEnabled(false);
+    }
+    changed_();
+}
+
+void TakePicture::readBlock() {
+    QByteArray block;
+    try {
+        block = reader_->readBlock();
+    } catch (const RuntimeError &) {
+        // What could be read is what there is to see; whoever needs the sound is told by what reads it.
+        block.clear();
+    }
+    if (block.isEmpty()) {
+        reader_->close();
+        reader_.reset();
+        return;
+    }
+    peaks_.append(firstChannel(block, reader_->channels()));
+}
+
+} // namespace orvel
