@@ -45,6 +45,20 @@ void Listening::cmdPlay_Click() {
     context_.session.listeningBegan();
 }
 
+void Listening::listenFrom(std::int32_t milliseconds) {
+    if (context_.session.state() == SessionState::Idle && context_.session.allowed().cmdPlay) {
+        cmdPlay_Click();
+    }
+    if (context_.session.state() == SessionState::Listening) {
+        player_->setPosition(milliseconds);
+    }
+}
+
+QString Listening::file() const {
+    const bool hasTake = context_.step.StepSelected || context_.session.mode.RecorderOnly;
+    return hasTake && context_.session.facts().canListen ? takeToPlay() : QString();
+}
+
 QString Listening::takeToPlay() const {
     const CurrentStep &step = context_.step;
     const bool isDone =

@@ -42,12 +42,17 @@ class Listening {
     [[nodiscard]] QString caption() const;
     /// Starts or stops. Throws what the player throws.
     void cmdPlay_Click();
+    /// Plays from this moment of the take on, milliseconds, whether it plays already or not. Throws what the player
+    /// throws.
+    void listenFrom(std::int32_t milliseconds);
     void tmrPlay_Timer() { context_.ticked(); }
     /// Ends listening, when something else begins that needs the take.
     void interrupt();
     /// The clock that shows the position stands still.
     void stopClock() { tmrPlay->setEnabled(false); }
 
+    /// The file that can be listened to; empty where there is none. Throws BadFileName.
+    [[nodiscard]] QString file() const;
     /// Milliseconds from the start.
     [[nodiscard]] std::int32_t position() const { return player_->position(); }
 

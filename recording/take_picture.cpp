@@ -1,11 +1,15 @@
 #include "recording/take_picture.h"
 
+#include "platform/file_system.h"
 #include "platform/platform.h"
 #include "platform/runtime_error.h"
+#include "station/ignore_errors.h"
+#include "station/places.h"
 
 #include <QElapsedTimer>
 
 #include <cstring>
+#include <utility>
 #include <vector>
 
 namespace orvel {
@@ -31,9 +35,47 @@ std::vector<std::int16_t> firstChannel(const QByteArray &block, int channels) {
 
 } // namespace
 
-TakePicture::TakePicture(Platform &platform, std::function<void()> changed)
-    : platform_(platform), changed_(std::move(changed)),
+TakePicture::TakePicture(Platform &platform, const Places &places, std::function<void()> changed)
+    : platform_(platform), places_(places), changed_(std::move(changed)),
       more_(platform.timers.create(1, MissedTicks::Drop, [this] { readOn(); })) {}
+
+void TakePicture::follow(SessionState state, const QString &path) {
+    const SessionState before = std::exchange(state_, state);
+    switch (state) {
+    case SessionState::Recording:
+        if (before != state) {
+            begin();
+        }
+        break;
+    case SessionState::CountingDown:
+        if (before != state) {
+            clear();
+        }
+        break;
+    case SessionState::Idle: {
+        const QString version = versionOf(path);
+        if (version.isEmpty()) {
+            clear();
+        } else if (version != shown_) {
+            read(path);
+            shown_ = version;
+        }
+        break;
+    }
+    case SessionState::Processing:
+    case SessionState::Listening:
+    case SessionState::Filing:
+        break; // what is seen stays
+    }
+}
+
+QString TakePicture::versionOf(const QString &path) const {
+    QString version;
+    if (path.startsWith(places_.programFolder())) {
+        ignoringErrors([&] { version = path + u'|' + QString::number(platform_.files.fileSize(path)); });
+    }
+    return version;
+}
 
 void TakePicture::begin() {
     clear();
@@ -64,6 +106,7 @@ void TakePicture::clear() {
     more_->setEnabled(false);
     reader_.reset();
     peaks_.clear();
+    shown_.clear();
     changed_();
 }
 

@@ -3,6 +3,7 @@
 #include "dsp/peaks.h"
 #include "platform/audio_file.h"
 #include "platform/timers.h"
+#include "recording/allowed.h"
 
 #include <QString>
 
@@ -11,14 +12,21 @@
 
 namespace orvel {
 
+class Places;
 struct Platform;
 
 /// The outline of the take on the desk: it grows while the take is recorded, and is read from its file afterwards,
 /// piece by piece between other events, so that an hour does not make the window wait.
 class TakePicture {
   public:
-    /// changed: there is more of it, or another one.
-    TakePicture(Platform &platform, std::function<void()> changed);
+    /// changed: there is more of it, or another one. Both live longer.
+    TakePicture(Platform &platform, const Places &places, std::function<void()> changed);
+
+    /// What there is to see of the desk: what is recorded grows, a take that is ready is read. path: of the take that
+    /// can be listened to, empty without one; a file outside the station has no outline.
+    void follow(SessionState state, const QString &path);
+    /// The file was changed: it is read anew when it is followed next.
+    void forget() { shown_.clear(); }
 
     /// A recording begins.
     void begin();
@@ -36,14 +44,18 @@ class TakePicture {
     [[nodiscard]] bool isComplete() const { return reader_ == nullptr; }
 
   private:
+    [[nodiscard]] QString versionOf(const QString &path) const;
     void readOn();
     void readBlock();
 
     Platform &platform_;
+    const Places &places_;
     std::function<void()> changed_;
     std::unique_ptr<Timer> more_;
     std::unique_ptr<AudioFileReader> reader_; ///< of a file that is not read to its end
     Peaks peaks_;
+    QString shown_; ///< what follow() had read last: a path with its size
+    SessionState state_ = SessionState::Idle;
     int sampleRate_ = 44100;
 };
 

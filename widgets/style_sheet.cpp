@@ -57,6 +57,7 @@ QPushButton[role="record"]:disabled { background: @panel; color: @disabled; bord
 QLabel[role="title"] { font-size: @largept; font-weight: bold; }
 QLabel[role="muted"] { color: @muted; }
 QLabel[role="value"] { font-weight: bold; }
+QLabel[urgent="true"] { color: @attention; }
 QLabel[role="attention"] { color: @attention; font-weight: bold; }
 QLabel:disabled { color: @disabled; }
 

@@ -113,7 +113,7 @@ QSize Waveform::sizeHint() const {
 
 QSize Waveform::minimumSizeHint() const {
     const int line = fontMetrics().height();
-    return {line * 6, line * 2};
+    return {line * 6, line};
 }
 
 QRectF Waveform::area() const {

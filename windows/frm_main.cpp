@@ -90,13 +90,14 @@ View frmMain::view() {
     view.processor = [this] { return panels_.processorPanel->settings(); };
     view.showStations = [this] { showStations(); };
     view.progress = [this](std::optional<int> percent) { panels_.savePanel->showProgress(percent); };
+    view.pictureChanged = [this] { panels_.stepPanel->showPicture(); };
     view.showProcess = [this](bool visible) { showProcess(visible); };
     return view;
 }
 
 void frmMain::makePanels() {
     Workplace &work = workplace_;
-    panels_.stepPanel = new StepPanel(this);
+    panels_.stepPanel = new StepPanel(work.picture, this);
     panels_.gridPanel = new GridPanel(work.datList, work.step, work.tracks, this);
     panels_.filePanel =
         new FilePanel(platform_, work.settings, work.step, *panels_.gridPanel, work.recovery, work.view.tell, this);
@@ -118,6 +119,9 @@ void frmMain::connectPanels() {
     on(panels_.gridPanel, &GridPanel::previewWanted, this, &frmMain::showPreview);
     on(&panels_.gridPanel->steps(), &StepsModel::unreadable, this,
        [this](const auto &...sentence) { (tell(sentence), ...); });
+    on(panels_.stepPanel->wavTake, &Waveform::seekWanted, this, [this](auto... milliseconds) {
+        (workplace_.listening.listenFrom(static_cast<std::int32_t>(milliseconds)), ...);
+    });
     on(panels_.filePanel, &FilePanel::recoverWanted, this, &frmMain::showRecover);
 }
 
@@ -292,13 +296,35 @@ void frmMain::showDesk() {
     panels_.recorderPanel->show();
     panels_.playbackPanel->show();
     panels_.savePanel->show();
-    panels_.stepPanel->show(workplace_.step, workplace_.session.fileName());
+    panels_.stepPanel->show(workplace_.step, workplace_.session.fileName(),
+                            neighboursOf(workplace_.datList, workplace_.step));
+    showTake();
     escape_->setEnabled(workplace_.session.state() == SessionState::CountingDown);
     showProgress();
 }
 
+void frmMain::showTake() {
+    const SessionState state = workplace_.session.state();
+    QString file;
+    // A name that is none has no take to be seen.
+    ignoringErrors([&] { file = workplace_.listening.file(); });
+    workplace_.picture.follow(state, file);
+    showTalk();
+}
+
+void frmMain::showTalk() {
+    const SessionState state = workplace_.session.state();
+    const bool records = state == SessionState::Recording;
+    panels_.stepPanel->showPhase(
+        phaseOf(workplace_.step,
+                records ? workplace_.session.ElapsedMs() : static_cast<std::int32_t>(workplace_.picture.lengthMs())));
+    panels_.stepPanel->wavTake->setPosition(
+        state == SessionState::Listening ? std::optional<double>(workplace_.listening.position()) : std::nullopt);
+}
+
 void frmMain::showTick() {
     const TakeSession &session = workplace_.session;
+    showTalk();
     panels_.recorderPanel->showCount();
     if (session.state() == SessionState::Recording) {
         panels_.stepPanel->showBar(workplace_.step);

@@ -150,6 +150,9 @@ class frmMain : public QMainWindow {
     void showProcess(bool visible);
     /// Everything that follows from the session: what is enabled, captions, labels.
     void showDesk();
+    /// The take's outline, and how it fits.
+    void showTake();
+    void showTalk();
     void showTick();
     void tell(const QString &sentence);
 

@@ -48,7 +48,7 @@ QScrollArea *scrollable(QWidget *panel) {
     // The tab's own background shows through.
     area->viewport()->setAutoFillBackground(false);
     panel->setAutoFillBackground(false);
-    area->setMinimumHeight(area->fontMetrics().height() * 6);
+    area->setMinimumHeight(area->fontMetrics().height() * 4);
     return area;
 }
 

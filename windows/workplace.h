@@ -12,6 +12,7 @@
 #include "production/unfinished.h"
 #include "recording/catalogues.h"
 #include "recording/listening.h"
+#include "recording/take_picture.h"
 #include "recording/take_session.h"
 #include "recording/take_store.h"
 #include "settings/settings.h"
@@ -38,6 +39,7 @@ struct View {
     std::function<void()> showStations;
     std::function<void(std::optional<int> percent)> progress;
     std::function<void(bool visible)> showProcess;
+    std::function<void()> pictureChanged;
 };
 
 /// The rooms of one station, put together: everything that the windows show and ask. Knows no window.
@@ -58,6 +60,7 @@ struct Workplace {
     Catalogues catalogues;
     TakeStore takes;
     ProcessingChain chain;
+    TakePicture picture;
     TakeSession session;
     Listening listening;
     Completion completion;

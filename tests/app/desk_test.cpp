@@ -235,7 +235,7 @@ TEST_F(TheDesk, FitsASmallWindowAndShowsTheSlotBetweenItsNeighbours) {
         }
         window->resize(1000, 640);
         QCoreApplication::processEvents();
-        EXPECT_EQ(window->size(), QSize(1000, 640)) << folded;
+        EXPECT_EQ(window->size(), QSize(1000, 640)) << folded << " " << window->minimumSizeHint().height();
         for (const int row : {firstLink, grid().model()->rowCount() - 2}) {
             select(row);
             for (const int seen : {row - 1, row, row + 1}) {

@@ -1,6 +1,7 @@
 // The outline of a take, while it is recorded and from its file.
 #include "platform/fake/fake_database.h"
 #include "recording/take_picture.h"
+#include "station/places.h"
 #include "tests/platform/audio/temp_folder.h"
 #include "tests/test_platform.h"
 
@@ -30,7 +31,8 @@ class Picture : public testing::Test, protected TestPlatform<FakeDatabaseEngine>
 
     test::TempFolder folder;
     int changes = 0;
-    TakePicture picture{platform, [this] { ++changes; }};
+    Places places{folder.path()};
+    TakePicture picture{platform, places, [this] { ++changes; }};
 };
 
 } // namespace
