@@ -78,6 +78,8 @@ class AudioFiles {
     [[nodiscard]] virtual std::unique_ptr<AudioFileReader> reader() = 0;
     [[nodiscard]] virtual std::unique_ptr<AudioFileWriter> mp3Writer() = 0;
     [[nodiscard]] virtual std::unique_ptr<WavFileWriter> wavWriter() = 0;
+    /// Half the size, and every sample exact: FLAC.
+    [[nodiscard]] virtual std::unique_ptr<WavFileWriter> flacWriter() = 0;
     /// A take whose recording was killed has a header that hides up to about a second of what is in the file: has the
     /// header tell of every whole frame, and syncs. Whether anything was changed: a file that is no such WAV (mono,
     /// 16-bit, nothing behind the samples), or tells the truth, is left as it is. Not while the take is being written.

@@ -142,8 +142,7 @@ Filing::Outcome Filing::goBack(const Take &take, bool markBefore, const QString 
 
 void Filing::finish(const Take &take, const TakeFiles &files) {
     // From here on the voice track is where it belongs: what cannot be cleared away is no failure of the filing.
-    removeIfThere(files.wav);
-    context_.takes.forget(take.name());
+    context_.takes.filed(take);
     removeIfThere(files.mp3);
     context_.tell(tr("%1 is bewaard.").arg(take.version()));
 }

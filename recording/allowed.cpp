@@ -14,6 +14,7 @@ Allowed allowed(SessionState state, const DeskMode &mode, const StepFacts &step,
     result.cmdMultivoice = mode.hasStations;
     result.lists = isFree && !mode.RecorderOnly;
     result.dbgLijst = isFree && !mode.RecorderOnly;
+    result.takes = idle && step.hasFile && !mode.RecorderOnly;
     result.playlistTools = !mode.RecorderOnly;
     return result;
 }

@@ -41,6 +41,7 @@ struct Allowed {
     bool lists = false; ///< tabFiles with its delete buttons
     bool dbgLijst = false;
     bool playlistTools = false; ///< print, import and export of playlists
+    bool takes = false;         ///< the list of the step's takes
 
     bool operator==(const Allowed &) const = default;
 };

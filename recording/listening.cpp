@@ -63,7 +63,8 @@ QString Listening::takeToPlay() const {
     const CurrentStep &step = context_.step;
     const bool isDone =
         context_.playlist.isOpen() && step.row >= 0 && context_.playlist.value(step.row, ImportedColumn).toBool();
-    if (!isDone) {
+    // A take that was put in the place of the filed one is what will be filed next.
+    if (!isDone || context_.session.facts().canSave) {
         return context_.places.take(step.VoiceTrackName);
     }
     return context_.settings.ServerMode ? Places::filedOnServer(context_.settings.VoicetrackPath, step.VoiceTrackName)

@@ -11,6 +11,7 @@
 #include "station/ignore_errors.h"
 #include "station/places.h"
 
+#include <algorithm>
 #include <exception>
 
 namespace orvel {
@@ -219,6 +220,9 @@ void TakeSession::stop() {
     std::exception_ptr failure;
     try {
         wavRec.stop();
+        if (context_.takes.isKept(take_)) {
+            context_.takes.recorded(take_);
+        }
         if (context_.takes.isKept(take_) && context_.settings.UseProcessor) {
             context_.AudioProcessing(context_.places.take(take_.name()));
         }
@@ -237,6 +241,29 @@ void TakeSession::stop() {
     backToIdle();
     if (failure) {
         std::rethrow_exception(failure);
+    }
+}
+
+std::vector<ShelvedTake> TakeSession::takes() const {
+    return context_.step.StepSelected && !mode.RecorderOnly ? context_.takes.shelf().takes(currentTake())
+                                                            : std::vector<ShelvedTake>();
+}
+
+void TakeSession::choose(int number) {
+    const Take take = currentTake();
+    if (!allowed().takes || !reserve(take.name())) {
+        return;
+    }
+    context_.takes.choose(take, number);
+    lookAtTake();
+    context_.changed();
+}
+
+void TakeSession::chooseNext() {
+    const std::vector<ShelvedTake> all = takes();
+    const auto current = std::find_if(all.begin(), all.end(), [](const ShelvedTake &take) { return take.isCurrent; });
+    if (all.size() > 1) {
+        choose(current == all.end() || current + 1 == all.end() ? all.front().number : (current + 1)->number);
     }
 }
 

@@ -4,12 +4,14 @@
 #include "playlist/current_step.h"
 #include "recording/allowed.h"
 #include "recording/take.h"
+#include "recording/take_shelf.h"
 
 #include <QCoreApplication>
 #include <QString>
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace orvel {
 
@@ -72,6 +74,13 @@ class TakeSession {
 
     /// Starts, stops or starts the count-down anew, by what the session is doing. Throws what marking the step throws.
     void cmdRec_Click();
+    /// Every take of the selected step, in the order of recording.
+    [[nodiscard]] std::vector<ShelvedTake> takes() const;
+    /// Another one of them is listened to and saved; nothing happens where that is not allowed. Throws what the disk
+    /// throws.
+    void choose(int number);
+    /// The one behind the current one, or the first.
+    void chooseNext();
     /// Nothing will be recorded after all: the step is as it was before the count-down. Only while that runs.
     void cancelCountDown();
     void tmrCountDown_Timer();

@@ -62,9 +62,46 @@ void TakeStore::begin(const Take &take) {
     const QString wav = places_.take(take.name());
     earlier_ = {{}, journal_.entry(take.name())}; // first: what fails from here on is abandoned
     if (files_.fileExists(wav)) {
+        if (isKept(take)) {
+            // What cannot be put there is in recovery all the same.
+            ignoringErrors([&] { shelf_.putAside(take); });
+        }
         earlier_.moved = recovery_.keep(wav);
     }
     journal_.write(entryOf(take, JournalEntry::Phase::Recording));
+}
+
+void TakeStore::recorded(const Take &take) {
+    // A take is whole without its second name.
+    ignoringErrors([&] { shelf_.add(take); });
+}
+
+void TakeStore::filed(const Take &take) {
+    const QString wav = places_.take(take.name());
+    ignoringErrors([&] {
+        if (files_.fileExists(wav)) {
+            shelf_.filed(take);
+        }
+    });
+    ignoringErrors([&] {
+        if (files_.fileExists(wav)) {
+            files_.remove(wav);
+        }
+    });
+    forget(take.name());
+}
+
+void TakeStore::choose(const Take &take, int number) {
+    const QString wav = places_.take(take.name());
+    if (files_.fileExists(wav) && !isKept(take)) {
+        recovery_.keep(wav); // another step's
+    }
+    shelf_.choose(take, number);
+    if (files_.fileExists(wav)) {
+        keep(take);
+    } else {
+        forget(take.name());
+    }
 }
 
 void TakeStore::keep(const Take &take) {

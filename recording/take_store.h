@@ -1,6 +1,7 @@
 #pragma once
 
 #include "recording/take.h"
+#include "recording/take_shelf.h"
 #include "station/journal.h"
 
 #include <QHash>
@@ -39,12 +40,22 @@ class TakeStore {
     /// Before the recorder starts: an earlier take of that name goes to recovery. Throws what the disk throws; like any
     /// start that fails it is then to be abandoned.
     void begin(const Take &take);
-    /// The recording is complete.
+    /// The recording is complete, and not processed yet.
+    void recorded(const Take &take);
+    /// It is ready to be listened to and saved.
     void keep(const Take &take);
     /// Nothing was recorded: what is left of it goes, the earlier take comes back.
     void abandon(const Take &take);
-    /// It was filed, or is gone.
+    /// It was filed: it goes, but stays among the step's takes.
+    void filed(const Take &take);
+    /// It was filed elsewhere, or is gone.
     void forget(const QString &name);
+
+    /// Every take of a step.
+    [[nodiscard]] TakeShelf &shelf() { return shelf_; }
+    [[nodiscard]] const TakeShelf &shelf() const { return shelf_; }
+    /// Another take of the step is the one that can be listened to and saved. Throws what the shelf throws.
+    void choose(const Take &take, int number);
 
   private:
     struct Earlier {
@@ -62,6 +73,7 @@ class TakeStore {
     QByteArray holder_;
     QHash<QString, std::shared_ptr<FileLock>> locks_;
     Earlier earlier_;
+    TakeShelf shelf_{files_, places_, recovery_};
 };
 
 } // namespace orvel

@@ -10,6 +10,8 @@ const QString wav = QStringLiteral(".wav");
 const QString mp3 = QStringLiteral(".mp3");
 const QString temp = QStringLiteral("\\temp\\");
 const QString journal = QStringLiteral("\\journal\\");
+const QString takes = QStringLiteral("\\takes\\");
+const QString shelfExtension = QStringLiteral(".takes");
 const QString temp2 = QStringLiteral("\\temp2\\");
 
 } // namespace
@@ -36,6 +38,10 @@ QString Places::recoveryFolder() const {
 
 QString Places::journalFolder() const {
     return joined(programFolder_, QStringLiteral("\\journal"));
+}
+
+QString Places::takesFolder() const {
+    return joined(programFolder_, QStringLiteral("\\takes"));
 }
 
 QString Places::deskFile() const {
@@ -80,6 +86,22 @@ QString Places::stageOutput(const QString &name) const {
 
 QString Places::rawTake(const QString &name) const {
     return takeFile(programFolder_, temp2, name, QStringLiteral(".ruw.wav"));
+}
+
+QString Places::shelf(const QString &name) const {
+    return takeFile(programFolder_, takes, name, shelfExtension);
+}
+
+QString Places::shelvedTake(const QString &name, int take) const {
+    return takeFile(programFolder_, takes, name, QStringLiteral(".%1.wav").arg(take));
+}
+
+QString Places::dryTake(const QString &name, int take) const {
+    return takeFile(programFolder_, takes, name, QStringLiteral(".%1.droog.wav").arg(take));
+}
+
+QString Places::packedDryTake(const QString &name, int take) const {
+    return takeFile(programFolder_, takes, name, QStringLiteral(".%1.droog.flac").arg(take));
 }
 
 QString Places::filed(const QString &name) const {

@@ -18,6 +18,7 @@ class Places {
     [[nodiscard]] QString temp2Folder() const;
     [[nodiscard]] QString recoveryFolder() const;
     [[nodiscard]] QString journalFolder() const;
+    [[nodiscard]] QString takesFolder() const; ///< every take of the steps that are being worked on
     [[nodiscard]] QString settingsFile() const;
     [[nodiscard]] QString deskFile() const; ///< how the windows were left
     [[nodiscard]] QString stationList() const;
@@ -30,6 +31,10 @@ class Places {
     [[nodiscard]] QString takeLock(const QString &name) const;
     [[nodiscard]] QString stageOutput(const QString &name) const;
     [[nodiscard]] QString rawTake(const QString &name) const; ///< as it was before processing
+    [[nodiscard]] QString shelf(const QString &name) const;                 ///< what is known of a step's takes
+    [[nodiscard]] QString shelvedTake(const QString &name, int take) const; ///< as it was left
+    [[nodiscard]] QString dryTake(const QString &name, int take) const;     ///< as recorded
+    [[nodiscard]] QString packedDryTake(const QString &name, int take) const;
     [[nodiscard]] QString filed(const QString &name) const;
     [[nodiscard]] static QString filedOnServer(const QString &VoicetrackPath, const QString &name);
 

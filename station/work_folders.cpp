@@ -21,8 +21,8 @@ void tryToWrite(FileSystem &files, const QString &folder) {
 
 QString makeWorkFolders(FileSystem &files, const Places &places) {
     QString problem; // the first one: the others mostly have the same cause
-    for (const QString &folder :
-         {places.newFolder(), places.okFolder(), places.tempFolder(), places.temp2Folder(), places.journalFolder()}) {
+    for (const QString &folder : {places.newFolder(), places.okFolder(), places.tempFolder(), places.temp2Folder(),
+                                  places.takesFolder(), places.journalFolder()}) {
         try {
             files.makeFolder(folder);
             tryToWrite(files, folder);

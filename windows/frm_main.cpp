@@ -31,6 +31,7 @@
 #include "windows/recorder_panel.h"
 #include "windows/save_panel.h"
 #include "windows/step_panel.h"
+#include "windows/takes_panel.h"
 
 #include <QApplication>
 #include <QCloseEvent>
@@ -86,6 +87,7 @@ View frmMain::view() {
     view.refreshLists = [this] {
         panels_.filePanel->refreshNew();
         panels_.filePanel->refreshOk();
+        workplace_.takes.shelf().clearFinished(workplace_.settings.NewPath);
     };
     view.processor = [this] { return panels_.processorPanel->settings(); };
     view.showStations = [this] { showStations(); };
@@ -98,6 +100,7 @@ View frmMain::view() {
 void frmMain::makePanels() {
     Workplace &work = workplace_;
     panels_.stepPanel = new StepPanel(work.picture, this);
+    panels_.takesPanel = new TakesPanel(work.session, this);
     panels_.gridPanel = new GridPanel(work.datList, work.step, work.tracks, this);
     panels_.filePanel =
         new FilePanel(platform_, work.settings, work.step, *panels_.gridPanel, work.recovery, work.view.tell, this);
@@ -140,6 +143,7 @@ bool frmMain::Form_Load() {
         platform_.prompts.message(problem, errorTitle, MessageIcon::Exclamation);
     }
     work.view.refreshLists();
+    work.tidyTakes();
     if (!work.catalogues.open()) {
         setup().exec();
     }
@@ -304,11 +308,8 @@ void frmMain::showDesk() {
 }
 
 void frmMain::showTake() {
-    const SessionState state = workplace_.session.state();
-    QString file;
-    // A name that is none has no take to be seen.
-    ignoringErrors([&] { file = workplace_.listening.file(); });
-    workplace_.picture.follow(state, file);
+    workplace_.follow();
+    panels_.takesPanel->show();
     showTalk();
 }
 

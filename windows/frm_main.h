@@ -31,6 +31,7 @@ class ProcessorPanel;
 class RecorderPanel;
 class SavePanel;
 class StepPanel;
+class TakesPanel;
 class frmAdv;
 class frmConvert;
 class frmExport;
@@ -48,6 +49,7 @@ struct KeptFile;
 struct Panels {
     ProcessorPanel *processorPanel = nullptr;
     StepPanel *stepPanel = nullptr;
+    TakesPanel *takesPanel = nullptr;
     GridPanel *gridPanel = nullptr;
     FilePanel *filePanel = nullptr;
     RecorderPanel *recorderPanel = nullptr;

@@ -7,15 +7,17 @@
 #include "windows/playback_panel.h"
 #include "windows/recorder_panel.h"
 #include "windows/save_panel.h"
+#include "windows/takes_panel.h"
 
 #include <QShortcut>
+#include <QToolButton>
 
 namespace orvel {
 
 namespace {
 
 /// A key that presses a button, where that is enabled; the button's tooltip tells the key.
-DeskKeyStroke keyOf(QPushButton *button, const QKeySequence &key, const QString &what) {
+DeskKeyStroke keyOf(QAbstractButton *button, const QKeySequence &key, const QString &what) {
     button->setToolTip(QStringLiteral("%1 (%2)").arg(button->toolTip(), key.toString(QKeySequence::NativeText)));
     return {key, what, [button] { button->click(); }};
 }
@@ -27,6 +29,7 @@ void frmMain::makeKeys() {
         keyOf(panels_.recorderPanel->cmdRec, Qt::Key_F5, tr("Opname starten en stoppen")),
         keyOf(panels_.savePanel->cmdSave, Qt::Key_F4, tr("De opname bewaren")),
         keyOf(panels_.playbackPanel->cmdPlay, Qt::Key_F3, tr("De opname beluisteren, of stoppen")),
+        keyOf(panels_.takesPanel->cmdNextTake, Qt::Key_F2, tr("Een andere take van deze stap kiezen")),
         {Qt::Key_F6, tr("Naar de volgende link die nog niet klaar is"), [this] { showNextOpenSlot(); }},
         {Qt::Key_F7, tr("Het gekozen nummer voorbeluisteren"), [this] { panels_.gridPanel->dbgLijst_DblClick(); }},
         {Qt::Key_F8, tr("De playlist afdrukken"), [this] { panels_.tlbMain->actions().constFirst()->trigger(); }},

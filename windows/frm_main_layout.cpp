@@ -10,6 +10,7 @@
 #include "windows/reflow.h"
 #include "windows/save_panel.h"
 #include "windows/step_panel.h"
+#include "windows/takes_panel.h"
 
 #include <QHBoxLayout>
 #include <QScrollArea>
@@ -85,6 +86,7 @@ QWidget *frmMain::recordingStrip() {
     auto *layout = new QVBoxLayout(strip);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(panels_.stepPanel);
+    layout->addWidget(panels_.takesPanel);
     layout->addLayout(buttons);
     return strip;
 }

@@ -1,6 +1,9 @@
 #include "windows/workplace.h"
 
 #include "station/holder.h"
+#include "station/ignore_errors.h"
+
+#include <utility>
 
 namespace orvel {
 
@@ -9,7 +12,7 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
       journal(platform.files, places), datList(platform.databases, [this](const QString &path) { keepCopy(path); }),
       marks(datList, platform.databases, settings.NewPath, view.rowChanged), tracks(platform.files, settings),
       drives(platform.files, programFolder), catalogues(platform, settings),
-      takes(platform.files, places, journal, recovery, toText(presentHolder())),
+      takes(platform.files, places, journal, recovery, toText(presentHolder())), packer(platform),
       chain(ProcessingContext{platform, places.programFolder(), view.processor, recovery, view.showProcess, view.tell}),
       picture(platform, places, view.pictureChanged),
       session({platform, settings, datList, step, marks, takes, places,
@@ -23,6 +26,23 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
               view.changed}),
       unfinished({platform, settings, places, recovery, journal, takes, marks, view.tell}),
       lock(platform.files, places) {}
+
+void Workplace::follow() {
+    QString file;
+    // A name that is none has no take to be seen.
+    ignoringErrors([&] { file = listening.file(); });
+    picture.follow(session.state(), file);
+    if (std::exchange(followed_, session.state()) == SessionState::Processing) {
+        tidyTakes();
+    }
+}
+
+void Workplace::tidyTakes() {
+    takes.shelf().clearFinished(settings.NewPath);
+    for (const QString &dry : takes.shelf().unpacked()) {
+        packer.pack(dry, TakeShelf::packed(dry));
+    }
+}
 
 void Workplace::showTake(const QString &name) {
     if (session.mode.RecorderOnly) {

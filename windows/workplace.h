@@ -11,6 +11,7 @@
 #include "production/saving.h"
 #include "production/unfinished.h"
 #include "recording/catalogues.h"
+#include "recording/flac_packer.h"
 #include "recording/listening.h"
 #include "recording/take_picture.h"
 #include "recording/take_session.h"
@@ -59,6 +60,7 @@ struct Workplace {
     DriveMap drives;
     Catalogues catalogues;
     TakeStore takes;
+    FlacPacker packer;
     ProcessingChain chain;
     TakePicture picture;
     TakeSession session;
@@ -69,12 +71,18 @@ struct Workplace {
     Unfinished unfinished;
     StationLock lock;
 
+    /// What follows from another state of the desk: the take that is seen, and the takes that are put in order.
+    void follow();
+    /// Clears the shelves of finished playlists, and packs what was recorded, as time allows.
+    void tidyTakes();
     /// A take came back from recovery: its step is selected where the open playlist has it, and it can be saved.
     void showTake(const QString &name);
 
   private:
     /// Of a playlist that is about to be changed for the first time.
     void keepCopy(const QString &playlist);
+
+    SessionState followed_ = SessionState::Idle;
 };
 
 } // namespace orvel

@@ -134,4 +134,8 @@ std::unique_ptr<WavFileWriter> FakeAudioFiles::wavWriter() {
     return std::make_unique<FaultyWavWriter>(*this, real_.wavWriter());
 }
 
+std::unique_ptr<WavFileWriter> FakeAudioFiles::flacWriter() {
+    return std::make_unique<FaultyWavWriter>(*this, real_.flacWriter());
+}
+
 } // namespace orvel

@@ -29,6 +29,7 @@ class FakeAudioFiles : public AudioFiles {
     [[nodiscard]] std::unique_ptr<AudioFileReader> reader() override;
     [[nodiscard]] std::unique_ptr<AudioFileWriter> mp3Writer() override;
     [[nodiscard]] std::unique_ptr<WavFileWriter> wavWriter() override;
+    [[nodiscard]] std::unique_ptr<WavFileWriter> flacWriter() override;
     bool repairWav(const QString &path) override { return real_.repairWav(path); }
 
     Faults faults;

@@ -19,6 +19,10 @@ std::unique_ptr<WavFileWriter> SystemAudioFiles::wavWriter() {
     return std::make_unique<SndfileWavWriter>(storage_);
 }
 
+std::unique_ptr<WavFileWriter> SystemAudioFiles::flacWriter() {
+    return std::make_unique<SndfileWavWriter>(storage_, SoundPacking::Flac);
+}
+
 bool SystemAudioFiles::repairWav(const QString &path) {
     return orvel::repairWav(storage_, path);
 }

@@ -5,7 +5,7 @@
 
 namespace orvel {
 
-/// The real readers and writers: libsndfile reads and writes WAV, LAME writes MP3.
+/// The real readers and writers: libsndfile reads, and writes WAV and FLAC, LAME writes MP3.
 class SystemAudioFiles : public AudioFiles {
   public:
     /// storage: what is written through; outlives this and what it makes.
@@ -14,6 +14,7 @@ class SystemAudioFiles : public AudioFiles {
     [[nodiscard]] std::unique_ptr<AudioFileReader> reader() override;
     [[nodiscard]] std::unique_ptr<AudioFileWriter> mp3Writer() override;
     [[nodiscard]] std::unique_ptr<WavFileWriter> wavWriter() override;
+    [[nodiscard]] std::unique_ptr<WavFileWriter> flacWriter() override;
     bool repairWav(const QString &path) override;
 
   private:

@@ -3,7 +3,7 @@
 namespace orvel {
 
 void SndfileWavWriter::create(const QString &path, int sampleRate) {
-    output_.emplace(storage_, path, sampleRate);
+    output_.emplace(storage_, path, sampleRate, packing_);
 }
 
 void SndfileWavWriter::write(std::span<const std::int16_t> samples) {

@@ -7,11 +7,12 @@
 
 namespace orvel {
 
-/// Writes WAV files with libsndfile. Before create() and after close() the other calls do nothing.
+/// Writes WAV or FLAC files with libsndfile. Before create() and after close() the other calls do nothing.
 class SndfileWavWriter : public WavFileWriter {
   public:
     /// storage: outlives this.
-    explicit SndfileWavWriter(Storage &storage = systemStorage()) : storage_(storage) {}
+    explicit SndfileWavWriter(Storage &storage = systemStorage(), SoundPacking packing = SoundPacking::None)
+        : storage_(storage), packing_(packing) {}
 
     void create(const QString &path, int sampleRate) override;
     void write(std::span<const std::int16_t> samples) override;
@@ -19,6 +20,7 @@ class SndfileWavWriter : public WavFileWriter {
 
   private:
     Storage &storage_;
+    SoundPacking packing_;
     std::optional<WavOutput> output_;
 };
 

@@ -48,15 +48,21 @@ struct WavOutputCalls {
     }
 };
 
-WavOutput::WavOutput(Storage &storage, const QString &path, int sampleRate) : path_(path), file_(storage, path) {
+WavOutput::WavOutput(Storage &storage, const QString &path, int sampleRate, SoundPacking packing)
+    : path_(path), file_(storage, path) {
     SF_INFO info{};
     info.samplerate = sampleRate;
     info.channels = 1;
-    info.format = SF_FORMAT_WAV | SF_FORMAT_PCM_16;
+    info.format = (packing == SoundPacking::Flac ? SF_FORMAT_FLAC : SF_FORMAT_WAV) | SF_FORMAT_PCM_16;
     SF_VIRTUAL_IO io{WavOutputCalls::length, WavOutputCalls::seek, WavOutputCalls::read, WavOutputCalls::write,
                      WavOutputCalls::tell};
     sound_.reset(sf_open_virtual(&io, SFM_WRITE, &info, this));
-    updateHeader(); // an empty take is a valid file too, and a full disk shows at once
+    if (packing == SoundPacking::None) {
+        updateHeader(); // an empty take is a valid file too, and a full disk shows at once
+    } else if (!sound_) {
+        throwFailure();
+        throw RuntimeError(ErrorNumber::DeviceError, path_);
+    }
 }
 
 void WavOutput::Closer::operator()(sf_private_tag *sound) const {

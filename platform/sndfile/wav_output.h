@@ -18,12 +18,15 @@ namespace orvel {
 /// Where the samples of a take's WAV file begin (bytes).
 inline constexpr qint64 wavHeaderSize = 44;
 
-/// A mono 16-bit WAV file while it is written. Calls throw what a storage says of its disk (DiskFull, DeviceError ...).
-/// One thread.
+/// What a sound file is: plain, or packed without loss (FLAC).
+enum class SoundPacking { None, Flac };
+
+/// A mono 16-bit WAV or FLAC file while it is written. Calls throw what a storage says of its disk (DiskFull,
+/// DeviceError ...). One thread.
 class WavOutput {
   public:
     /// storage: outlives this. Throws like OutputFile.
-    WavOutput(Storage &storage, const QString &path, int sampleRate = 44100);
+    WavOutput(Storage &storage, const QString &path, int sampleRate = 44100, SoundPacking packing = SoundPacking::None);
     ~WavOutput() = default;
     WavOutput(const WavOutput &) = delete;
     WavOutput(WavOutput &&) = delete;
@@ -31,7 +34,7 @@ class WavOutput {
     WavOutput &operator=(WavOutput &&) = delete;
 
     void write(std::span<const std::int16_t> samples);
-    /// The header tells the length that the file has now.
+    /// The header of a WAV file tells the length that the file has now.
     void updateHeader();
     /// Takes what a failed write left of a sample off the end; returns the frames in the file. Throws nothing.
     std::int64_t cutToWholeFrames() noexcept;

@@ -1,5 +1,8 @@
 // The take in sight: its outline, how it fits, and what stands around it.
 #include "station.h"
+#include "windows/takes_panel.h"
+
+#include <QToolButton>
 
 namespace orvel {
 
@@ -118,6 +121,44 @@ TEST_F(TakeInSight, ASecondTakeShowsItsOwnOutline) {
     timers.advance(100);
     EXPECT_NE(peaks().between(0, 44100).high, before);
     EXPECT_NEAR(peaks().between(0, 44100).high, 200 / 32768.0, 1e-3);
+}
+
+TEST_F(TakeInSight, TheTakesOfAStepStandBelowItAndAKeyGoesThroughThem) {
+    openDemo();
+    TakesPanel &takes = *window->panels().takesPanel;
+    record(1000);
+    EXPECT_FALSE(takes.isVisible()) << "one take is no choice";
+    record(1500);
+    ASSERT_TRUE(takes.isVisible());
+    const auto buttons = [&takes] {
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+        return takes.findChildren<QToolButton *>();
+    };
+    EXPECT_EQ(buttons().size(), 3) << "two, and the one for the next";
+    timers.advance(100);
+    EXPECT_NEAR(wave().length(), 1500, 1);
+    click(takes.cmdNextTake);
+    timers.advance(100);
+    EXPECT_NEAR(wave().length(), 1000, 1);
+    click(window->panels().savePanel->cmdSave);
+    EXPECT_TRUE(imported(link));
+    select(link);
+    QStringList texts;
+    for (const QToolButton *button : buttons()) {
+        texts << button->text();
+    }
+    EXPECT_TRUE(texts.contains(QStringLiteral("Take 1 · 1,0 s ✓ bewaard"))) << texts.join(u'|').toStdString();
+    EXPECT_TRUE(texts.contains(QStringLiteral("Take 2 · 1,5 s")));
+    select(0);
+    EXPECT_FALSE(takes.isVisible());
+}
+
+TEST_F(TakeInSight, OriginalsArePackedBesideTheWork) {
+    openDemo();
+    record(1000);
+    timers.advance(1000);
+    EXPECT_EQ(filesIn(QStringLiteral("takes")).filter(QStringLiteral(".flac")).size(), 1);
+    EXPECT_TRUE(filesIn(QStringLiteral("takes")).filter(QStringLiteral("droog.wav")).isEmpty());
 }
 
 } // namespace orvel

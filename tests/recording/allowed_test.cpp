@@ -91,6 +91,15 @@ TEST(WhatIsAllowed, FollowsFromStateModeStepAndTake) {
     }
 }
 
+TEST(WhatIsAllowed, AnotherTakeOfTheStepIsChosenWhileNothingRuns) {
+    for (const SessionState state : {SessionState::Idle, SessionState::CountingDown, SessionState::Recording,
+                                     SessionState::Processing, SessionState::Listening, SessionState::Filing}) {
+        EXPECT_EQ(allowed(state, desk, slot, filed).takes, state == SessionState::Idle);
+    }
+    EXPECT_FALSE(allowed(SessionState::Idle, desk, music, nothing).takes);
+    EXPECT_FALSE(allowed(SessionState::Idle, recorder, music, waiting).takes);
+}
+
 TEST(Joystick, ThreeOfItsButtonsDoWhatTheWindowsWouldDo) {
     Allowed may;
     for (int button = -1; button <= 9; ++button) {
