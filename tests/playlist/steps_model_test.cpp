@@ -61,6 +61,22 @@ TEST_F(Steps, TalkTimesAreShownInSecondsAndStayWhatTheyAreInTheFile) {
     EXPECT_EQ(model.index(0, StapColumn).data().toString(), QStringLiteral("1"));
 }
 
+TEST_F(Steps, AStepThatIsVoicedPerStationTellsForHowMany) {
+    open();
+    QSignalSpy changed(&model, &StepsModel::dataChanged);
+    model.setStations({{1, {2, 4, {QStringLiteral("Noord"), QStringLiteral("Zuid")}}}, {2, {4, 4, {}}}});
+    EXPECT_EQ(changed.size(), 2);
+    EXPECT_FALSE(model.index(0, ImportedColumn).data().isValid());
+    EXPECT_EQ(model.index(1, ImportedColumn).data().toString(), QStringLiteral("2 van 4"));
+    EXPECT_EQ(model.index(1, StapColumn).data(Qt::ToolTipRole).toString(),
+              QStringLiteral("Nog geen versie voor: Noord, Zuid."));
+    EXPECT_EQ(model.index(2, ImportedColumn).data().toString(), QStringLiteral("4 van 4"));
+    EXPECT_FALSE(model.index(2, StapColumn).data(Qt::ToolTipRole).isValid());
+    model.setStations({});
+    EXPECT_FALSE(model.index(1, ImportedColumn).data().isValid());
+    EXPECT_EQ(changed.size(), 4);
+}
+
 TEST_F(Steps, NothingThatAViewAsksForThrows) {
     open();
     databases.fail(FakeDatabaseEngine::Call::Value, ErrorNumber::DatabaseDamaged);
