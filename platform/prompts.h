@@ -17,6 +17,14 @@ enum class MessageIcon { Information, Exclamation, Critical };
 /// The button of a question that Enter presses.
 enum class Preset { Yes, No };
 
+/// What the two buttons of a question say; the system's own questions are answered with Ja and Nee.
+struct Verbs {
+    QString yes = QStringLiteral("&Ja");
+    QString no = QStringLiteral("&Nee");
+
+    bool operator==(const Verbs &) const = default;
+};
+
 /// Tells the presenter what the program waits for, as long as it lives, and offers to go on without it.
 class WaitingSign {
   public:
@@ -45,9 +53,12 @@ class Prompts {
 
     /// A box with only an OK button.
     virtual void message(const QString &text, const QString &title, MessageIcon icon) = 0;
-    /// A Yes/No box with a question icon; true for Yes. Closing the box is No.
-    virtual bool ask(const QString &text, const QString &title, Preset preset) = 0;
-    bool ask(const QString &text, const QString &title) { return ask(text, title, Preset::Yes); }
+    /// A box with two buttons and a question icon; true for the first. Closing the box is the second. What destroys
+    /// anything is never the preset.
+    virtual bool ask(const QString &text, const QString &title, Preset preset, const Verbs &verbs) = 0;
+    bool ask(const QString &text, const QString &title, Preset preset = Preset::Yes) {
+        return ask(text, title, preset, Verbs());
+    }
     /// A box that stays until isOver() says so (it is asked once a second) or the presenter gives up; false for the
     /// latter.
     virtual bool waitUntil(const QString &text, const QString &title, const std::function<bool()> &isOver) = 0;

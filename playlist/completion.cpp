@@ -27,28 +27,45 @@ void Completion::CheckLijst() {
         context_.changed();
         return;
     }
-    tellMissing();
-    if (context_.platform.prompts.ask(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"))) {
+    const Preset preset = tellMissing() ? Preset::No : Preset::Yes;
+    if (context_.platform.prompts.ask(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"),
+                                      preset)) {
         finishPlaylist();
     }
 }
 
-void Completion::tellMissing() const {
-    QStringList names;
-    const QSet<int> missing = VoiceTracks(context_.platform.files, context_.settings).missing(context_.playlist);
+bool Completion::tellMissing() const {
+    const TrackLook seen = VoiceTracks(context_.platform.files, context_.settings, context_.stations)
+                               .look(context_.playlist);
+    QStringList missing;
+    QStringList lacking;
     for (int row = 0; row < context_.playlist.stepCount(); ++row) {
-        if (missing.contains(row)) {
-            names << context_.playlist.value(row, AtrackColumn).toString();
+        const QString name = context_.playlist.value(row, AtrackColumn).toString();
+        if (seen.missing.contains(row)) {
+            missing << name;
+        }
+        if (const QStringList stations = seen.stations.value(row).lacking; !stations.isEmpty()) {
+            lacking << QStringLiteral("%1 (%2)").arg(name, stations.join(QStringLiteral(", ")));
         }
     }
-    if (!names.isEmpty()) {
-        context_.platform.prompts.message(
-            QCoreApplication::translate("Completion",
-                                        "Van deze stappen staat de voicetrack niet waar hij moet staan: %1.\nNeem ze "
-                                        "opnieuw op voor de playlist klaar is.")
-                .arg(names.join(QStringLiteral(", "))),
-            QStringLiteral("Playlist overzetten"), MessageIcon::Exclamation);
+    QStringList sentences;
+    if (!missing.isEmpty()) {
+        sentences << QCoreApplication::translate(
+                         "Completion",
+                         "Van deze stappen staat de voicetrack niet waar hij moet staan: %1.\nNeem ze "
+                         "opnieuw op voor de playlist klaar is.")
+                         .arg(missing.join(QStringLiteral(", ")));
     }
+    if (!lacking.isEmpty()) {
+        sentences << QCoreApplication::translate("Completion",
+                                                 "Deze stappen zijn nog niet voor alle stations ingesproken: %1.")
+                         .arg(lacking.join(QStringLiteral(", ")));
+    }
+    if (!sentences.isEmpty()) {
+        context_.platform.prompts.message(sentences.join(QStringLiteral("\n\n")),
+                                          QStringLiteral("Playlist overzetten"), MessageIcon::Exclamation);
+    }
+    return !sentences.isEmpty();
 }
 
 void Completion::finishPlaylist() {

@@ -1,8 +1,11 @@
 #pragma once
 
+#include "station/station_list.h"
+
 #include <QString>
 
 #include <functional>
+#include <vector>
 
 namespace orvel {
 
@@ -31,6 +34,7 @@ struct CompletionContext {
     std::function<void()> refreshLists;
     /// One sentence for the status line.
     std::function<void(const QString &sentence)> tell;
+    const std::vector<NetworkStation> *stations = nullptr; ///< of the network, where there are any
 };
 
 /// What happens to the open playlist when one of its steps was done.
@@ -39,11 +43,13 @@ class Completion {
     explicit Completion(CompletionContext context) : context_(std::move(context)) {}
 
     /// Selects the first unfinished step or, when there is none, offers to move the playlist to the finished ones.
-    /// Voice tracks that are not where they should be are told first. Throws what the disk and the database throw.
+    /// Voice tracks that are not where they should be, and stations without their version, are told first; then
+    /// finishing is not the preset answer. Throws what the disk and the database throw.
     void CheckLijst();
 
   private:
-    void tellMissing() const;
+    /// Whether there was anything to tell.
+    [[nodiscard]] bool tellMissing() const;
     void finishPlaylist();
 
     CompletionContext context_;

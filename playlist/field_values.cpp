@@ -51,6 +51,12 @@ QString secondsOneDecimal(std::int32_t milliseconds) {
     return QLocale().toString(tenths / 10.0, 'f', 1);
 }
 
+QString secondsAsRead(const QVariant &value) {
+    bool isNumber = false;
+    const int milliseconds = value.toInt(&isNumber);
+    return isNumber && !value.isNull() ? secondsOneDecimal(milliseconds) : asStored(value);
+}
+
 QString secondsGeneral(std::int32_t milliseconds) {
     QLocale locale;
     locale.setNumberOptions(QLocale::OmitGroupSeparator);

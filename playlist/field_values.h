@@ -22,6 +22,10 @@ QString asStored(const QVariant &value);
 /// from zero: 12345 gives 12.3.
 QString secondsOneDecimal(std::int32_t milliseconds);
 
+/// A field that holds milliseconds as the presenter reads it: seconds with one decimal; what is no number as it is
+/// stored, nothing for null.
+QString secondsAsRead(const QVariant &value);
+
 /// Milliseconds as seconds with as many decimals as needed, without grouping: 12345 gives 12.345, 2000 gives 2.
 QString secondsGeneral(std::int32_t milliseconds);
 

@@ -10,6 +10,7 @@ namespace orvel {
 enum class StepLook {
     Text,    ///< as stored
     Number,  ///< as stored, to the right
+    Seconds, ///< milliseconds as seconds with one decimal, to the right
     Tick,    ///< a yes/no as a check mark
     MixType, ///< a mix type's name; the presenter may choose another one
 };
@@ -33,8 +34,8 @@ inline constexpr std::array stepFields = {
     StepField{.name = "Jaartal", .caption = "Jaar", .look = StepLook::Number},
     StepField{.name = "LengteMin", .caption = "Min", .look = StepLook::Number},
     StepField{.name = "LengteSec", .caption = "Sec", .look = StepLook::Number},
-    StepField{.name = "Intro", .caption = "Intro", .look = StepLook::Number},
-    StepField{.name = "Outtro", .caption = "Outtro", .look = StepLook::Number},
+    StepField{.name = "Intro", .caption = "Intro", .look = StepLook::Seconds},
+    StepField{.name = "Outtro", .caption = "Outtro", .look = StepLook::Seconds},
     StepField{.name = "mixtype", .caption = "Mixtype", .look = StepLook::MixType},
     StepField{.name = "CueStart", .caption = "CueStart", .look = StepLook::Number},
     StepField{.name = "Cue", .caption = "Cue", .look = StepLook::Number},

@@ -59,16 +59,52 @@ void PlaylistImport::run(const QString &source) {
 }
 
 void PlaylistImport::copyAndOfferDeletion(const QString &source) {
-    const auto tellAll = qScopeGuard([this] {
-        if (!sentences_.isEmpty()) {
-            context_.tell(sentences_.join(u' '));
-        }
-    });
+    const auto told = qScopeGuard([this] { tellAll(); });
     const QStringList names = context_.platform.files.list(source, playlistPattern);
-    copyPlaylists(source);
+    copyPlaylists(inFolder(source, playlistPattern));
     noteUnusable(names);
     if (!context_.settings.Nodelete) {
         offerDeletion(source);
+    }
+}
+
+void PlaylistImport::tellAll() const {
+    if (!sentences_.isEmpty()) {
+        context_.tell(sentences_.join(u' '));
+    }
+}
+
+QString PlaylistImport::refusalOf(const QStringList &paths) const {
+    for (const QString &path : paths) {
+        const QFileInfo file(path);
+        if (file.suffix().compare(QStringLiteral("mdb"), Qt::CaseInsensitive) != 0) {
+            return QObject::tr("%1 is geen playlist.").arg(file.fileName());
+        }
+        if (const QString problem = refusal(file.path()); !problem.isEmpty()) {
+            return problem;
+        }
+    }
+    return paths.isEmpty() ? QObject::tr("Hier horen playlists.") : QString();
+}
+
+QString PlaylistImport::forecast(const QStringList &paths) const {
+    const QString problem = refusalOf(paths);
+    if (!problem.isEmpty()) {
+        return problem;
+    }
+    return paths.size() == 1 ? QObject::tr("Laat los om %1 te importeren.").arg(QFileInfo(paths.first()).fileName())
+                             : QObject::tr("Laat los om %1 playlists te importeren.").arg(paths.size());
+}
+
+void PlaylistImport::runFiles(const QStringList &paths) {
+    sentences_.clear();
+    const auto told = qScopeGuard([this] {
+        tellAll();
+        context_.refreshLists({}); // what arrived, arrived
+    });
+    for (const QString &path : paths) {
+        copyPlaylists(path);
+        noteUnusable({QFileInfo(path).fileName()});
     }
 }
 
@@ -82,7 +118,7 @@ void PlaylistImport::copyPlaylists(const QString &source) {
             context_.refreshLists({QFileInfo(target).fileName()});
         }
     };
-    Global::ShellCopyFile(context_.platform, inFolder(source, playlistPattern), context_.settings.NewPath, false,
+    Global::ShellCopyFile(context_.platform, source, context_.settings.NewPath, false,
                           copyTitle, watch);
 }
 

@@ -52,8 +52,16 @@ class PlaylistImport {
     /// lists are refreshed all the same.
     void run(const QString &source);
 
+    /// Why these files cannot be imported now, as a sentence; empty when they can. paths: full ones.
+    [[nodiscard]] QString refusalOf(const QStringList &paths) const;
+    /// What letting go of them would do, as a sentence.
+    [[nodiscard]] QString forecast(const QStringList &paths) const;
+    /// Copies playlists, as run() does, and leaves the sources alone.
+    void runFiles(const QStringList &paths);
+
   private:
     void copyAndOfferDeletion(const QString &source);
+    /// source: a file, or a pattern of files.
     void copyPlaylists(const QString &source);
     [[nodiscard]] bool mayReplace(const QString &target);
     /// Notes which of the files are no playlists.
@@ -63,6 +71,8 @@ class PlaylistImport {
     [[nodiscard]] bool removeSource(const QString &source, const QString &name) const;
     /// Whether the to-do folder has a playlist as it is in the source.
     [[nodiscard]] bool isSafe(const QString &source, const QString &name) const;
+
+    void tellAll() const;
 
     TransferContext context_;
     QStringList sentences_; ///< of this import

@@ -5,12 +5,14 @@
 #include "playlist/step_types.h"
 #include "settings/settings.h"
 #include "station/ignore_errors.h"
+#include "station/paths.h"
 
 namespace orvel {
 
 namespace {
 
 const QString mp3 = QStringLiteral(".mp3");
+const QString generalCode = QStringLiteral("999");
 
 } // namespace
 
@@ -24,7 +26,11 @@ bool FiledTracks::lack(const QVariant &type, const QVariant &Imported, const QVa
     const QString name = Atrack.toString();
     const bool isMarkedSlot = type.toInt() == PresStep && Imported.toBool();
     return isMarkedSlot && !name.isEmpty() && name != QStringLiteral("NONE") &&
-           !names_.contains((name + mp3).toLower());
+           !has(name);
+}
+
+bool FiledTracks::has(const QString &name) const {
+    return names_.contains((name + mp3).toLower());
 }
 
 QString VoiceTracks::folder() const {
@@ -45,19 +51,70 @@ std::optional<FiledTracks> VoiceTracks::filed() const {
     return found;
 }
 
-QSet<int> VoiceTracks::missing(const Playlist &playlist) const {
+/// A step counts as voiced per station as soon as one of them has a version of its own. What is general serves all.
+StationCount VoiceTracks::count(const FiledTracks &there, const QString &Atrack) const {
+    if (stations_ == nullptr) {
+        return {};
+    }
+    StationCount count;
+    bool hasOwn = false;
+    for (const NetworkStation &station : *stations_) {
+        if (station.code.isEmpty() || station.code == generalCode) {
+            continue; // no version of its own
+        }
+        const QString version = versionName(Atrack, station.code);
+        const bool isThere = there.has(version);
+        hasOwn = hasOwn || (isThere && version != Atrack);
+        ++count.all;
+        count.there += isThere ? 1 : 0;
+        if (!isThere) {
+            count.lacking << station.name;
+        }
+    }
+    if (there.has(Atrack)) {
+        count.lacking.clear();
+    }
+    return hasOwn ? count : StationCount();
+}
+
+TrackLook VoiceTracks::look(const Playlist &playlist) const {
     const std::optional<FiledTracks> there = filed();
-    QSet<int> rows;
+    TrackLook seen;
     for (int row = 0; there && row < playlist.stepCount(); ++row) {
         // A row that cannot be read is told elsewhere.
         ignoringErrors([&] {
-            if (there->lack(playlist.value(row, TypeColumn), playlist.value(row, ImportedColumn),
-                            playlist.value(row, AtrackColumn))) {
-                rows.insert(row);
+            const QVariant type = playlist.value(row, TypeColumn);
+            const QVariant Atrack = playlist.value(row, AtrackColumn);
+            const StationCount stations = type.toInt() == PresStep ? count(*there, Atrack.toString()) : StationCount();
+            if (stations.there > 0) {
+                seen.stations.insert(row, stations);
+            } else if (there->lack(type, playlist.value(row, ImportedColumn), Atrack)) {
+                seen.missing.insert(row);
             }
         });
     }
-    return rows;
+    return seen;
+}
+
+QSet<int> VoiceTracks::missing(const Playlist &playlist) const {
+    return look(playlist).missing;
+}
+
+std::vector<StationVersion> VoiceTracks::versions(const QString &Atrack) const {
+    const std::optional<FiledTracks> there = filed();
+    std::vector<StationVersion> all;
+    if (there && stations_) {
+        for (const NetworkStation &station : *stations_) {
+            const QString version = versionName(Atrack, station.code);
+            all.push_back({station, inFolder(folder(), version + mp3), !station.code.isEmpty() && there->has(version)});
+        }
+    }
+    return all;
+}
+
+QStringList VoiceTracks::lacking(const QString &Atrack) const {
+    const std::optional<FiledTracks> there = filed();
+    return there ? count(*there, Atrack).lacking : QStringList();
 }
 
 } // namespace orvel

@@ -4,6 +4,7 @@
 #include "platform/platform.h"
 #include "platform/prompts.h"
 #include "playlist/completion.h"
+#include "playlist/voice_tracks.h"
 #include "recording/listening.h"
 #include "settings/settings.h"
 #include "station/ignore_errors.h"
@@ -119,11 +120,24 @@ Saving::Offer Saving::saveVersion(const Take &take) {
         return Offer::Stays;
     }
     context_.completion.CheckLijst();
+    tellLacking(take);
     isMultivoice_ = false;
     hasVersions_ = false;
     chosen_.reset();
     context_.changed();
     return Offer::ByTake;
+}
+
+void Saving::tellLacking(const Take &take) const {
+    const QStringList lacking =
+        VoiceTracks(context_.platform.files, context_.settings, context_.stations).lacking(take.name());
+    if (!lacking.isEmpty()) {
+        context_.tell(tr("Van %1 is er nog geen versie voor: %2.").arg(take.name(), lacking.join(QStringLiteral(", "))));
+    }
+}
+
+QString Saving::chooserTake() const {
+    return chosen_.value_or(context_.session.currentTake()).name();
 }
 
 bool Saving::saveUnfiled(const Take &take) {

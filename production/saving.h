@@ -2,10 +2,12 @@
 
 #include "production/filing.h"
 #include "recording/take_session.h"
+#include "station/station_list.h"
 
 #include <QCoreApplication>
 
 #include <functional>
+#include <vector>
 
 namespace orvel {
 
@@ -27,6 +29,7 @@ struct SavingContext {
     std::function<void()> showStations;
     /// Multivoice went on or off.
     std::function<void()> changed;
+    const std::vector<NetworkStation> *stations = nullptr; ///< of the network, where there are any
 };
 
 /// The save button: mark, encode, file, go on to the next step; in multivoice mode once a station.
@@ -45,6 +48,8 @@ class Saving {
     /// Files a take of an earlier run for the step that it was recorded for; one of the plain recorder goes where the
     /// presenter wants. False when it is still waiting.
     bool saveUnfiled(const Take &take);
+    /// The name of the take that the station chooser is open for.
+    [[nodiscard]] QString chooserTake() const;
     /// The station chooser was closed without a choice: what was marked for it and has no version is as before.
     void stationsClosed();
 
@@ -55,6 +60,7 @@ class Saving {
     [[nodiscard]] Offer saveAs(const Take &take);
     /// The take's name in the folder that was chosen last, as long as that answers.
     [[nodiscard]] QString proposal(const Take &take) const;
+    void tellLacking(const Take &take) const;
     [[nodiscard]] Offer saveVersion(const Take &take);
     /// Runs a save in the session's filing state, however it ends.
     template <class Action>

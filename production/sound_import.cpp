@@ -38,6 +38,25 @@ QString SoundImport::batchProblem(qsizetype files) const {
                : QStringLiteral("Aantal bestanden stemt niet overeen met aantal bestanden !");
 }
 
+bool SoundImport::hasName(int row) const {
+    const Playlist &playlist = context_.playlist;
+    bool named = false;
+    // A name that cannot be read is none.
+    ignoringErrors([&] {
+        const bool isStep = playlist.isOpen() && row >= 0 && row < playlist.stepCount();
+        const QString name = isStep ? toText(playlist.value(row, AtrackColumn)) : QString();
+        named = !name.isEmpty() && name != QStringLiteral("NONE");
+    });
+    return named;
+}
+
+SoundImport::Job SoundImport::into(int row, const QString &source) const {
+    const Playlist &playlist = context_.playlist;
+    const StepId step{playlist.fileName(), toWholeNumber(playlist.value(row, StapColumn)),
+                      toText(playlist.value(row, AtrackColumn))};
+    return {source, {Take::Kind::Playlist, step, {}}, row};
+}
+
 SoundImport::Job SoundImport::single(const QString &source) const {
     const CurrentStep &step = context_.step;
     return {
@@ -51,9 +70,7 @@ std::vector<SoundImport::Job> SoundImport::batch(const QString &folder, const QS
     // Another program may have put a slot into a playlist that had none.
     for (int row = 0; row < playlist.stepCount() && !files.isEmpty(); ++row) {
         if (toWholeNumber(playlist.value(row, TypeColumn)) == PresStep) {
-            const StepId step{playlist.fileName(), toWholeNumber(playlist.value(row, StapColumn)),
-                              toText(playlist.value(row, AtrackColumn))};
-            jobs.push_back({inFolder(folder, files.at(next)), {Take::Kind::Playlist, step, {}}, row});
+            jobs.push_back(into(row, inFolder(folder, files.at(next))));
             next = std::min(next + 1, files.size() - 1);
         }
     }

@@ -42,6 +42,8 @@ class SoundImport {
         QString source; ///< full path
         Take take;
         int row = -1; ///< of the step
+
+        bool operator==(const Job &) const = default;
     };
 
     explicit SoundImport(SoundImportContext context) : context_(std::move(context)) {}
@@ -49,6 +51,10 @@ class SoundImport {
     /// Why nothing can be imported for the selected step, or so many files for all of them; empty when it can.
     [[nodiscard]] QString singleProblem() const;
     [[nodiscard]] QString batchProblem(qsizetype files) const;
+    /// Whether a row is a step with a name for a voice track.
+    [[nodiscard]] bool hasName(int row) const;
+    /// The one of a row, whichever is selected. Throws TypeMismatch for a step without a name.
+    [[nodiscard]] Job into(int row, const QString &source) const;
     /// The selected step's.
     [[nodiscard]] Job single(const QString &source) const;
     /// The n-th presentation step gets the n-th file; the last one serves the steps that are left; no files, no jobs.

@@ -42,6 +42,7 @@ std::optional<Previewed> Preview::load(int kind, std::int32_t track, WavePlayer 
     try {
         records = &freshRecords(kind);
     } catch (const RuntimeError &error) {
+        stop(player);
         player.close(); // what is shown is not the track before
         shown.problem =
             QObject::tr("%1 kon niet worden geopend: %2.").arg(Catalogues::fileName(kind), error.description());
@@ -59,8 +60,8 @@ std::optional<Previewed> Preview::load(int kind, std::int32_t track, WavePlayer 
     return shown;
 }
 
-void Preview::loadFile(const QString &cataloguePath, WavePlayer &player, Previewed &shown) const {
-    player.stop();
+void Preview::loadFile(const QString &cataloguePath, WavePlayer &player, Previewed &shown) {
+    stop(player);
     const QString path = sources_.drives.resolve(cataloguePath);
     try {
         player.setFileName(path);
@@ -71,6 +72,34 @@ void Preview::loadFile(const QString &cataloguePath, WavePlayer &player, Preview
                             .arg(cataloguePath);
         shown.details = error.report();
         player.close();
+    }
+}
+
+void Preview::play(WavePlayer &player) {
+    stop(player);
+    player.start();
+}
+
+void Preview::stop(WavePlayer &player) {
+    isPaused_ = false;
+    player.stop();
+}
+
+void Preview::pauseOrGoOn(WavePlayer &player) {
+    if (isPaused_) {
+        isPaused_ = false;
+        player.resume();
+    } else if (player.state() == WavePlayer::playing) {
+        player.pause();
+        isPaused_ = true;
+    }
+}
+
+void Preview::seek(WavePlayer &player, std::int32_t position) const {
+    if (isPaused_) {
+        player.setPosition(position);
+    } else {
+        orvel::seek(player, position);
     }
 }
 

@@ -42,13 +42,26 @@ class Preview {
     /// problem, and the player holds no file then.
     [[nodiscard]] std::optional<Previewed> load(int kind, std::int32_t track, WavePlayer &player);
 
+    /// From the start of the file. Throws DeviceError when there is no output.
+    void play(WavePlayer &player);
+    void stop(WavePlayer &player);
+    /// Holds the player where it is, or lets it go on from there; nothing where neither can be done.
+    void pauseOrGoOn(WavePlayer &player);
+    [[nodiscard]] bool isPaused() const { return isPaused_; }
+    [[nodiscard]] bool canPause(const WavePlayer &player) const {
+        return isPaused_ || player.state() == WavePlayer::playing;
+    }
+    /// Jumps to a position, in milliseconds; what is paused stays so.
+    void seek(WavePlayer &player, std::int32_t position) const;
+
   private:
     /// The kind's records as the file has them now. Throws when there are none to be had.
     [[nodiscard]] RecordSet &freshRecords(int kind) const;
-    void loadFile(const QString &cataloguePath, WavePlayer &player, Previewed &shown) const;
+    void loadFile(const QString &cataloguePath, WavePlayer &player, Previewed &shown);
 
     PreviewSources sources_;
     QString SearchCriterion;
+    bool isPaused_ = false;
 };
 
 /// Whether a text is too long for the display and has to scroll.

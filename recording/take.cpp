@@ -2,12 +2,12 @@
 
 #include "settings/settings.h"
 #include "station/places.h"
+#include "station/station_list.h"
 
 namespace orvel {
 
 QString Take::version() const {
-    const bool isGeneral = stationCode == QStringLiteral("000") || stationCode == QStringLiteral("999");
-    return isGeneral ? step.name : stationCode + step.name;
+    return versionName(step.name, stationCode);
 }
 
 TakeFiles filesOf(const Take &take, const Places &places, const Settings &settings) {

@@ -13,6 +13,15 @@ const QString listsKey = QStringLiteral("Lists");
 const QString columnsKey = QStringLiteral("Columns");
 const QString foldedKey = QStringLiteral("Folded");
 const QString playlistKey = QStringLiteral("Playlist");
+const QString cueVolumeKey = QStringLiteral("CueVolume");
+
+/// What is no volume is as good as none.
+int volumeOf(const QString &text) {
+    constexpr int loudest = 65535;
+    bool isNumber = false;
+    const int volume = text.toInt(&isNumber);
+    return isNumber && volume >= 0 && volume <= loudest ? volume : DeskMemory().cueVolume;
+}
 
 } // namespace
 
@@ -24,7 +33,7 @@ DeskMemory loadDesk(FileSystem &files, const QString &programFolder) {
     const QString folded = file.value(deskSection, foldedKey);
     return {bytes(windowKey), bytes(listsKey), bytes(columnsKey),
             folded.isEmpty() ? std::nullopt : std::optional(folded == QStringLiteral("1")),
-            file.value(deskSection, playlistKey)};
+            file.value(deskSection, playlistKey), volumeOf(file.value(deskSection, cueVolumeKey))};
 }
 
 void saveDesk(FileSystem &files, const QString &programFolder, const DeskMemory &desk) {
@@ -37,6 +46,7 @@ void saveDesk(FileSystem &files, const QString &programFolder, const DeskMemory 
     set(columnsKey, desk.columns);
     file.setValue(deskSection, foldedKey, desk.folded.value_or(false) ? QStringLiteral("1") : QStringLiteral("0"));
     file.setValue(deskSection, playlistKey, desk.playlist);
+    file.setValue(deskSection, cueVolumeKey, QString::number(desk.cueVolume));
     file.save();
 }
 

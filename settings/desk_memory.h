@@ -17,6 +17,7 @@ struct DeskMemory {
     QByteArray columns;         ///< of the grid: order, which are hidden, widths
     std::optional<bool> folded; ///< the panel with card, mixer and processor
     QString playlist;           ///< that was open; empty for none
+    int cueVolume = 16384;      ///< of the preview, 0 .. 65535
 
     bool operator==(const DeskMemory &) const = default;
 };

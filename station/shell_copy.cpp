@@ -99,7 +99,8 @@ bool provideFolder(const Request &request, const QString &folder) {
     }
     if (!request.silent &&
         !request.platform.prompts.ask(QObject::tr("De map %1 bestaat niet. Wilt U ze maken ?").arg(folder),
-                                      request.title, Preset::No)) {
+                                      request.title, Preset::No,
+                                      {QObject::tr("&Maak de map"), QObject::tr("Maak &geen map")})) {
         return false;
     }
     files.makeFolder(folder);
@@ -109,7 +110,8 @@ bool provideFolder(const Request &request, const QString &folder) {
 bool mayOverwrite(const Request &request, const QString &target) {
     const QString question = QObject::tr("Het bestand %1 bestaat al. Wilt U het overschrijven ?");
     return (request.silent ||
-            request.platform.prompts.ask(question.arg(QFileInfo(target).fileName()), request.title)) &&
+            request.platform.prompts.ask(question.arg(QFileInfo(target).fileName()), request.title, Preset::No,
+                                         {QObject::tr("&Overschrijf"), QObject::tr("&Laat staan")})) &&
            (!request.watch.mayOverwrite || request.watch.mayOverwrite(target));
 }
 

@@ -31,6 +31,11 @@ std::vector<NetworkStation> stationList(DatabaseEngine &databases, const Places 
     return list;
 }
 
+QString versionName(const QString &name, const QString &code) {
+    const bool isGeneral = code == QStringLiteral("000") || code == QStringLiteral("999");
+    return isGeneral ? name : code + name;
+}
+
 QString stationProblem(const NetworkStation &station) {
     if (station.name.isEmpty()) {
         return QStringLiteral("Kies eerst een station !");

@@ -20,6 +20,10 @@ struct NetworkStation {
 /// "Algemeen", then the stations of the station list by name. Throws what opening and querying throw.
 [[nodiscard]] std::vector<NetworkStation> stationList(DatabaseEngine &databases, const Places &places);
 
+/// What a station's version of a voice track is called, without extension: its code comes first, but for "000" and
+/// "999", which are the general one's.
+[[nodiscard]] QString versionName(const QString &name, const QString &code);
+
 /// Why no version can be saved for a station, as a sentence for the presenter; empty when it can.
 [[nodiscard]] QString stationProblem(const NetworkStation &station);
 

@@ -1,8 +1,11 @@
 #include "widgets/accessible.h"
 
+#include <QAbstractItemView>
 #include <QAccessible>
 #include <QAccessibleWidget>
+#include <QComboBox>
 #include <QHash>
+#include <QSlider>
 #include <QVariant>
 #include <QWidget>
 
@@ -20,20 +23,54 @@ QAccessible::Role roleOf(const QString &className) {
     return roles.value(className, QAccessible::NoRole);
 }
 
-class WidgetAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
+/// What shows a text that nobody can change: the desktop's interface has no other place for a value that is no number.
+class ShowsText : public QAccessibleWidget, public QAccessibleTextInterface {
   public:
-    WidgetAccessible(QWidget *widget, QAccessible::Role role) : QAccessibleWidget(widget, role) {}
+    using QAccessibleWidget::QAccessibleWidget;
+
+    void *interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::TextInterface ? static_cast<QAccessibleTextInterface *>(this)
+                                                  : QAccessibleWidget::interface_cast(type);
+    }
+
+    using QAccessibleWidget::text;
+    [[nodiscard]] virtual QString shown() const = 0;
+
+    QString text(int from, int to) const override { return shown().mid(from, to - from); }
+    int characterCount() const override { return static_cast<int>(shown().size()); }
+    int cursorPosition() const override { return 0; }
+    void setCursorPosition(int /*position*/) override {}
+    void selection(int /*index*/, int *from, int *to) const override { *from = *to = 0; }
+    int selectionCount() const override { return 0; }
+    void addSelection(int /*from*/, int /*to*/) override {}
+    void removeSelection(int /*index*/) override {}
+    void setSelection(int /*index*/, int /*from*/, int /*to*/) override {}
+    QRect characterRect(int /*offset*/) const override { return rect(); }
+    int offsetAtPoint(const QPoint & /*point*/) const override { return 0; }
+    void scrollToSubstring(int /*from*/, int /*to*/) override {}
+    QString attributes(int /*offset*/, int *from, int *to) const override {
+        *from = 0;
+        *to = characterCount();
+        return {};
+    }
+};
+
+class WidgetAccessible : public ShowsText, public QAccessibleValueInterface {
+  public:
+    WidgetAccessible(QWidget *widget, QAccessible::Role role) : ShowsText(widget, role) {}
 
     void *interface_cast(QAccessible::InterfaceType type) override {
         if (type == QAccessible::ValueInterface && maximumValue().isValid()) {
             return static_cast<QAccessibleValueInterface *>(this);
         }
-        return QAccessibleWidget::interface_cast(type);
+        return ShowsText::interface_cast(type);
     }
 
+    using ShowsText::text;
     QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Value ? widget()->property("valueText").toString() : QAccessibleWidget::text(kind);
+        return kind == QAccessible::Value ? shown() : ShowsText::text(kind);
     }
+    QString shown() const override { return widget()->property("valueText").toString(); }
 
     QAccessible::State state() const override {
         QAccessible::State state = QAccessibleWidget::state();
@@ -56,6 +93,74 @@ class WidgetAccessible : public QAccessibleWidget, public QAccessibleValueInterf
     }
 };
 
+/// A combo box has the name of its purpose; Qt's own takes the text that is chosen for its name.
+class ComboAccessible : public ShowsText {
+  public:
+    explicit ComboAccessible(QComboBox *box) : ShowsText(box, QAccessible::ComboBox) {}
+
+    using ShowsText::text;
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? shown() : ShowsText::text(kind);
+    }
+    QString shown() const override { return box().currentText(); }
+
+    QAccessible::State state() const override {
+        QAccessible::State state = ShowsText::state();
+        state.expandable = true;
+        state.expanded = list()->isVisible();
+        state.collapsed = !state.expanded;
+        return state;
+    }
+
+    int childCount() const override { return 1; }
+    QAccessibleInterface *child(int index) const override {
+        return index == 0 ? QAccessible::queryAccessibleInterface(list()) : nullptr;
+    }
+    int indexOfChild(const QAccessibleInterface *child) const override {
+        return child != nullptr && child->object() == list() ? 0 : -1;
+    }
+
+    QStringList actionNames() const override { return {showMenuAction(), pressAction()}; }
+    void doAction(const QString &action) override {
+        if (actionNames().contains(action) && box().isEnabled()) {
+            list()->isVisible() ? box().hidePopup() : box().showPopup();
+        }
+    }
+
+  private:
+    QComboBox &box() const { return *static_cast<QComboBox *>(widget()); }
+    /// What drops down, with the view in it.
+    QWidget *list() const {
+        QWidget *holder = box().view()->parentWidget();
+        return holder != nullptr ? holder : box().view();
+    }
+};
+
+/// A slider whose largest value lies at its lower end is read the way it is seen: up is more.
+class SliderAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
+  public:
+    explicit SliderAccessible(QSlider *slider) : QAccessibleWidget(slider, QAccessible::Slider) {}
+
+    void *interface_cast(QAccessible::InterfaceType type) override {
+        return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface *>(this)
+                                                   : QAccessibleWidget::interface_cast(type);
+    }
+    QString text(QAccessible::Text kind) const override {
+        return kind == QAccessible::Value ? currentValue().toString() : QAccessibleWidget::text(kind);
+    }
+    QVariant currentValue() const override { return asSeen(slider().value()); }
+    QVariant minimumValue() const override { return slider().minimum(); }
+    QVariant maximumValue() const override { return slider().maximum(); }
+    QVariant minimumStepSize() const override { return slider().singleStep(); }
+    void setCurrentValue(const QVariant &value) override { slider().setValue(asSeen(value.toInt())); }
+
+  private:
+    QSlider &slider() const { return *static_cast<QSlider *>(widget()); }
+    int asSeen(int value) const {
+        return slider().invertedAppearance() ? slider().minimum() + slider().maximum() - value : value;
+    }
+};
+
 /// Qt's own interface of scroll areas (6.4) reads beyond its list when it is asked for a scroll bar that has gone.
 bool isScrollArea(const QString &className) {
     return className == QLatin1String("QScrollArea") || className == QLatin1String("QAbstractScrollArea");
@@ -66,6 +171,12 @@ QAccessibleInterface *makeAccessible(const QString &className, QObject *object) 
     auto *widget = qobject_cast<QWidget *>(object);
     if (widget != nullptr && isScrollArea(className)) {
         return new QAccessibleWidget(widget, QAccessible::Pane);
+    }
+    if (auto *box = qobject_cast<QComboBox *>(object); box != nullptr && className == QLatin1String("QComboBox")) {
+        return new ComboAccessible(box);
+    }
+    if (auto *slider = qobject_cast<QSlider *>(object); slider != nullptr && className == QLatin1String("QSlider")) {
+        return new SliderAccessible(slider);
     }
     return widget != nullptr && role != QAccessible::NoRole ? new WidgetAccessible(widget, role) : nullptr;
 }

@@ -9,6 +9,9 @@ namespace orvel {
 class TimeDisplay : public QWidget {
     Q_OBJECT
     Q_PROPERTY(QString valueText READ text)
+    Q_PROPERTY(double value READ inSeconds)
+    Q_PROPERTY(double minimum READ minimum)
+    Q_PROPERTY(double maximum READ maximum)
 
   public:
     enum class Fields { Seconds, HoursMinutesSecondsMillis };
@@ -24,6 +27,11 @@ class TimeDisplay : public QWidget {
     int minutes() const { return minutes_; }
     int seconds() const { return seconds_; }
     int millis() const { return millis_; }
+
+    /// All fields together, as a screen reader asks for them.
+    double inSeconds() const { return hours_ * 3600.0 + minutes_ * 60.0 + seconds_ + millis_ / 1000.0; }
+    double minimum() const { return 0; }
+    double maximum() const { return 100 * 3600.0; }
 
     /// What the digits read, for instance "0:00:04.35", or " 3" when only seconds are shown.
     QString text() const;

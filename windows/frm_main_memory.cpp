@@ -5,6 +5,7 @@
 #include "station/ignore_errors.h"
 #include "windows/file_panel.h"
 #include "windows/frm_main.h"
+#include "windows/frm_preview.h"
 #include "windows/grid_panel.h"
 
 #include <QFileInfo>
@@ -51,6 +52,9 @@ void frmMain::rememberDesk() {
     desk.lists = panels_.lists->saveState();
     desk.columns = panels_.gridPanel->columns();
     desk.folded = isFolded_;
+    if (preview_) {
+        desk.cueVolume = preview_->volCue->value();
+    }
     if (!workplace_.session.mode.RecorderOnly) {
         desk.playlist = workplace_.datList.isOpen() ? workplace_.datList.fileName() : QString();
     }

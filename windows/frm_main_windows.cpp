@@ -2,6 +2,7 @@
 #include "platform/audio.h"
 #include "platform/guarded.h"
 #include "recording/player_settings.h"
+#include "settings/desk_memory.h"
 #include "windows/card_panel.h"
 #include "windows/file_panel.h"
 #include "windows/frm_adv.h"
@@ -116,7 +117,9 @@ void frmMain::showPreview() {
         preview_ =
             std::make_unique<frmPreview>(PreviewContext{platform_, workplace_.step,
                                                         PreviewSources{platform_.files, workplace_.settings,
-                                                                       workplace_.drives, workplace_.catalogues}},
+                                                                       workplace_.drives, workplace_.catalogues},
+                                                        loadDesk(platform_.files, workplace_.places.programFolder())
+                                                            .cueVolume},
                                          this);
     }
     preview_->Form_Load();

@@ -11,8 +11,6 @@ namespace orvel {
 
 namespace {
 
-constexpr int firstVolume = 16384;
-
 void showText(LedLabel &label, const QString &text) {
     label.setText(text);
     label.setAutoScroll(scrolls(text));
@@ -35,6 +33,7 @@ frmPreview::frmPreview(PreviewContext context, QWidget *parent)
       cmdPlay(named(new QWidget(this), "cmdPlay", tr("Afspelen"))),
       playButton(new QPushButton(QIcon(QStringLiteral(":/icons/play.svg")), tr("Afspelen"), cmdPlay)),
       stopButton(new QPushButton(QIcon(QStringLiteral(":/icons/stop.svg")), tr("Stop"), cmdPlay)),
+      pauseButton(namedButton(cmdPlay, "pauseButton", tr("&Pauze"), tr("Wacht even, of ga verder waar het wachtte"))),
       MMLevelX1(named(new LevelMeter(this), "MMLevelX1", tr("Niveau links"))),
       MMLevelX2(named(new LevelMeter(this), "MMLevelX2", tr("Niveau rechts"))), lblProblem(new QLabel(this)),
       context_(context), preview_(context_.sources), CuePlayer(context_.platform.sound.makePlayer()),
@@ -46,9 +45,11 @@ frmPreview::frmPreview(PreviewContext context, QWidget *parent)
       })) {
     setObjectName(QStringLiteral("frmPreview"));
     setWindowTitle(tr("Voorbeluistering"));
+    volCue->setValue(context_.volume);
     layOut();
     on(playButton, &QPushButton::clicked, this, [this] { cmdPlay_ButtonClick(PlayCode); });
     on(stopButton, &QPushButton::clicked, this, [this] { cmdPlay_ButtonClick(StopCode); });
+    on(pauseButton, &QPushButton::clicked, this, &frmPreview::pauseButton_Click);
     on(sliPlay, &QSlider::sliderPressed, this, &frmPreview::sliPlay_MouseDown);
     on(sliPlay, &QSlider::sliderReleased, this, &frmPreview::sliPlay_MouseUp);
     on(sliPlay, &QSlider::actionTriggered, this, [this](auto... action) { (sliPlay_Action(action), ...); });
@@ -64,7 +65,6 @@ void frmPreview::sliPlay_Action(int action) {
 }
 
 void frmPreview::Form_Load() {
-    volCue->setValue(firstVolume);
     volCue_Change();
     if (context_.sources.settings.Network) {
         CuePlayer->setOutput(playerSettings(context_.sources.settings));
@@ -84,6 +84,7 @@ void frmPreview::LaadSpeler(std::int32_t Track) {
     playButton->setEnabled(shown->problem.isEmpty());
     showText(*ledTitle, shown->title);
     showText(*ledArtist, shown->description);
+    showPause();
     DrawTime();
     sliPlay->setMaximum(CuePlayer->length());
 }
@@ -92,6 +93,7 @@ void frmPreview::CuePlayer_End() {
     if (CuePlayer->brokeOff()) {
         lblProblem->setText(tr("De weergave werd afgebroken: het bestand of de geluidskaart is niet meer leesbaar."));
     }
+    showPause();
 }
 
 void frmPreview::DrawTime() {
@@ -121,16 +123,26 @@ void frmPreview::cmdPlay_ButtonClick(int code) {
     switch (code) {
     case PlayCode:
         lblProblem->clear();
-        CuePlayer->stop();
-        CuePlayer->start();
+        preview_.play(*CuePlayer);
         tmrCuePlayer->setEnabled(true);
         break;
     case StopCode:
-        CuePlayer->stop();
+        preview_.stop(*CuePlayer);
         break;
     default:
         break;
     }
+    showPause();
+}
+
+void frmPreview::pauseButton_Click() {
+    preview_.pauseOrGoOn(*CuePlayer);
+    showPause();
+}
+
+void frmPreview::showPause() {
+    pauseButton->setEnabled(preview_.canPause(*CuePlayer));
+    pauseButton->setText(preview_.isPaused() ? tr("&Verder") : tr("&Pauze"));
 }
 
 void frmPreview::sliPlay_MouseDown() {
@@ -143,7 +155,7 @@ void frmPreview::sliPlay_MouseUp() {
 }
 
 void frmPreview::SeekTo(std::int32_t Position) {
-    seek(*CuePlayer, Position);
+    preview_.seek(*CuePlayer, Position);
 }
 
 void frmPreview::volCue_Change() {
@@ -152,7 +164,7 @@ void frmPreview::volCue_Change() {
 
 void frmPreview::done(int result) {
     sliPlay->setSliderDown(false); // nobody tells a hidden slider that the mouse let it go
-    CuePlayer->stop();
+    preview_.stop(*CuePlayer);
     tmrCuePlayer->setEnabled(false);
     tmrLevels_->setEnabled(false);
     QDialog::done(result);

@@ -24,6 +24,7 @@ struct PreviewContext {
     Platform &platform;
     const CurrentStep &step;
     PreviewSources sources;
+    int volume = 16384; ///< at the first opening; after that the one that was used last
 };
 
 /// The cue player: a music track or jingle of the catalogues, to listen to before talking over it.
@@ -46,6 +47,7 @@ class frmPreview : public QDialog {
     QWidget *const cmdPlay; ///< holds the two buttons
     QPushButton *const playButton;
     QPushButton *const stopButton;
+    QPushButton *const pauseButton; ///< holds what plays, and lets it go on
     LevelMeter *const MMLevelX1;
     LevelMeter *const MMLevelX2;
     QLabel *const lblProblem; ///< what is wrong with the track's file
@@ -58,6 +60,7 @@ class frmPreview : public QDialog {
     void SeekTo(std::int32_t Position);
 
     void cmdPlay_ButtonClick(int code);
+    void pauseButton_Click();
     void tmrCuePlayer_Timer();
     void CuePlayer_End();
     void sliPlay_MouseDown();
@@ -77,6 +80,7 @@ class frmPreview : public QDialog {
 
     void layOut();
     QWidget *timePanels();
+    void showPause();
 
     PreviewContext context_;
     Preview preview_;

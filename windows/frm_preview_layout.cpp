@@ -30,7 +30,11 @@ void frmPreview::layOut() {
     auto *buttons = new QHBoxLayout(cmdPlay);
     buttons->setContentsMargins(0, 0, 0, 0);
     buttons->addWidget(playButton);
+    buttons->addWidget(pauseButton);
     buttons->addWidget(stopButton);
+    // The button is as wide as the wider of its captions.
+    pauseButton->ensurePolished();
+    pauseButton->setMinimumWidth(pauseButton->sizeHint().width() + fontMetrics().averageCharWidth());
 
     auto *scale = new LevelScale(this);
     scale->setObjectName(QStringLiteral("MMLevelScaleX1"));
@@ -80,7 +84,11 @@ QWidget *frmPreview::timePanels() {
     const std::array panels = {std::pair{lcdMin, tr("min")}, std::pair{lcdSec, tr("sec")},
                                std::pair{lcdMsec, tr("ms")}};
     lcdMsec->setMinimumWidth(lcdMsec->sizeHint().width() * 3 / 2);
-    int column = 0;
+    auto *kind = new QLabel(tr("nog"), group);
+    kind->setObjectName(QStringLiteral("lblNog"));
+    kind->setToolTip(tr("Zo lang is er nog te horen"));
+    grid->addWidget(kind, 0, 0, Qt::AlignVCenter | Qt::AlignRight);
+    int column = 1;
     for (const auto &[display, unit] : panels) {
         auto *caption = new QLabel(unit, group);
         caption->setProperty("role", QStringLiteral("muted"));

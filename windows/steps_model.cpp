@@ -67,6 +67,8 @@ QVariant StepsModel::shown(int row, int column) const {
         return {};
     case StepLook::MixType:
         return mixTypeName(value);
+    case StepLook::Seconds:
+        return secondsAsRead(value);
     default:
         return asStored(value);
     }
@@ -83,7 +85,7 @@ QVariant StepsModel::cell(int row, int column, int role) const {
         return look == StepLook::Tick ? QVariant(playlist_.value(row, column).toBool() ? Qt::Checked : Qt::Unchecked)
                                       : QVariant();
     case Qt::TextAlignmentRole:
-        return look == StepLook::Number ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
+        return look == StepLook::Number || look == StepLook::Seconds ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
     case Qt::BackgroundRole:
         return style(row) ? QVariant(QBrush(fromStoredColour(style(row)->back))) : QVariant();
     case Qt::ForegroundRole:

@@ -20,8 +20,9 @@ QString iconName(MessageIcon icon) {
     return {};
 }
 
-QString questionKind(Preset preset) {
-    return preset == Preset::Yes ? QStringLiteral("ask") : QStringLiteral("ask, No preset");
+QString questionKind(Preset preset, const Verbs &verbs) {
+    const QString kind = preset == Preset::Yes ? QStringLiteral("ask") : QStringLiteral("ask, No preset");
+    return verbs == Verbs() ? kind : kind + QStringLiteral(", %1 or %2").arg(verbs.yes, verbs.no);
 }
 
 /// Runs out of patience by being looked at.
@@ -84,8 +85,13 @@ void FakePrompts::expectReport(const QString &beginning) {
     expect({QStringLiteral("message"), beginning}, {}, true);
 }
 
-void FakePrompts::expectAsk(const QString &text, const QString &title, bool answer, Preset preset) {
-    expect({questionKind(preset), text, title}, answer ? QStringLiteral("yes") : QString());
+void FakePrompts::expectAsk(const QString &text, const QString &title, bool answer, Preset preset,
+                            const Verbs &verbs) {
+    expect({questionKind(preset, verbs), text, title}, answer ? QStringLiteral("yes") : QString());
+}
+
+void FakePrompts::expectOverwrite(const QString &text, const QString &title, bool answer) {
+    expectAsk(text, title, answer, Preset::No, {QStringLiteral("&Overschrijf"), QStringLiteral("&Laat staan")});
 }
 
 void FakePrompts::expectWait(const QString &beginning, bool answer) {
@@ -112,8 +118,8 @@ void FakePrompts::message(const QString &text, const QString &title, MessageIcon
     answer({QStringLiteral("message"), text, title, iconName(icon)});
 }
 
-bool FakePrompts::ask(const QString &text, const QString &title, Preset preset) {
-    return !answer({questionKind(preset), text, title}).isEmpty();
+bool FakePrompts::ask(const QString &text, const QString &title, Preset preset, const Verbs &verbs) {
+    return !answer({questionKind(preset, verbs), text, title}).isEmpty();
 }
 
 bool FakePrompts::waitUntil(const QString &text, const QString &title, const std::function<bool()> &isOver) {

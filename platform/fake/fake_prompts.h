@@ -23,7 +23,10 @@ class FakePrompts : public Prompts {
     void expectMessage(const QString &text, const QString &title, MessageIcon icon);
     /// A message of which only the beginning is known (a report with a number).
     void expectReport(const QString &beginning);
-    void expectAsk(const QString &text, const QString &title, bool answer, Preset preset = Preset::Yes);
+    void expectAsk(const QString &text, const QString &title, bool answer, Preset preset = Preset::Yes,
+                   const Verbs &verbs = {});
+    /// The question whether a file that stands there may be overwritten.
+    void expectOverwrite(const QString &text, const QString &title, bool answer);
     /// The box closes by itself when it is over; until then whileOpen() runs. answer: whether the presenter waits.
     void expectWait(const QString &beginning, bool answer);
     void expectInput(const QString &prompt, const QString &title, const QString &answer);
@@ -37,7 +40,7 @@ class FakePrompts : public Prompts {
 
     void message(const QString &text, const QString &title, MessageIcon icon) override;
     using Prompts::ask;
-    bool ask(const QString &text, const QString &title, Preset preset) override;
+    bool ask(const QString &text, const QString &title, Preset preset, const Verbs &verbs) override;
     bool waitUntil(const QString &text, const QString &title, const std::function<bool()> &isOver) override;
     QString input(const QString &prompt, const QString &title) override;
     QString saveFileName(const QString &title, const QString &proposal) override;

@@ -107,11 +107,11 @@ void QtPrompts::message(const QString &text, const QString &title, MessageIcon i
     box.exec();
 }
 
-bool QtPrompts::ask(const QString &text, const QString &title, Preset preset) {
+bool QtPrompts::ask(const QString &text, const QString &title, Preset preset, const Verbs &verbs) {
     QMessageBox box(QMessageBox::Question, title, text, QMessageBox::NoButton, activeWindow());
     box.setTextFormat(Qt::PlainText);
-    QPushButton *yes = box.addButton(QStringLiteral("&Ja"), QMessageBox::YesRole);
-    QPushButton *no = box.addButton(QStringLiteral("&Nee"), QMessageBox::NoRole);
+    QPushButton *yes = box.addButton(verbs.yes, QMessageBox::YesRole);
+    QPushButton *no = box.addButton(verbs.no, QMessageBox::NoRole);
     box.setDefaultButton(preset == Preset::Yes ? yes : no);
     box.setEscapeButton(no);
     box.exec();

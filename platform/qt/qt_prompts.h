@@ -9,7 +9,7 @@ class QtPrompts : public Prompts {
   public:
     void message(const QString &text, const QString &title, MessageIcon icon) override;
     using Prompts::ask;
-    bool ask(const QString &text, const QString &title, Preset preset) override;
+    bool ask(const QString &text, const QString &title, Preset preset, const Verbs &verbs) override;
     bool waitUntil(const QString &text, const QString &title, const std::function<bool()> &isOver) override;
     QString input(const QString &prompt, const QString &title) override;
     QString saveFileName(const QString &title, const QString &proposal) override;

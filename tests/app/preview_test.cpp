@@ -130,6 +130,39 @@ TEST_F(PreviewWindow, TheKnobSetsTheCueVolume) {
     EXPECT_EQ(player().volume(), 50000);
 }
 
+TEST_F(PreviewWindow, OpensAtTheVolumeThatWasUsedLastAlsoAfterARestart) {
+    startStation();
+    show(TrackStep, 1);
+    preview->volCue->setValue(50000);
+    preview->close();
+    show(JingleStep, 2);
+    EXPECT_EQ(player().volume(), 50000);
+    preview->close();
+    window->close();
+    ASSERT_TRUE(start());
+    show(TrackStep, 1);
+    EXPECT_EQ(preview->volCue->value(), 50000);
+    EXPECT_EQ(player().volume(), 50000);
+}
+
+TEST_F(PreviewWindow, PausesAndGoesOnAndSaysWhatItsTimeIs) {
+    startStation();
+    show(TrackStep, 1);
+    EXPECT_EQ(preview->findChild<QLabel *>(QStringLiteral("lblNog"))->text(), QStringLiteral("nog"));
+    EXPECT_FALSE(preview->pauseButton->isEnabled());
+    click(preview->playButton);
+    player().play(3000);
+    click(preview->pauseButton);
+    EXPECT_NE(player().state(), WavePlayer::playing);
+    EXPECT_EQ(preview->pauseButton->text(), QStringLiteral("&Verder"));
+    click(preview->pauseButton);
+    EXPECT_EQ(player().state(), WavePlayer::playing);
+    EXPECT_EQ(player().position(), 3000);
+    EXPECT_EQ(preview->pauseButton->text(), QStringLiteral("&Pauze"));
+    player().play(600000);
+    EXPECT_FALSE(preview->pauseButton->isEnabled()) << "the end";
+}
+
 TEST_F(PreviewWindow, TextsScrollFromTwentyFiveCharactersOn) {
     startStation(QStringLiteral("tests/data/databases/scroll-titles.mdb"));
     show(TrackStep, 1);

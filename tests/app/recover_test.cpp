@@ -33,7 +33,7 @@ class RecoverWindow : public Station {
             QStringLiteral("%1 staat al %2. Wilt U dat vervangen ?\n\nWat er nu staat, blijft bewaard en kan "
                            "ook weer teruggezet worden.")
                 .arg(place, name),
-            title, answer, Preset::No);
+            title, answer, Preset::No, {QStringLiteral("&Vervang"), QStringLiteral("&Laat staan")});
     }
     FakeWavePlayer &player() { return sound.player(sound.playerCount() - 1); }
 

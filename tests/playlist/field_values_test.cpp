@@ -68,6 +68,15 @@ TEST(FieldValues, SecondsFollowTheUsersLocale) {
     EXPECT_EQ(secondsGeneral(2000), QStringLiteral("2"));
 }
 
+TEST(FieldValues, MillisecondsAreReadAsSeconds) {
+    const Locale dutch("nl_BE");
+    EXPECT_EQ(secondsAsRead(12345), QStringLiteral("12,3"));
+    EXPECT_EQ(secondsAsRead(0), QStringLiteral("0,0"));
+    EXPECT_EQ(secondsAsRead(QStringLiteral("6200")), QStringLiteral("6,2"));
+    EXPECT_EQ(secondsAsRead(QStringLiteral("kort")), QStringLiteral("kort"));
+    EXPECT_EQ(secondsAsRead({}), QString());
+}
+
 TEST(FieldValues, WholeNumbersAreRoundedToTheEvenNeighbourAndBounded) {
     EXPECT_EQ(toWholeNumber(2.5), 2);
     EXPECT_EQ(toWholeNumber(3.5), 4);

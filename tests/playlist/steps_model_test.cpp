@@ -30,6 +30,8 @@ class Steps : public testing::Test {
             row[StapColumn] = stap;
             row[AtrackColumn] = QStringLiteral("VT%1").arg(stap);
             row[TypeColumn] = PresStep;
+            row[IntroColumn] = 6240;
+            row[OuttroColumn] = 3360;
             rows << row;
         }
         databases.setTable(file, QStringLiteral("Steps"), header, rows);
@@ -48,6 +50,32 @@ class Steps : public testing::Test {
 };
 
 } // namespace
+
+// Intro and outro stood in the grid as thousandths of a second, which nobody talks in.
+TEST_F(Steps, TalkTimesAreShownInSecondsAndStayWhatTheyAreInTheFile) {
+    open();
+    EXPECT_EQ(model.index(0, IntroColumn).data().toString(), QLocale().toString(6.2, 'f', 1));
+    EXPECT_EQ(model.index(0, OuttroColumn).data().toString(), QLocale().toString(3.4, 'f', 1));
+    EXPECT_EQ(model.index(0, IntroColumn).data(Qt::EditRole).toInt(), 6240);
+    EXPECT_EQ(model.index(0, IntroColumn).data(Qt::TextAlignmentRole).toInt(), Qt::AlignRight | Qt::AlignVCenter);
+    EXPECT_EQ(model.index(0, StapColumn).data().toString(), QStringLiteral("1"));
+}
+
+TEST_F(Steps, AStepThatIsVoicedPerStationTellsForHowMany) {
+    open();
+    QSignalSpy changed(&model, &StepsModel::dataChanged);
+    model.setStations({{1, {2, 4, {QStringLiteral("Noord"), QStringLiteral("Zuid")}}}, {2, {4, 4, {}}}});
+    EXPECT_EQ(changed.size(), 2);
+    EXPECT_FALSE(model.index(0, ImportedColumn).data().isValid());
+    EXPECT_EQ(model.index(1, ImportedColumn).data().toString(), QStringLiteral("2 van 4"));
+    EXPECT_EQ(model.index(1, StapColumn).data(Qt::ToolTipRole).toString(),
+              QStringLiteral("Nog geen versie voor: Noord, Zuid."));
+    EXPECT_EQ(model.index(2, ImportedColumn).data().toString(), QStringLiteral("4 van 4"));
+    EXPECT_FALSE(model.index(2, StapColumn).data(Qt::ToolTipRole).isValid());
+    model.setStations({});
+    EXPECT_FALSE(model.index(1, ImportedColumn).data().isValid());
+    EXPECT_EQ(changed.size(), 4);
+}
 
 TEST_F(Steps, NothingThatAViewAsksForThrows) {
     open();

@@ -82,7 +82,7 @@ TEST_F(Transferring, EverythingThatHappenedIsToldInOneGo) {
     putPlaylist("stick/goed.mdb");
     put("stick/oud.mdb", "van het stokje");
     put("new/oud.mdb", "van gisteren");
-    prompts.expectAsk(overwrite("oud.mdb"), copying, false);
+    prompts.expectOverwrite(overwrite("oud.mdb"), copying, false);
     prompts.expectAsk(mayDelete, deleteTitle, true, Preset::No);
     runImport();
     ASSERT_EQ(told.size(), 1);
@@ -102,7 +102,7 @@ TEST_F(Transferring, AnImportWithoutAnythingToSaySaysNothing) {
 TEST_F(Transferring, WhatIsInTheToDoFolderAlreadyMayBeDeletedOnTheStick) {
     putPlaylist("stick/een.mdb");
     putPlaylist("new/een.mdb");
-    prompts.expectAsk(overwrite("een.mdb"), copying, false);
+    prompts.expectOverwrite(overwrite("een.mdb"), copying, false);
     prompts.expectAsk(mayDelete, deleteTitle, true, Preset::No);
     runImport();
     EXPECT_EQ(namesIn("stick"), QString());
@@ -138,7 +138,7 @@ TEST_F(Transferring, InServerModeTheServersVoiceTracksGoAlongToo) {
     settings.VoicetrackPath = path("server");
     EXPECT_EQ(runExport(), QStringLiteral("1 van 1 bestanden gekopieerd."));
     settings.ServerMode = true;
-    prompts.expectAsk(overwrite("klaar.mdb"), copying, true);
+    prompts.expectOverwrite(overwrite("klaar.mdb"), copying, true);
     EXPECT_EQ(runExport(), QStringLiteral("2 van 2 bestanden gekopieerd."));
     EXPECT_EQ(namesIn("doel"), QStringLiteral("klaar.mdb VT7.mp3"));
     EXPECT_EQ(namesIn("server"), QStringLiteral("VT7.mp3"));
@@ -165,7 +165,7 @@ TEST_F(Transferring, ATargetThatIsNotThereIsAskedForOnce) {
     put("ok/VT1.mp3");
     settings.ExportPath = path("weg");
     prompts.expectAsk(QStringLiteral("De map %1 bestaat niet. Wilt U ze maken ?").arg(path("weg")), copying, false,
-                      Preset::No);
+                      Preset::No, {QStringLiteral("&Maak de map"), QStringLiteral("Maak &geen map")});
     EXPECT_EQ(runExport(), QStringLiteral("0 van 2 bestanden gekopieerd."));
     EXPECT_FALSE(QDir(path("weg")).exists());
 }
@@ -173,7 +173,7 @@ TEST_F(Transferring, ATargetThatIsNotThereIsAskedForOnce) {
 TEST_F(Transferring, ASourceThatIsTheImportedFileItselfIsNotDeleted) {
     putPlaylist("stick/een.mdb");
     ASSERT_TRUE(QFile::link(path("stick/een.mdb"), path("new/een.mdb")));
-    prompts.expectAsk(overwrite("een.mdb"), copying, false);
+    prompts.expectOverwrite(overwrite("een.mdb"), copying, false);
     prompts.expectAsk(mayDelete, deleteTitle, true, Preset::No);
     runImport();
     EXPECT_EQ(namesIn("stick"), QStringLiteral("een.mdb"));
@@ -186,7 +186,7 @@ TEST_F(Transferring, APlaylistThatIsReplacedIsKeptFirst) {
     put("stick/twee.mdb", "nieuw");
     put("new/een.mdb", "oud");
     settings.Nodelete = true;
-    prompts.expectAsk(overwrite("een.mdb"), copying, true);
+    prompts.expectOverwrite(overwrite("een.mdb"), copying, true);
     runImport();
     EXPECT_EQ(disk.read(path("new/een.mdb")), "nieuw");
     ASSERT_EQ(recovery.kept().size(), 1U);
@@ -202,8 +202,8 @@ TEST_F(Transferring, OnlyWhatWasReallyReplacedCountsAsReplaced) {
     }
     settings.Nodelete = true;
     files.fail(FaultyFileSystem::Operation::Copy, QStringLiteral("new/vol.mdb"), ErrorNumber::DiskFull);
-    prompts.expectAsk(overwrite("nee.mdb"), copying, false);
-    prompts.expectAsk(overwrite("vol.mdb"), copying, true);
+    prompts.expectOverwrite(overwrite("nee.mdb"), copying, false);
+    prompts.expectOverwrite(overwrite("vol.mdb"), copying, true);
     prompts.expectReport(QStringLiteral("Error: 61. "));
     runImport();
     EXPECT_TRUE(replaced.isEmpty());
@@ -215,7 +215,7 @@ TEST_F(Transferring, WhatCouldNotBeKeptIsToldAndImported) {
     put("new/een.mdb", "oud");
     settings.Nodelete = true;
     files.fail(FaultyFileSystem::Operation::Copy, QStringLiteral("herstel"), ErrorNumber::PermissionDenied);
-    prompts.expectAsk(overwrite("een.mdb"), copying, true);
+    prompts.expectOverwrite(overwrite("een.mdb"), copying, true);
     runImport();
     EXPECT_EQ(disk.read(path("new/een.mdb")), "nieuw");
     ASSERT_EQ(told.size(), 1);
@@ -228,7 +228,7 @@ TEST_F(Transferring, ATakeThatStartsBehindTheQuestionKeepsItsPlaylist) {
     put("new/een.mdb", "oud");
     put("stick/twee.mdb", "nieuw");
     prompts.whileOpen([this] { takeRuns = true; });
-    prompts.expectAsk(overwrite("een.mdb"), copying, true);
+    prompts.expectOverwrite(overwrite("een.mdb"), copying, true);
     prompts.expectAsk(mayDelete, deleteTitle, true, Preset::No);
     runImport();
     EXPECT_EQ(disk.read(path("new/een.mdb")), "oud");
@@ -274,6 +274,55 @@ TEST(TransferPaths, ADriveRootLosesItsSeparator) {
     EXPECT_EQ(withoutRootSeparator(QStringLiteral("E:\\")), QStringLiteral("E:"));
     EXPECT_EQ(withoutRootSeparator(QStringLiteral("/ab")), QStringLiteral("/ab"));
     EXPECT_EQ(withoutRootSeparator(QStringLiteral("E:\\x")), QStringLiteral("E:\\x"));
+}
+
+TEST_F(Transferring, PlaylistsThatAreDroppedAreImportedAndTheirSourcesStay) {
+    putPlaylist("stick/een.mdb");
+    putPlaylist("stick/TWEE.MDB");
+    putPlaylist("stick/niet.mdb");
+    PlaylistImport import(context());
+    const QStringList dropped{path("stick/een.mdb"), path("stick/TWEE.MDB")};
+    ASSERT_EQ(import.refusalOf(dropped), QString());
+    EXPECT_EQ(import.forecast(dropped), QStringLiteral("Laat los om 2 playlists te importeren."));
+    import.runFiles(dropped);
+    EXPECT_EQ(namesIn("new"), QStringLiteral("een.mdb TWEE.MDB"));
+    EXPECT_EQ(namesIn("stick"), QStringLiteral("een.mdb niet.mdb TWEE.MDB"));
+    EXPECT_EQ(refreshes, 1);
+    EXPECT_TRUE(told.isEmpty());
+}
+
+TEST_F(Transferring, APlaylistThatIsThereIsOverwrittenByADropOnlyOnYes) {
+    putPlaylist("stick/een.mdb");
+    put("new/een.mdb", "van gisteren");
+    PlaylistImport import(context());
+    prompts.expectOverwrite(overwrite("een.mdb"), copying, false);
+    import.runFiles({path("stick/een.mdb")});
+    EXPECT_EQ(disk.read(path("new/een.mdb")), "van gisteren");
+    prompts.expectOverwrite(overwrite("een.mdb"), copying, true);
+    import.runFiles({path("stick/een.mdb")});
+    EXPECT_EQ(disk.read(path("new/een.mdb")), disk.read(path("stick/een.mdb")));
+    EXPECT_EQ(replaced, QStringList{QStringLiteral("een.mdb")});
+    EXPECT_EQ(recovery.kept().size(), 1U);
+}
+
+TEST_F(Transferring, WhatIsNoPlaylistOrIsThereAlreadyIsRefusedInWords) {
+    put("stick/lees.txt");
+    put("stick/fout.mdb", "Dit is geen playlist.");
+    put("new/hier.mdb");
+    PlaylistImport import(context());
+    EXPECT_EQ(import.refusalOf({path("stick/fout.mdb"), path("stick/lees.txt")}),
+              QStringLiteral("lees.txt is geen playlist."));
+    EXPECT_EQ(import.forecast({path("stick/lees.txt")}), QStringLiteral("lees.txt is geen playlist."));
+    EXPECT_EQ(import.refusalOf({path("stick")}), QStringLiteral("stick is geen playlist."));
+    EXPECT_EQ(import.refusalOf({path("new/hier.mdb")}),
+              QStringLiteral("Deze map is zelf de map met te bewerken playlists."));
+    EXPECT_EQ(import.refusalOf({}), QStringLiteral("Hier horen playlists."));
+    takeRuns = true;
+    EXPECT_EQ(import.refusalOf({path("stick/fout.mdb")}),
+              QStringLiteral("Er loopt een opname. Importeer als die gestopt is."));
+    takeRuns = false;
+    import.runFiles({path("stick/fout.mdb")});
+    EXPECT_EQ(told, QStringList{QStringLiteral("Geen bruikbare playlist: fout.mdb.")});
 }
 
 } // namespace orvel

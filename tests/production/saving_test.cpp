@@ -91,13 +91,13 @@ TEST_F(SavingTake, OnAServerAVoiceTrackIsReplacedOnYesOnly) {
     recordLink();
     disk.write(path(QStringLiteral("server/LINK1.mp3")), "van gisteren");
     const QString question = QStringLiteral("Het bestand LINK1.mp3 bestaat al. Wilt U het overschrijven ?");
-    prompts.expectAsk(question, QStringLiteral("Copying..."), false);
+    prompts.expectOverwrite(question, QStringLiteral("Copying..."), false);
     saving.cmdSave_Click();
     EXPECT_EQ(disk.read(path(QStringLiteral("server/LINK1.mp3"))), "van gisteren");
     EXPECT_FALSE(isMarked(link1));
     EXPECT_TRUE(exists(wavOf1));
     EXPECT_TRUE(may().cmdSave) << "it can be tried again";
-    prompts.expectAsk(question, QStringLiteral("Copying..."), true);
+    prompts.expectOverwrite(question, QStringLiteral("Copying..."), true);
     saving.cmdSave_Click();
     EXPECT_NEAR(secondsOf(QStringLiteral("server/LINK1.mp3")), 0.5, 0.05);
     EXPECT_TRUE(isMarked(link1));

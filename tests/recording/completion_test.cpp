@@ -107,8 +107,25 @@ TEST_F(LookingAtThePlaylist, LinksWithoutTheirVoiceTrackAreToldFirst) {
     prompts.expectMessage(QStringLiteral("Van deze stappen staat de voicetrack niet waar hij moet staan: LINK1.\nNeem "
                                          "ze opnieuw op voor de playlist klaar is."),
                           QStringLiteral("Playlist overzetten"), MessageIcon::Exclamation);
-    prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false);
+    prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false, Preset::No);
     completion.CheckLijst();
+    EXPECT_EQ(prompts.open(), 0U);
+}
+
+TEST_F(LookingAtThePlaylist, StationsWithoutTheirVersionAreToldFirst) {
+    markAll();
+    for (const char *name : {"012LINK1", "034LINK1", "012LINK2"}) {
+        disk.write(path(QStringLiteral("ok/%1.mp3").arg(QLatin1String(name))), "klank");
+    }
+    const std::vector<NetworkStation> network{{QStringLiteral("Algemeen"), QStringLiteral("999")},
+                                              {QStringLiteral("Noord"), QStringLiteral("012")},
+                                              {QStringLiteral("Oost"), QStringLiteral("034")}};
+    Completion shared({platform, settings, playlist, step, recovery, [] {}, [](int) {}, [] {}, [] {}, [] {}, tell,
+                       &network});
+    prompts.expectMessage(QStringLiteral("Deze stappen zijn nog niet voor alle stations ingesproken: LINK2 (Oost)."),
+                          QStringLiteral("Playlist overzetten"), MessageIcon::Exclamation);
+    prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false, Preset::No);
+    shared.CheckLijst();
     EXPECT_EQ(prompts.open(), 0U);
 }
 

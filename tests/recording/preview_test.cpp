@@ -166,6 +166,46 @@ TEST_F(Previewing, WhatIsStillToBeHeardGoesDown) {
     EXPECT_LT(left.millis, 1000);
 }
 
+TEST_F(Previewing, WhatIsPausedGoesOnWhereItWas) {
+    ASSERT_TRUE(load(TrackStep, 1));
+    EXPECT_FALSE(preview.canPause(*player));
+    preview.pauseOrGoOn(*player);
+    EXPECT_FALSE(preview.isPaused()) << "nothing plays";
+    preview.play(*player);
+    player->play(700);
+    ASSERT_TRUE(preview.canPause(*player));
+    preview.pauseOrGoOn(*player);
+    EXPECT_TRUE(preview.isPaused());
+    EXPECT_NE(player->state(), WavePlayer::playing);
+    EXPECT_TRUE(preview.canPause(*player));
+    preview.seek(*player, 900);
+    EXPECT_NE(player->state(), WavePlayer::playing) << "a jump lets nothing go on";
+    preview.pauseOrGoOn(*player);
+    EXPECT_FALSE(preview.isPaused());
+    EXPECT_EQ(player->state(), WavePlayer::playing);
+    EXPECT_EQ(player->position(), 900);
+}
+
+TEST_F(Previewing, PlayingStoppingAndAnotherTrackEndAPause) {
+    ASSERT_TRUE(load(TrackStep, 1));
+    const auto pause = [this] {
+        preview.play(*player);
+        player->play(700);
+        preview.pauseOrGoOn(*player);
+        return preview.isPaused();
+    };
+    ASSERT_TRUE(pause());
+    preview.play(*player);
+    EXPECT_FALSE(preview.isPaused());
+    EXPECT_EQ(player->position(), 0) << "play is from the start";
+    ASSERT_TRUE(pause());
+    preview.stop(*player);
+    EXPECT_FALSE(preview.canPause(*player));
+    ASSERT_TRUE(pause());
+    ASSERT_TRUE(load(JingleStep, 1));
+    EXPECT_FALSE(preview.canPause(*player));
+}
+
 TEST(PreviewTexts, ScrollFromTwentyFiveCharactersOn) {
     EXPECT_FALSE(scrolls(QString()));
     EXPECT_FALSE(scrolls(QString(24, u'x')));

@@ -23,10 +23,10 @@ class TheDesksMemory : public testing::Test {
 
 TEST_F(TheDesksMemory, IsAsItWasLeft) {
     EXPECT_EQ(loadDesk(files, folder.path()), DeskMemory()) << "the first start";
-    const DeskMemory left{QByteArray("\0\xFF = \n", 6), "lijsten", "", true, QStringLiteral("avond 20 \"uur\".mdb")};
+    const DeskMemory left{QByteArray("\0\xFF = \n", 6), "lijsten", "", true, QStringLiteral("avond 20 \"uur\".mdb"), 50000};
     saveDesk(files, folder.path(), left);
     EXPECT_EQ(loadDesk(files, folder.path()), left);
-    const DeskMemory other{"a", "b", "c", false, QString()};
+    const DeskMemory other{"a", "b", "c", false, QString(), 0};
     saveDesk(files, folder.path(), other);
     EXPECT_EQ(loadDesk(files, folder.path()), other);
 }
@@ -42,6 +42,14 @@ TEST_F(TheDesksMemory, OneThatCannotBeReadIsForgotten) {
     saveDesk(files, folder.path(), {"a", "b", "c", true, QStringLiteral("uur.mdb")});
     files.fail(FaultyFileSystem::Operation::Read, folder.path(), ErrorNumber::PathAccess);
     EXPECT_EQ(loadDesk(files, folder.path()), DeskMemory());
+}
+
+TEST_F(TheDesksMemory, AVolumeThatIsNoneIsTheFirstOne) {
+    EXPECT_EQ(loadDesk(files, folder.path()).cueVolume, 16384);
+    for (const char *volume : {"hard", "-1", "65536", ""}) {
+        files.write(folder.filePath(QStringLiteral("orvel-desk.ini")), QByteArray("[Desk]\nCueVolume=") + volume);
+        EXPECT_EQ(loadDesk(files, folder.path()).cueVolume, 16384) << volume;
+    }
 }
 
 } // namespace orvel

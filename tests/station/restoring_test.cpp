@@ -31,7 +31,8 @@ class Restores : public testing::Test, protected TestPlatform<FakeDatabaseEngine
             QStringLiteral("%1 staat al %2. Wilt U dat vervangen ?\n\nWat er nu staat, blijft bewaard en kan "
                            "ook weer teruggezet worden.")
                 .arg(QString::fromLatin1(place), QString::fromLatin1(name)),
-            QStringLiteral("Herstellen"), answer, Preset::No);
+            QStringLiteral("Herstellen"), answer, Preset::No,
+            {QStringLiteral("&Vervang"), QStringLiteral("&Laat staan")});
     }
 
     test::TempFolder folder;

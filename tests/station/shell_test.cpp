@@ -59,10 +59,10 @@ TEST_F(Shell, OverwritingIsAskedUnlessSilent) {
     put(QStringLiteral("a.mp3"), "nieuw");
     put(QStringLiteral("b.mp3"), "oud");
     const QString question = QStringLiteral("Het bestand b.mp3 bestaat al. Wilt U het overschrijven ?");
-    prompts.expectAsk(question, title, false);
+    prompts.expectOverwrite(question, title, false);
     EXPECT_EQ(copy(QStringLiteral("a.mp3"), QStringLiteral("b.mp3")).copied, 0);
     EXPECT_EQ(disk.read(path(QStringLiteral("b.mp3"))), "oud");
-    prompts.expectAsk(question, title, true);
+    prompts.expectOverwrite(question, title, true);
     EXPECT_EQ(copy(QStringLiteral("a.mp3"), QStringLiteral("b.mp3")).copied, 1);
     EXPECT_EQ(disk.read(path(QStringLiteral("b.mp3"))), "nieuw");
     put(QStringLiteral("b.mp3"), "oud");
@@ -110,11 +110,12 @@ TEST_F(Shell, ASilentSlowCopyShowsNoWindow) {
 
 TEST_F(Shell, AMissingFolderIsAskedFor) {
     put(QStringLiteral("a.mp3"), "x");
+    const Verbs makeOrNot{QStringLiteral("&Maak de map"), QStringLiteral("Maak &geen map")};
     const QString question =
         QStringLiteral("De map %1 bestaat niet. Wilt U ze maken ?").arg(path(QStringLiteral("weg")));
-    prompts.expectAsk(question, title, false, Preset::No);
+    prompts.expectAsk(question, title, false, Preset::No, makeOrNot);
     EXPECT_EQ(copy(QStringLiteral("a.mp3"), QStringLiteral("weg/a.mp3")).copied, 0);
-    prompts.expectAsk(question, title, true, Preset::No);
+    prompts.expectAsk(question, title, true, Preset::No, makeOrNot);
     EXPECT_EQ(copy(QStringLiteral("a.mp3"), QStringLiteral("weg/a.mp3")).copied, 1);
 }
 
@@ -136,7 +137,7 @@ TEST_F(Shell, EveryFileIsCountedWhetherItWasCopiedOrPassedOver) {
     for (const char *name : {"van/1.mp3", "van/2.mp3", "van/3.mp3", "naar/2.mp3"}) {
         put(QString::fromLatin1(name), name);
     }
-    prompts.expectAsk(QStringLiteral("Het bestand 2.mp3 bestaat al. Wilt U het overschrijven ?"), title, false);
+    prompts.expectOverwrite(QStringLiteral("Het bestand 2.mp3 bestaat al. Wilt U het overschrijven ?"), title, false);
     int done = 0;
     const ShellCopyResult result =
         Global::ShellCopyFile(platform, path(QStringLiteral("van/*.mp3")), path(QStringLiteral("naar")), false, title,

@@ -42,6 +42,12 @@ TEST_F(TheStationList, OneThatCannotBeReadIsToldByWhoReadsIt) {
     EXPECT_THROW(static_cast<void>(stationList(databases, places)), RuntimeError);
 }
 
+TEST_F(TheStationList, VersionsHaveTheirStationsCodeInFrontButTheGeneralOne) {
+    EXPECT_EQ(versionName(QStringLiteral("LINK1"), QStringLiteral("012")), QStringLiteral("012LINK1"));
+    EXPECT_EQ(versionName(QStringLiteral("LINK1"), QStringLiteral("000")), QStringLiteral("LINK1"));
+    EXPECT_EQ(versionName(QStringLiteral("LINK1"), QStringLiteral("999")), QStringLiteral("LINK1"));
+}
+
 TEST_F(TheStationList, AStationWithoutACodeCannotBeChosen) {
     set({{QStringLiteral("Beta"), QStringLiteral(" "), QVariant(), QStringLiteral("")}});
     EXPECT_EQ(stationProblem(stationList(databases, places).back()),

@@ -9,8 +9,10 @@
 
 #include <QAbstractButton>
 #include <QAccessible>
+#include <QComboBox>
 #include <QLabel>
 #include <QScrollArea>
+#include <QSlider>
 
 #include <gtest/gtest.h>
 
@@ -97,6 +99,64 @@ TEST(Accessible, GivesTheSpinBoxItsValueLimitsAndStep) {
     for (const char *name : {"up", "down"}) {
         EXPECT_FALSE(seen(*spin.findChild<QAbstractButton *>(name)).text(QAccessible::Name).isEmpty());
     }
+}
+
+// The desktop's interface knows numbers and texts: the displays gave it neither.
+TEST(Accessible, GivesTheDisplaysTheirTextAndTimesTheirSeconds) {
+    TimeDisplay time;
+    time.setTime(1, 1, 2, 340);
+    QAccessibleTextInterface *text = seen(time).textInterface();
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(text->text(0, text->characterCount()), "1:01:02.34");
+    ASSERT_NE(seen(time).valueInterface(), nullptr);
+    EXPECT_NEAR(seen(time).valueInterface()->currentValue().toDouble(), 3662.34, 0.001);
+    LedLabel label;
+    label.setText("Titel");
+    text = seen(label).textInterface();
+    ASSERT_NE(text, nullptr);
+    EXPECT_EQ(text->text(0, 5), "Titel");
+    EXPECT_EQ(text->text(1, 3), "it");
+}
+
+// A combo box was called by the text that was chosen in it, and nobody heard what it was for.
+TEST(Accessible, CallsAComboBoxByItsPurpose) {
+    installAccessibility();
+    QComboBox box;
+    box.addItems({"128 Kbit/Sec", "256 Kbit/Sec"});
+    box.setAccessibleName("Bitrate");
+    box.setCurrentIndex(1);
+    EXPECT_EQ(seen(box).role(), QAccessible::ComboBox);
+    EXPECT_EQ(seen(box).text(QAccessible::Name), "Bitrate");
+    EXPECT_EQ(value(box), "256 Kbit/Sec");
+    ASSERT_NE(seen(box).textInterface(), nullptr);
+    EXPECT_EQ(seen(box).textInterface()->text(0, 3), "256");
+    EXPECT_TRUE(seen(box).state().collapsed);
+    ASSERT_EQ(seen(box).childCount(), 1);
+    QAccessibleInterface *list = seen(box).child(0);
+    ASSERT_NE(list, nullptr);
+    EXPECT_EQ(seen(box).indexOfChild(list), 0);
+    EXPECT_EQ(list->parent(), &seen(box));
+    EXPECT_EQ(seen(box).child(1), nullptr);
+    box.show();
+    seen(box).actionInterface()->doAction(QAccessibleActionInterface::showMenuAction());
+    EXPECT_TRUE(seen(box).state().expanded);
+    box.hidePopup();
+}
+
+// The loudest position of a mixer's slider was read as nought.
+TEST(Accessible, ReadsASliderTheWayItIsSeen) {
+    installAccessibility();
+    QSlider slider(Qt::Vertical);
+    slider.setRange(0, 65535);
+    slider.setInvertedAppearance(true);
+    slider.setValue(0); // at the top
+    QAccessibleValueInterface *number = seen(slider).valueInterface();
+    ASSERT_NE(number, nullptr);
+    EXPECT_EQ(number->currentValue().toInt(), 65535);
+    number->setCurrentValue(10000);
+    EXPECT_EQ(slider.value(), 55535);
+    slider.setInvertedAppearance(false);
+    EXPECT_EQ(number->currentValue().toInt(), 55535);
 }
 
 TEST(Accessible, DoesNotLetAReaderChangeADisplay) {

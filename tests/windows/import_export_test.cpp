@@ -147,7 +147,7 @@ TEST_F(Moving, TheGaugeMovesWithEveryFileThatIsExported) {
     put("ok/VT1.mp3");
     put("ok/VT2.mp3");
     put("doel/VT1.mp3", "van gisteren");
-    prompts.expectAsk(overwrite("VT1.mp3"), copying, false);
+    prompts.expectOverwrite(overwrite("VT1.mp3"), copying, false);
     EXPECT_EQ(runExport(), QStringLiteral("2 van 3 bestanden gekopieerd."));
     EXPECT_EQ(gauge, (QList<int>{0, 2, 3}));
     EXPECT_EQ(disk.read(path("doel/VT1.mp3")), "van gisteren");
