@@ -42,6 +42,8 @@ struct SessionContext {
     std::function<void(float left, float right)> levels;
     /// The view stands on another step than the one that the session stands on.
     std::function<void(int row)> showRow;
+    /// What the running recording told, 25 times a second.
+    std::function<void(const RecorderStatus &status)> recorded = [](const RecorderStatus &) {};
 };
 
 /// The desk's one session: in exactly one state, with one take from its count-down to its filing. Which step a take

@@ -1,5 +1,6 @@
 #include "windows/workplace.h"
 
+#include "platform/audio.h"
 #include "station/holder.h"
 
 namespace orvel {
@@ -10,10 +11,23 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
       marks(datList, platform.databases, settings.NewPath, view.rowChanged), tracks(platform.files, settings),
       drives(platform.files, programFolder), catalogues(platform, settings),
       takes(platform.files, places, journal, recovery, toText(presentHolder())),
-      chain(ProcessingContext{platform, places.programFolder(), view.processor, recovery, view.showProcess, view.tell}),
-      session({platform, settings, datList, step, marks, takes, places,
-               [this](const QString &take) { chain.AudioProcessing(take); }, view.tell, view.changed, view.ticked,
-               view.levels, view.showRow}),
+      chain(ProcessingContext{platform, places.programFolder(), view.processor, recovery, view.showProcess, view.tell,
+                              [this] {
+                                  return LoudnessGoal{settings.LoudnessTarget, settings.TruePeak};
+                              }}),
+      loudness(platform), session({platform, settings, datList, step, marks, takes, places,
+                                   [this](const QString &take) {
+                                       chain.AudioProcessing(take);
+                                       loudness.measure(take);
+                                   },
+                                   view.tell,
+                                   [this] {
+                                       watch.sessionChanged();
+                                       view.changed();
+                                   },
+                                   view.ticked, view.levels, view.showRow,
+                                   [this](const RecorderStatus &status) { watch.recorded(status); }}),
+      watch({platform, settings, places, session, view.chosenCard, view.levels, view.watched}),
       listening({platform, settings, datList, step, places, session, view.ticked, view.levels}),
       completion({platform, settings, datList, step, recovery, view.refreshPlaylist, view.showRow, view.changed,
                   view.closePlaylist, view.refreshLists, view.tell}),

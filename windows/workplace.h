@@ -9,11 +9,13 @@
 #include "production/filing.h"
 #include "production/processing_chain.h"
 #include "production/saving.h"
+#include "production/take_loudness.h"
 #include "production/unfinished.h"
 #include "recording/catalogues.h"
 #include "recording/listening.h"
 #include "recording/take_session.h"
 #include "recording/take_store.h"
+#include "recording/watch.h"
 #include "settings/settings.h"
 #include "station/drive_map.h"
 #include "station/journal.h"
@@ -38,6 +40,8 @@ struct View {
     std::function<void()> showStations;
     std::function<void(std::optional<int> percent)> progress;
     std::function<void(bool visible)> showProcess;
+    std::function<QString()> chosenCard;
+    std::function<void()> watched;
 };
 
 /// The rooms of one station, put together: everything that the windows show and ask. Knows no window.
@@ -58,7 +62,9 @@ struct Workplace {
     Catalogues catalogues;
     TakeStore takes;
     ProcessingChain chain;
+    TakeLoudness loudness;
     TakeSession session;
+    Watch watch;
     Listening listening;
     Completion completion;
     Filing filing;
