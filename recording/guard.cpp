@@ -115,4 +115,12 @@ std::vector<Warning> Guard::warnings() const {
     return warnings;
 }
 
+QStringList Guard::sentences() const {
+    QStringList sentences;
+    for (const Warning &warning : warnings()) {
+        sentences << warning.words;
+    }
+    return sentences;
+}
+
 } // namespace orvel

@@ -3,6 +3,7 @@
 #include "recording/allowed.h"
 
 #include <QString>
+#include <QStringList>
 
 #include <cstdint>
 #include <optional>
@@ -48,6 +49,8 @@ class Guard {
 
     /// What is wrong now, the most urgent first.
     [[nodiscard]] std::vector<Warning> warnings() const;
+    /// Their words.
+    [[nodiscard]] QStringList sentences() const;
     /// Whether the running take, or else the latest one, was too loud.
     [[nodiscard]] bool hasClipped() const { return !clips_.empty(); }
     /// Where, in milliseconds from its start, rising.

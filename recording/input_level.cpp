@@ -40,6 +40,10 @@ float InputLevel::levelOf(double part) const {
 InputVerdict InputLevel::judged() const {
     const float loud = levelOf(0.9);
     const float soft = levelOf(0.2);
+    const float highest = *std::max_element(levels_.begin(), levels_.begin() + static_cast<std::ptrdiff_t>(count_));
+    if (highest >= fullScale) {
+        return InputVerdict::TooLoud;
+    }
     // What the verdict is now may be missed by a little.
     const auto slack = [this](InputVerdict verdict) { return verdict_ == verdict ? sluggishness : 0.0F; };
     const bool isVoice =
@@ -47,8 +51,7 @@ InputVerdict InputLevel::judged() const {
     if (!isVoice) {
         return InputVerdict::Silent;
     }
-    const float highest = *std::max_element(levels_.begin(), levels_.begin() + static_cast<std::ptrdiff_t>(count_));
-    if (highest >= fullScale || loud > loudestGood - slack(InputVerdict::TooLoud)) {
+    if (loud > loudestGood - slack(InputVerdict::TooLoud)) {
         return InputVerdict::TooLoud;
     }
     return loud < softestGood + slack(InputVerdict::TooSoft) - slack(InputVerdict::Good) ? InputVerdict::TooSoft

@@ -15,8 +15,8 @@ enum class InputVerdict {
 };
 
 /// Tells how a microphone is spoken into, by the loud parts of the last three seconds: the level that a tenth of them
-/// passes. Speech rises and falls; what stays alike all the time and is not loud is the room. Near a limit the verdict
-/// stays as it is, so that it does not flicker.
+/// passes; one sample at full scale in them is too loud. Speech rises and falls; what stays alike all the time and is
+/// not loud is the room. Near a limit the verdict stays as it is, so that it does not flicker.
 class InputLevel {
   public:
     static constexpr int lookMs = 40;

@@ -25,6 +25,8 @@
 #include "windows/frm_station.h"
 #include "windows/frm_unfiled.h"
 #include "windows/grid_panel.h"
+#include "windows/guard_sign.h"
+#include "windows/input_panel.h"
 #include "windows/on.h"
 #include "windows/playback_panel.h"
 #include "windows/processor_panel.h"
@@ -90,6 +92,8 @@ View frmMain::view() {
     view.processor = [this] { return panels_.processorPanel->settings(); };
     view.showStations = [this] { showStations(); };
     view.progress = [this](std::optional<int> percent) { panels_.savePanel->showProgress(percent); };
+    view.chosenCard = [this] { return panels_.cardPanel->chosenCard().name; };
+    view.watched = [this] { showWatch(); };
     view.showProcess = [this](bool visible) { showProcess(visible); };
     return view;
 }
@@ -105,6 +109,8 @@ void frmMain::makePanels() {
     panels_.playbackPanel = new PlaybackPanel(work.listening, work.session, this);
     panels_.cardPanel = new CardPanel(platform_, work.view.tell, this);
     panels_.meterPanel = new MeterPanel(this);
+    panels_.inputPanel = new InputPanel(this);
+    panels_.lblGuard = new GuardSign(this);
     panels_.processorPanel = new ProcessorPanel(this);
 }
 
@@ -144,6 +150,7 @@ bool frmMain::Form_Load() {
     work.session.mode.hasStations = platform_.files.fileExists(work.places.stationList());
     showDesk();
     panels_.cardPanel->watch();
+    work.watch.begin();
     restoreDesk();
     tmrJoystick_->setEnabled(true);
     if (splash_) {
@@ -294,7 +301,13 @@ void frmMain::showDesk() {
     panels_.savePanel->show();
     panels_.stepPanel->show(workplace_.step, workplace_.session.fileName());
     escape_->setEnabled(workplace_.session.state() == SessionState::CountingDown);
+    panels_.lblLoudness->setText(workplace_.takeLoudness());
     showProgress();
+}
+
+void frmMain::showWatch() {
+    panels_.lblGuard->tell(workplace_.watch.guard().sentences());
+    panels_.inputPanel->show(workplace_.watch.verdict(), workplace_.watch.guard().hasClipped());
 }
 
 void frmMain::showTick() {

@@ -24,6 +24,8 @@ namespace orvel {
 class CardPanel;
 class FilePanel;
 class GridPanel;
+class GuardSign;
+class InputPanel;
 class Joystick;
 class MeterPanel;
 class PlaybackPanel;
@@ -55,7 +57,10 @@ struct Panels {
     SavePanel *savePanel = nullptr;
     CardPanel *cardPanel = nullptr;
     MeterPanel *meterPanel = nullptr;
-    QSplitter *lists = nullptr; ///< playlists and grid
+    InputPanel *inputPanel = nullptr;
+    GuardSign *lblGuard = nullptr;
+    QLabel *lblLoudness = nullptr; ///< of the selected step's take
+    QSplitter *lists = nullptr;    ///< playlists and grid
     QTabWidget *tabRec = nullptr;
     QToolButton *cmdFold = nullptr; ///< folds tabRec down to its tabs
     QToolBar *tlbMain = nullptr;
@@ -151,6 +156,8 @@ class frmMain : public QMainWindow {
     /// Everything that follows from the session: what is enabled, captions, labels.
     void showDesk();
     void showTick();
+    /// What the watch has noticed.
+    void showWatch();
     void tell(const QString &sentence);
 
     Platform &platform_;

@@ -2,6 +2,7 @@
 
 #include "platform/audio.h"
 #include "station/holder.h"
+#include "station/ignore_errors.h"
 
 namespace orvel {
 
@@ -47,6 +48,16 @@ void Workplace::showTake(const QString &name) {
         }
     }
     session.stepSelected();
+}
+
+QString Workplace::takeLoudness() const {
+    QString text;
+    ignoringErrors([&] {
+        const std::optional<Loudness> known =
+            session.facts().canSave ? loudness.of(places.take(session.currentTake().name())) : std::nullopt;
+        text = known ? toText(*known) : QString();
+    });
+    return text;
 }
 
 void Workplace::keepCopy(const QString &playlist) {

@@ -74,6 +74,8 @@ struct Workplace {
 
     /// A take came back from recovery: its step is selected where the open playlist has it, and it can be saved.
     void showTake(const QString &name);
+    /// How loud the selected step's take is, where that is known; else empty.
+    [[nodiscard]] QString takeLoudness() const;
 
   private:
     /// Of a playlist that is about to be changed for the first time.

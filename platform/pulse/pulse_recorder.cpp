@@ -93,6 +93,7 @@ void PulseRecorder::start() {
     }
     const PulseServer::Lock lock(server_);
     received_.store(0, std::memory_order_relaxed);
+    heardPeak_.store(0, std::memory_order_relaxed);
     takeLost_.store(streamLost_.load(std::memory_order_relaxed), std::memory_order_relaxed);
     suspendedSince_.reset();
     take_.store(writer_.get(), std::memory_order_release);

@@ -141,6 +141,16 @@ TEST(InputLevel, OneClipIsTooLoudForThreeSeconds) {
     EXPECT_EQ(level.verdict(), InputVerdict::Good);
 }
 
+// The sign said that it was too loud and the verdict beside it that nobody spoke.
+TEST(InputLevel, AClipAfterSilenceIsTooLoud) {
+    InputLevel level;
+    feed(level, Samples(4 * testRate));
+    level.heard(1);
+    EXPECT_EQ(level.verdict(), InputVerdict::TooLoud);
+    feed(level, Samples(4 * testRate));
+    EXPECT_EQ(level.verdict(), InputVerdict::Silent);
+}
+
 TEST(InputLevel, DoesNotFlickerAtALimit) {
     InputLevel level;
     int changes = 0;
