@@ -11,6 +11,7 @@
 #include "recording/player_settings.h"
 #include "station/ignore_errors.h"
 #include "station/work_folders.h"
+#include "widgets/alarm_line.h"
 #include "windows/card_panel.h"
 #include "windows/file_panel.h"
 #include "windows/frm_adv.h"
@@ -25,7 +26,6 @@
 #include "windows/frm_station.h"
 #include "windows/frm_unfiled.h"
 #include "windows/grid_panel.h"
-#include "windows/guard_sign.h"
 #include "windows/input_panel.h"
 #include "windows/on.h"
 #include "windows/playback_panel.h"
@@ -110,7 +110,8 @@ void frmMain::makePanels() {
     panels_.cardPanel = new CardPanel(platform_, work.view.tell, this);
     panels_.meterPanel = new MeterPanel(this);
     panels_.inputPanel = new InputPanel(this);
-    panels_.lblGuard = new GuardSign(this);
+    panels_.lblGuard = new AlarmLine(this);
+    panels_.lblGuard->setObjectName(QStringLiteral("lblGuard"));
     panels_.processorPanel = new ProcessorPanel(this);
 }
 

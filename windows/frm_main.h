@@ -24,7 +24,7 @@ namespace orvel {
 class CardPanel;
 class FilePanel;
 class GridPanel;
-class GuardSign;
+class AlarmLine;
 class InputPanel;
 class Joystick;
 class MeterPanel;
@@ -58,7 +58,7 @@ struct Panels {
     CardPanel *cardPanel = nullptr;
     MeterPanel *meterPanel = nullptr;
     InputPanel *inputPanel = nullptr;
-    GuardSign *lblGuard = nullptr;
+    AlarmLine *lblGuard = nullptr;
     QLabel *lblLoudness = nullptr; ///< of the selected step's take
     QSplitter *lists = nullptr;    ///< playlists and grid
     QTabWidget *tabRec = nullptr;

@@ -1,9 +1,9 @@
 // How the main window is put together: which panel stands where.
+#include "widgets/alarm_line.h"
 #include "windows/card_panel.h"
 #include "windows/file_panel.h"
 #include "windows/frm_main.h"
 #include "windows/grid_panel.h"
-#include "windows/guard_sign.h"
 #include "windows/input_panel.h"
 #include "windows/on.h"
 #include "windows/playback_panel.h"

@@ -1,11 +1,11 @@
-#include "windows/guard_sign.h"
+#include "widgets/alarm_line.h"
 
-#include <QAccessible>
+#include "widgets/accessible.h"
 
 namespace orvel {
 
-GuardSign::GuardSign(QWidget *parent) : QLabel(parent) {
-    setObjectName(QStringLiteral("lblGuard"));
+AlarmLine::AlarmLine(QWidget *parent) : QLabel(parent) {
+    installAccessibility();
     setProperty("role", QStringLiteral("alarm"));
     setAlignment(Qt::AlignCenter);
     setTextFormat(Qt::PlainText);
@@ -14,7 +14,7 @@ GuardSign::GuardSign(QWidget *parent) : QLabel(parent) {
     hide();
 }
 
-void GuardSign::tell(const QStringList &sentences) {
+void AlarmLine::tell(const QStringList &sentences) {
     if (sentences == told_) {
         return;
     }
@@ -27,12 +27,11 @@ void GuardSign::tell(const QStringList &sentences) {
     setText(QStringLiteral("\u26A0 ") + told_.first() + more);
     setToolTip(told_.join(u'\n'));
     setAccessibleName(told_.join(u' '));
-    QAccessibleEvent alert(this, QAccessible::Alert);
-    QAccessible::updateAccessibility(&alert);
+    announceAlert(*this);
 }
 
 /// Long words of a folder's name never widen the window.
-QSize GuardSign::minimumSizeHint() const {
+QSize AlarmLine::minimumSizeHint() const {
     return {fontMetrics().averageCharWidth() * 20, QLabel::minimumSizeHint().height()};
 }
 

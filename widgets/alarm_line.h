@@ -5,13 +5,13 @@
 
 namespace orvel {
 
-/// A large line in the colour of a recording, with a sign and words, for what may cost a take. Takes no room when there
-/// is nothing to tell. Whoever listens to a screen reader hears what is new.
-class GuardSign : public QLabel {
+/// A large line in the recording's red, with a sign and words, for what is wrong. Takes no room when there is nothing
+/// to tell. For a screen reader it is an alert, and what is new in it is announced.
+class AlarmLine : public QLabel {
     Q_OBJECT
 
   public:
-    explicit GuardSign(QWidget *parent = nullptr);
+    explicit AlarmLine(QWidget *parent = nullptr);
 
     /// Sentences, the most urgent first: that one is shown, with how many more there are; all of them stand in the
     /// tooltip.
