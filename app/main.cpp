@@ -3,6 +3,7 @@
 #include "app/start.h"
 #include "platform/away/away_file_system.h"
 #include "platform/away/away_raw_file.h"
+#include "platform/ebur128/ebur128_meter.h"
 #include "platform/guarded.h"
 #include "platform/jet/jet_engine.h"
 #include "platform/lame/system_audio_files.h"
@@ -38,7 +39,8 @@ int Main(OrvelApplication &application) {
     PulseSoundCard sound(away.opener(programFolder()));
     SdlJoystick joystick;
     QtReportViewer report(prompts, files);
-    Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
+    Ebur128Meter loudness;
+    Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report, loudness};
     application.setPrompts(prompts);
     // While the program starts, the splash or a message may be the last window.
     QGuiApplication::setQuitOnLastWindowClosed(false);

@@ -6,6 +6,7 @@
 // compare the work, on a real disk to see what it waits for.
 
 #include "bench/measure.h"
+#include "platform/ebur128/ebur128_meter.h"
 #include "platform/fake/fake_joystick.h"
 #include "platform/fake/fake_prompts.h"
 #include "platform/fake/fake_report_viewer.h"
@@ -83,7 +84,8 @@ class Station {
     FakeReportViewer report_;
     JetEngine databases_;
     SystemAudioFiles audioFiles_;
-    Platform platform_{sound_, audioFiles_, databases_, files_, prompts_, timers_, joystick_, report_};
+    Ebur128Meter loudness_;
+    Platform platform_{sound_, audioFiles_, databases_, files_, prompts_, timers_, joystick_, report_, loudness_};
     Recovery recovery_{files_, folder_};
     ProcessorSettings settings_ = processorKeys();
     ProcessingChain chain_{

@@ -2,6 +2,7 @@
 // run of mdb-export on the same file. Prints one line, with and without the painting; needs no display.
 //   bench_open [playlist]
 #include "app/orvel_application.h"
+#include "platform/ebur128/ebur128_meter.h"
 #include "platform/fake/fake_joystick.h"
 #include "platform/fake/fake_prompts.h"
 #include "platform/fake/fake_report_viewer.h"
@@ -74,7 +75,8 @@ int main(int argc, char **argv) {
     FakeReportViewer report;
     JetEngine databases;
     SystemAudioFiles audioFiles;
-    Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
+    Ebur128Meter loudness;
+    Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report, loudness};
     frmMain window(platform, folder.path(), {});
     window.show();
     window.Form_Load();

@@ -35,6 +35,12 @@ void AudioTransform::reverb(std::vector<std::int16_t> &samples, const ReverbSett
     }
 }
 
+void AudioTransform::limit(std::vector<std::int16_t> &samples, const LimiterSettings &settings) {
+    if (works()) {
+        orvel::limit(samples, settings, sampleRate_, dither_);
+    }
+}
+
 void AudioTransform::trimStart(std::vector<std::int16_t> &samples, float threshold, std::int32_t &k) {
     if (works()) {
         orvel::trimStart(samples, threshold, sampleRate_, dither_, k);

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "dsp/dither.h"
+#include "dsp/limiter.h"
 #include "dsp/reverb.h"
 
 #include <cstdint>
@@ -28,6 +29,8 @@ class AudioTransform {
     void compress(std::vector<std::int16_t> &samples, float threshold, float rate, float rmsTime);
     /// See ReverbSettings.
     void reverb(std::vector<std::int16_t> &samples, const ReverbSettings &settings);
+    /// See limiter.h.
+    void limit(std::vector<std::int16_t> &samples, const LimiterSettings &settings);
     /// See trim.h.
     void trimStart(std::vector<std::int16_t> &samples, float threshold, std::int32_t &k);
     void trimEnd(std::vector<std::int16_t> &samples, float threshold, std::int32_t &k);

@@ -68,14 +68,17 @@ class AudioRecord {
     virtual void setLineProperty(int index, const QVariant &value) = 0;
 };
 
-/// What a running or finished recording tells. Frames are sample frames at 44100 Hz.
+/// What a running or finished recording tells, and what a card that was opened ahead brings meanwhile. Frames are
+/// sample frames at 44100 Hz.
 struct RecorderStatus {
-    std::int64_t frames = 0; ///< frames written to the take
-    int overruns = 0;        ///< buffers lost because the disk was too slow, and gaps that the sound server told of
-    bool deviceLost = false; ///< the card or the sound server vanished while recording
-    bool diskFull = false;   ///< the take could not be written to its end: there is no room for more
-    bool diskFailed = false; ///< the take could not be written to its end, for another reason of the disk's
-    float peak = 0.0F;       ///< highest sample since the last look, 0..1
+    std::int64_t frames = 0;     ///< frames written to the take
+    int overruns = 0;            ///< buffers lost because the disk was too slow, and gaps that the sound server told of
+    bool deviceLost = false;     ///< the card or the sound server vanished while recording
+    bool diskFull = false;       ///< the take could not be written to its end: there is no room for more
+    bool diskFailed = false;     ///< the take could not be written to its end, for another reason of the disk's
+    float peak = 0.0F;           ///< highest sample since the last look, 0..1; also of a card that is only open
+    bool isHeard = false;        ///< samples came in since the last look, for a take or not: the peak is a level
+    std::int64_t clippedAt = -1; ///< frame of the take's first sample at full scale since the last look; -1: none
 };
 
 /// Records mono 16-bit 44100 Hz into a WAV file, on threads of its own. The take on disk is a valid WAV file at any
@@ -90,17 +93,19 @@ class WaveRecorder {
     virtual void setDevice(int device) = 0;
     virtual void setFileName(const QString &path) = 0;
     /// Opens the card ahead of start(), which then begins at once: a card that sleeps takes a while to wake up, and
-    /// would lose the first syllable. Meant for the begin of a count-down. Never fails; start() tells what is wrong.
-    /// The card stays open until stop().
+    /// would lose the first syllable. Until then nothing is kept of what it brings but the level, which status() tells.
+    /// Never waits and never fails; start() tells what is wrong. Called again it opens the card that is chosen now, or
+    /// one that has come back; it costs next to nothing where that is open. The card stays open until stop().
     virtual void prepare() = 0;
     /// Overwrites an existing file, but not before samples come from the card: one that brings none is refused, after
     /// 0.3 s when it is switched off or was opened ahead, 2.3 s otherwise. Throws DeviceError (the card, or it records
     /// already), PathNotFound, PathAccess, PermissionDenied, DiskFull (the file).
     virtual void start() = 0;
-    /// Takes what the sound server still holds, closes the file; nothing happens when it does not record. Throws
-    /// DiskFull or DeviceError when the take's end could not be written; the file is closed all the same.
+    /// Takes what the sound server still holds, closes the file; without a recording a card that was opened ahead is
+    /// let go. Throws DiskFull or DeviceError when the take's end could not be written; the file is closed all the
+    /// same.
     virtual void stop() = 0;
-    /// Of the running or else the latest recording. Reading resets the peak.
+    /// Of the running or else the latest recording. Reading resets what is told since the last look.
     virtual RecorderStatus status() = 0;
 };
 

@@ -4,6 +4,7 @@
 #include <QString>
 #include <QStringList>
 
+#include <atomic>
 #include <functional>
 #include <memory>
 
@@ -19,6 +20,9 @@ class FileLock {
     FileLock &operator=(FileLock &&) = delete;
     virtual ~FileLock() = default;
 };
+
+/// Whether files can be made in a folder, as far as it is known.
+enum class Writable { Unknown, No, Yes };
 
 /// What the rooms ask of the disk. Every failing call throws RuntimeError with the file's path: FileNotFound,
 /// PathNotFound, PermissionDenied, DiskFull, PathAccess, BadFileName. Patterns match without regard to case.
@@ -40,6 +44,12 @@ class FileSystem {
     [[nodiscard]] virtual QStringList folders(const QString &folder) const = 0;
     /// Where folders begin, as people know them: drive letters, or the root and every medium that is mounted.
     [[nodiscard]] virtual QStringList drives() const = 0;
+
+    /// Bytes that may still be written on the disk of a folder; -1 when it does not say.
+    [[nodiscard]] virtual qint64 freeBytes(const QString &folder) const = 0;
+    /// Looks whether files can be made in a folder, by making an empty one under a temporary name and removing it.
+    /// Never waits and never fails: the answer stands in what is returned once there is one, which may be never.
+    [[nodiscard]] virtual std::shared_ptr<const std::atomic<Writable>> askWritable(const QString &folder) = 0;
 
     [[nodiscard]] virtual QByteArray read(const QString &path) const = 0;
     /// Replaces the file's content as one step: written beside it, synced, renamed.

@@ -6,6 +6,7 @@ class AudioFiles;
 class DatabaseEngine;
 class FileSystem;
 class Joystick;
+class LoudnessMeter;
 class Prompts;
 class ReportViewer;
 class SoundCard;
@@ -21,6 +22,7 @@ struct Platform {
     Timers &timers;
     Joystick &joystick;
     ReportViewer &report;
+    LoudnessMeter &loudness;
 };
 
 } // namespace orvel

@@ -10,6 +10,7 @@
 #include <QScopeGuard>
 
 #include <algorithm>
+#include <cmath>
 #include <cstdlib>
 #include <cstring>
 #include <new>
@@ -48,7 +49,8 @@ void ProcessingChain::AudioProcessing(const QString &wavPath) {
     const auto hide = qScopeGuard([this] { context_.showProcess(false); });
     take_ = wavPath;
     AudioFile2->open(take_);
-    AudioTransform1.setSampleRate(AudioFile2->sampleRate());
+    sampleRate_ = AudioFile2->sampleRate();
+    AudioTransform1.setSampleRate(sampleRate_);
     AudioTransform1.setChannels(1);
     AudioFile2->close();
     raw_.clear();
@@ -56,6 +58,7 @@ void ProcessingChain::AudioProcessing(const QString &wavPath) {
     isChanged_ = false;
     try {
         runStages();
+        bringToGoal();
     } catch (const FatalError &) {
         abandonStage();
         settleRaw();
@@ -98,21 +101,41 @@ void ProcessingChain::settleRaw() {
 void ProcessingChain::runStages() {
     const ProcessorSettings settings = context_.settings();
     for (const Stage *stage : stagesToRun(settings)) {
-        run(*stage, knobValues(*stage, settings));
+        run(QString::fromUtf8(stage->caption),
+            [&] { stage->run(AudioTransform1, samples_, knobValues(*stage, settings)); });
     }
 }
 
-void ProcessingChain::run(const Stage &stage, KnobValues knobs) {
+void ProcessingChain::bringToGoal() {
+    const LoudnessGoal goal = context_.loudness();
+    if (const QString problem = goal.problem(); !problem.isEmpty()) {
+        context_.tell(problem);
+        return;
+    }
+    if (!goal.isSet()) {
+        return;
+    }
+    std::optional<Loudness> reached;
+    run(QCoreApplication::translate("ProcessingChain", "Luidheid"),
+        [&] { reached = bringToLoudness(AudioTransform1, samples_, sampleRate_, goal, context_.platform.loudness); });
+    constexpr double audibleDifference = 0.5; // LU
+    if (reached && std::abs(reached->lufs - goal.target) > audibleDifference) {
+        context_.tell(QCoreApplication::translate("ProcessingChain", "De opname is te zacht om op %1 LUFS te brengen.")
+                          .arg(goal.target));
+    }
+}
+
+void ProcessingChain::run(const QString &caption, const std::function<void()> &work) {
     StartOperation();
     if (raw_.isEmpty()) {
         keepRaw();
     }
-    stage.run(AudioTransform1, samples_, knobs);
+    work();
     EndOperation();
     if (isLouder(samples_, inaudible)) {
         silencer_.clear();
     } else if (rawIsAudible_ && silencer_.isEmpty()) {
-        silencer_ = QString::fromUtf8(stage.caption);
+        silencer_ = caption;
     }
 }
 

@@ -3,6 +3,7 @@
 #include "dsp/audio_transform.h"
 #include "platform/audio_file.h"
 #include "platform/platform.h"
+#include "production/loudness_stage.h"
 #include "production/stages.h"
 #include "station/recovery.h"
 
@@ -25,6 +26,8 @@ struct ProcessingContext {
     std::function<void(bool visible)> showProcess;
     /// One sentence for the status line.
     std::function<void(const QString &sentence)> tell;
+    /// How loud the station wants its takes; asked for once a take.
+    std::function<LoudnessGoal()> loudness = [] { return LoudnessGoal(); };
 };
 
 /// The studio stages between the end of a recording and its encoding. Each one that is on rewrites the take's file
@@ -33,7 +36,8 @@ class ProcessingChain {
   public:
     explicit ProcessingChain(ProcessingContext context);
 
-    /// Runs the stages that are on, always in the order gain, normalisation, compressor, reverb, trim. The window is
+    /// Runs the stages that are on, always in the order gain, normalisation, compressor, reverb, trim, and loudness,
+    /// where the station has a goal for that, then measures how loud the take has become. The window is
     /// blocked until it returns. Throws FatalError where a folder or a file is missing or a file cannot be
     /// replaced. When the take's sound cannot be read, or a stage's cannot be written, the take stays as it was before
     /// that stage and the status line tells it. In every case the take is complete in "\temp\" or in "\temp2\"; what
@@ -46,7 +50,9 @@ class ProcessingChain {
     void runStages();
     void StartOperation();
     void EndOperation();
-    void run(const Stage &stage, KnobValues knobs);
+    void bringToGoal();
+    /// A stage by its caption and what it does to the samples.
+    void run(const QString &caption, const std::function<void()> &work);
     void keepRaw();
     void settleRaw();
     void openTake();
@@ -64,6 +70,7 @@ class ProcessingChain {
     QString take_;
     QString stageOutput_;
     QString raw_; ///< a second name of the raw take, as soon as there is one
+    int sampleRate_ = 0;
     bool rawIsAudible_ = false;
     bool isChanged_ = false;       ///< a stage's sound stands in the take's place
     QString silencer_;             ///< the stage after which nothing was to be heard any more

@@ -338,7 +338,7 @@ void TakeSession::filingEnded(SaveOffer offer) {
 void TakeSession::watchRecorder() {
     const RecorderStatus status = context_.platform.sound.recorder().status();
     context_.levels(status.peak, status.peak);
-    context_.recorded(status.frames, status.peak);
+    context_.recorded(status);
     if (status.overruns > toldOverruns_) {
         toldOverruns_ = status.overruns;
         context_.tell(tr("Let op: er zit een gat in deze opname; beluister ze of neem opnieuw op."));

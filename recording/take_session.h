@@ -44,8 +44,8 @@ struct SessionContext {
     std::function<void(float left, float right)> levels;
     /// The view stands on another step than the one that the session stands on.
     std::function<void(int row)> showRow;
-    /// How much the running take has by now, in samples, and the highest of the latest ones, 0..1.
-    std::function<void(std::int64_t samples, float peak)> recorded = [](std::int64_t, float) {};
+    /// What the running recording told, 25 times a second.
+    std::function<void(const RecorderStatus &status)> recorded = [](const RecorderStatus &) {};
 };
 
 /// The desk's one session: in exactly one state, with one take from its count-down to its filing. Which step a take

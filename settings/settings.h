@@ -48,7 +48,9 @@ struct Settings {
     Truth UseProcessor;
     std::int32_t MusBack = 0, JingBack = 0, RecBack = 0, EventBack = 0, TijdBack = 0, PresBack = 0;
     std::int32_t MusTxt = 0, jingTxt = 0, RecTxt = 0, EventTxt = 0, TijdTxt = 0, PresTxt = 0;
-    Truth FreeFormat; ///< write 350 kbit/s as true free format
+    Truth FreeFormat;                ///< write 350 kbit/s as true free format
+    std::int16_t LoudnessTarget = 0; ///< LUFS that every take is brought to; 0: as loud as it is
+    std::int16_t TruePeak = -1;      ///< dBTP that the loudness stage stays below
 };
 
 /// The processor panel: the section [AudioProcessor], with its keys in the file's order. Which keys there are, the
@@ -77,9 +79,9 @@ class ProcessorSettings {
 
 /// Reads "\orvel.ini" of the program folder into every field and every value of the processor. Nothing in it can fail:
 /// a file that is missing or unreadable is empty, and a value that cannot be used gives its field the default, as a
-/// missing one does: BitRate 2, white backgrounds, 0 or off for the rest. Numbers are decimal, with a point; halves
-/// round to the even neighbour, and a number outside its field's range cannot be used. A truth value is on when its
-/// number is exactly 1.
+/// missing one does: BitRate 2, white backgrounds, a true peak of -1, 0 or off for the rest. Numbers are decimal, with
+/// a point; halves round to the even neighbour, and a number outside its field's range cannot be used. A truth value is
+/// on when its number is exactly 1.
 void LoadSettings(FileSystem &files, const QString &programFolder, Settings &settings, ProcessorSettings &processor);
 
 /// The section [Drives].

@@ -42,6 +42,8 @@ std::span<const SettingsKey> settingsKeys() {
         SettingsKey{"Colors", "EventTxt", &Settings::EventTxt, Setup, nullptr, black},
         SettingsKey{"Colors", "TijdTxt", &Settings::TijdTxt, Nobody, nullptr, black},
         SettingsKey{"Colors", "PresTxt", &Settings::PresTxt, Setup, nullptr, black},
+        SettingsKey{"Loudness", "Target", &Settings::LoudnessTarget},
+        SettingsKey{"Loudness", "TruePeak", &Settings::TruePeak, Nobody, nullptr, -1},
     };
     return keys;
 }

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "platform/ebur128/ebur128_meter.h"
 #include "platform/fake/fake_audio_files.h"
 #include "platform/fake/fake_joystick.h"
 #include "platform/fake/fake_prompts.h"
@@ -27,7 +28,8 @@ struct TestPlatform {
     Databases databases;
     SystemAudioFiles realAudioFiles;
     FakeAudioFiles audioFiles{realAudioFiles};
-    Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report};
+    Ebur128Meter loudness;
+    Platform platform{sound, audioFiles, databases, files, prompts, timers, joystick, report, loudness};
 };
 
 } // namespace orvel

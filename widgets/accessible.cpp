@@ -19,6 +19,7 @@ QAccessible::Role roleOf(const QString &className) {
         {"orvel::TimeDisplay", QAccessible::StaticText}, {"orvel::LedLabel", QAccessible::StaticText},
         {"orvel::Lamp", QAccessible::Indicator},         {"orvel::LevelMeter", QAccessible::ProgressBar},
         {"orvel::SpinButton", QAccessible::SpinBox},     {"orvel::Waveform", QAccessible::Slider},
+        {"orvel::AlarmLine", QAccessible::AlertMessage},
     };
     return roles.value(className, QAccessible::NoRole);
 }
@@ -204,6 +205,15 @@ void announceState(QWidget &widget) {
         changed.checked = true;
         QAccessibleStateChangeEvent event(&widget, changed);
         QAccessible::updateAccessibility(&event);
+    }
+}
+
+void announceAlert(QWidget &widget) {
+    if (QAccessible::isActive()) {
+        for (const QAccessible::Event kind : {QAccessible::NameChanged, QAccessible::Alert}) {
+            QAccessibleEvent event(&widget, kind);
+            QAccessible::updateAccessibility(&event);
+        }
     }
 }
 

@@ -12,5 +12,7 @@ void installAccessibility();
 /// Tells a screen reader that listens that the widget's value, or its on and off, has changed.
 void announceValue(QWidget &widget);
 void announceState(QWidget &widget);
+/// Tells it that the widget's name is news that cannot wait.
+void announceAlert(QWidget &widget);
 
 } // namespace orvel

@@ -59,6 +59,9 @@ QLabel[role="muted"] { color: @muted; }
 QLabel[role="value"] { font-weight: bold; }
 QLabel[urgent="true"] { color: @attention; }
 QLabel[role="attention"] { color: @attention; font-weight: bold; }
+QLabel[role="alarm"] {
+    background: @record; color: @recordText; font-size: @largept; font-weight: bold; border-radius: 4px; padding: 0.15em;
+}
 QLabel:disabled { color: @disabled; }
 
 QGroupBox {

@@ -40,7 +40,9 @@ ThemeVariant chooseTheme(const QString &wish, std::optional<ThemeVariant> deskto
 /// Dynamic properties that the style sheet knows:
 /// - QPushButton `role`: "record" (the large record button; see setRecording), "primary" (the one main action of a
 ///   window), "quiet" (a button without a frame);
-/// - QLabel `role`: "title", "muted", "value" (a figure that matters), "attention" (in red, bold).
+/// - QLabel `role`: "title", "muted", "value" (a figure that matters), "attention" (in red, bold), "alarm" (large, on
+/// the
+///   recording's red).
 void applyTheme(QApplication &application);
 void applyTheme(QApplication &application, ThemeVariant variant);
 

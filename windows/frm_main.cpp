@@ -11,6 +11,7 @@
 #include "recording/player_settings.h"
 #include "station/ignore_errors.h"
 #include "station/work_folders.h"
+#include "widgets/alarm_line.h"
 #include "windows/card_panel.h"
 #include "windows/file_panel.h"
 #include "windows/frm_adv.h"
@@ -25,6 +26,7 @@
 #include "windows/frm_station.h"
 #include "windows/frm_unfiled.h"
 #include "windows/grid_panel.h"
+#include "windows/input_panel.h"
 #include "windows/on.h"
 #include "windows/playback_panel.h"
 #include "windows/processor_panel.h"
@@ -93,6 +95,8 @@ View frmMain::view() {
     view.showStations = [this] { showStations(); };
     view.progress = [this](std::optional<int> percent) { panels_.savePanel->showProgress(percent); };
     view.pictureChanged = [this] { panels_.stepPanel->showPicture(); };
+    view.chosenCard = [this] { return panels_.cardPanel->chosenCard().name; };
+    view.watched = [this] { showWatch(); };
     view.showProcess = [this](bool visible) { showProcess(visible); };
     return view;
 }
@@ -109,6 +113,9 @@ void frmMain::makePanels() {
     panels_.playbackPanel = new PlaybackPanel(work.listening, work.session, this);
     panels_.cardPanel = new CardPanel(platform_, work.view.tell, this);
     panels_.meterPanel = new MeterPanel(this);
+    panels_.inputPanel = new InputPanel(this);
+    panels_.lblGuard = new AlarmLine(this);
+    panels_.lblGuard->setObjectName(QStringLiteral("lblGuard"));
     panels_.processorPanel = new ProcessorPanel(this);
 }
 
@@ -152,6 +159,7 @@ bool frmMain::Form_Load() {
     work.session.mode.hasStations = platform_.files.fileExists(work.places.stationList());
     showDesk();
     panels_.cardPanel->watch();
+    work.watch.begin();
     restoreDesk();
     tmrJoystick_->setEnabled(true);
     if (splash_) {
@@ -304,6 +312,7 @@ void frmMain::showDesk() {
                             neighboursOf(workplace_.datList, workplace_.step));
     showTake();
     escape_->setEnabled(workplace_.session.state() == SessionState::CountingDown);
+    panels_.lblLoudness->setText(workplace_.takeLoudness());
     showProgress();
 }
 
@@ -321,6 +330,11 @@ void frmMain::showTalk() {
                 records ? workplace_.session.ElapsedMs() : static_cast<std::int32_t>(workplace_.picture.lengthMs())));
     panels_.stepPanel->wavTake->setPosition(
         state == SessionState::Listening ? std::optional<double>(workplace_.listening.position()) : std::nullopt);
+}
+
+void frmMain::showWatch() {
+    panels_.lblGuard->tell(workplace_.watch.guard().sentences());
+    panels_.inputPanel->show(workplace_.watch.verdict(), workplace_.watch.guard().hasClipped());
 }
 
 void frmMain::showTick() {

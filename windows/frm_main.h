@@ -24,6 +24,8 @@ namespace orvel {
 class CardPanel;
 class FilePanel;
 class GridPanel;
+class AlarmLine;
+class InputPanel;
 class Joystick;
 class MeterPanel;
 class PlaybackPanel;
@@ -57,7 +59,10 @@ struct Panels {
     SavePanel *savePanel = nullptr;
     CardPanel *cardPanel = nullptr;
     MeterPanel *meterPanel = nullptr;
-    QSplitter *lists = nullptr; ///< playlists and grid
+    InputPanel *inputPanel = nullptr;
+    AlarmLine *lblGuard = nullptr;
+    QLabel *lblLoudness = nullptr; ///< of the selected step's take
+    QSplitter *lists = nullptr;    ///< playlists and grid
     QTabWidget *tabRec = nullptr;
     QToolButton *cmdFold = nullptr; ///< folds tabRec down to its tabs
     QToolBar *tlbMain = nullptr;
@@ -156,6 +161,8 @@ class frmMain : public QMainWindow {
     void showTake();
     void showTalk();
     void showTick();
+    /// What the watch has noticed.
+    void showWatch();
     void tell(const QString &sentence);
 
     Platform &platform_;

@@ -1,8 +1,10 @@
 // How the main window is put together: which panel stands where.
+#include "widgets/alarm_line.h"
 #include "windows/card_panel.h"
 #include "windows/file_panel.h"
 #include "windows/frm_main.h"
 #include "windows/grid_panel.h"
+#include "windows/input_panel.h"
 #include "windows/on.h"
 #include "windows/playback_panel.h"
 #include "windows/processor_panel.h"
@@ -80,7 +82,10 @@ QWidget *frmMain::recordingStrip() {
     actions->add(panels_.playbackPanel);
     actions->add(panels_.savePanel);
     side->addWidget(actions);
-    side->addWidget(panels_.meterPanel);
+    auto *meters = new QHBoxLayout;
+    meters->addWidget(panels_.meterPanel, 1);
+    meters->addWidget(panels_.inputPanel);
+    side->addLayout(meters);
     buttons->addWidget(panels_.recorderPanel);
     buttons->addLayout(side, 1);
     auto *layout = new QVBoxLayout(strip);
@@ -118,6 +123,8 @@ void frmMain::layOut() {
     auto *layout = new QVBoxLayout(middle);
     layout->setContentsMargins(fontMetrics().height() / 2, fontMetrics().height() / 2, fontMetrics().height() / 2, 0);
     layout->addWidget(panels_.lists, 1);
+    // The lists give way to it: what is below them stays where it is.
+    layout->addWidget(panels_.lblGuard);
     layout->addWidget(recordingStrip());
     layout->addWidget(panels_.tabRec);
     setCentralWidget(middle);
@@ -127,6 +134,11 @@ void frmMain::layOut() {
     panels_.lblStatus->setAccessibleDescription(tr("Statusregel"));
     statusBar()->setSizeGripEnabled(false);
     statusBar()->addWidget(panels_.lblStatus, 1);
+    panels_.lblLoudness = new QLabel(this);
+    panels_.lblLoudness->setObjectName(QStringLiteral("lblLoudness"));
+    panels_.lblLoudness->setProperty("role", QStringLiteral("muted"));
+    panels_.lblLoudness->setAccessibleDescription(tr("Luidheid van de opname"));
+    statusBar()->addPermanentWidget(panels_.lblLoudness);
     statusBar()->addPermanentWidget(panels_.savePanel->barProgress);
     // Fits a screen of 1280 x 800 with its title bar and frame.
     resize(1240, 750);

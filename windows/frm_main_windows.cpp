@@ -114,13 +114,12 @@ void frmMain::showSplash() {
 
 void frmMain::showPreview() {
     if (!preview_) {
-        preview_ =
-            std::make_unique<frmPreview>(PreviewContext{platform_, workplace_.step,
-                                                        PreviewSources{platform_.files, workplace_.settings,
-                                                                       workplace_.drives, workplace_.catalogues},
-                                                        loadDesk(platform_.files, workplace_.places.programFolder())
-                                                            .cueVolume},
-                                         this);
+        preview_ = std::make_unique<frmPreview>(
+            PreviewContext{
+                platform_, workplace_.step,
+                PreviewSources{platform_.files, workplace_.settings, workplace_.drives, workplace_.catalogues},
+                loadDesk(platform_.files, workplace_.places.programFolder()).cueVolume},
+            this);
     }
     preview_->Form_Load();
     preview_->open();

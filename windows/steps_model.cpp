@@ -85,7 +85,8 @@ QVariant StepsModel::cell(int row, int column, int role) const {
         return look == StepLook::Tick ? QVariant(playlist_.value(row, column).toBool() ? Qt::Checked : Qt::Unchecked)
                                       : QVariant();
     case Qt::TextAlignmentRole:
-        return look == StepLook::Number || look == StepLook::Seconds ? QVariant(Qt::AlignRight | Qt::AlignVCenter) : QVariant();
+        return look == StepLook::Number || look == StepLook::Seconds ? QVariant(Qt::AlignRight | Qt::AlignVCenter)
+                                                                     : QVariant();
     case Qt::BackgroundRole:
         return style(row) ? QVariant(QBrush(fromStoredColour(style(row)->back))) : QVariant();
     case Qt::ForegroundRole:

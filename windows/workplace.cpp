@@ -1,5 +1,6 @@
 #include "windows/workplace.h"
 
+#include "platform/audio.h"
 #include "station/holder.h"
 #include "station/ignore_errors.h"
 
@@ -13,11 +14,15 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
       marks(datList, platform.databases, settings.NewPath, view.rowChanged), tracks(platform.files, settings),
       drives(platform.files, programFolder), catalogues(platform, settings),
       takes(platform.files, places, journal, recovery, toText(presentHolder())), packer(platform),
-      chain(ProcessingContext{platform, places.programFolder(), view.processor, recovery, view.showProcess, view.tell}),
-      picture(platform, places, view.pictureChanged),
-      session({platform, settings, datList, step, marks, takes, places,
-               [this](const QString &take) { chain.AudioProcessing(take); }, view.tell, view.changed, view.ticked,
-               view.levels, view.showRow, [this](std::int64_t samples, float peak) { picture.grow(samples, peak); }}),
+      chain(ProcessingContext{platform, places.programFolder(), view.processor, recovery, view.showProcess, view.tell,
+                              [this] {
+                                  return LoudnessGoal{settings.LoudnessTarget, settings.TruePeak};
+                              }}),
+      loudness(platform), picture(platform, places, view.pictureChanged),
+      session({platform, settings, datList, step, marks, takes, places, [this](const QString &take) { process(take); },
+               view.tell, [this] { deskChanged(); }, view.ticked, view.levels, view.showRow,
+               [this](const RecorderStatus &status) { takeGrew(status); }}),
+      watch({platform, settings, places, session, view.chosenCard, view.levels, view.watched}),
       listening({platform, settings, datList, step, places, session, view.ticked, view.levels}),
       completion({platform, settings, datList, step, recovery, view.refreshPlaylist, view.showRow, view.changed,
                   view.closePlaylist, view.refreshLists, view.tell}),
@@ -26,6 +31,21 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
               view.changed}),
       unfinished({platform, settings, places, recovery, journal, takes, marks, view.tell}),
       lock(platform.files, places) {}
+
+void Workplace::process(const QString &take) {
+    chain.AudioProcessing(take);
+    loudness.measure(take);
+}
+
+void Workplace::deskChanged() {
+    watch.sessionChanged();
+    view.changed();
+}
+
+void Workplace::takeGrew(const RecorderStatus &status) {
+    picture.grow(status.frames, status.peak);
+    watch.recorded(status);
+}
 
 void Workplace::follow() {
     QString file;
@@ -54,6 +74,16 @@ void Workplace::showTake(const QString &name) {
         }
     }
     session.stepSelected();
+}
+
+QString Workplace::takeLoudness() const {
+    QString text;
+    ignoringErrors([&] {
+        const std::optional<Loudness> known =
+            session.facts().canSave ? loudness.of(places.take(session.currentTake().name())) : std::nullopt;
+        text = known ? toText(*known) : QString();
+    });
+    return text;
 }
 
 void Workplace::keepCopy(const QString &playlist) {

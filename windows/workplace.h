@@ -9,6 +9,7 @@
 #include "production/filing.h"
 #include "production/processing_chain.h"
 #include "production/saving.h"
+#include "production/take_loudness.h"
 #include "production/unfinished.h"
 #include "recording/catalogues.h"
 #include "recording/flac_packer.h"
@@ -16,6 +17,7 @@
 #include "recording/take_picture.h"
 #include "recording/take_session.h"
 #include "recording/take_store.h"
+#include "recording/watch.h"
 #include "settings/settings.h"
 #include "station/drive_map.h"
 #include "station/journal.h"
@@ -41,6 +43,8 @@ struct View {
     std::function<void(std::optional<int> percent)> progress;
     std::function<void(bool visible)> showProcess;
     std::function<void()> pictureChanged;
+    std::function<QString()> chosenCard;
+    std::function<void()> watched;
 };
 
 /// The rooms of one station, put together: everything that the windows show and ask. Knows no window.
@@ -62,8 +66,10 @@ struct Workplace {
     TakeStore takes;
     FlacPacker packer;
     ProcessingChain chain;
+    TakeLoudness loudness;
     TakePicture picture;
     TakeSession session;
+    Watch watch;
     Listening listening;
     Completion completion;
     Filing filing;
@@ -77,10 +83,15 @@ struct Workplace {
     void tidyTakes();
     /// A take came back from recovery: its step is selected where the open playlist has it, and it can be saved.
     void showTake(const QString &name);
+    /// How loud the selected step's take is, where that is known; else empty.
+    [[nodiscard]] QString takeLoudness() const;
 
   private:
     /// Of a playlist that is about to be changed for the first time.
     void keepCopy(const QString &playlist);
+    void process(const QString &take);
+    void deskChanged();
+    void takeGrew(const RecorderStatus &status);
 
     SessionState followed_ = SessionState::Idle;
 };

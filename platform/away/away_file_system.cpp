@@ -97,6 +97,19 @@ QStringList AwayFileSystem::drives() const {
     return drives.isEmpty() ? QStringList{everywhere} : drives;
 }
 
+qint64 AwayFileSystem::freeBytes(const QString &folder) const {
+    return in(folder, folder, [folder](const FileSystem &files) { return files.freeBytes(folder); });
+}
+
+std::shared_ptr<const std::atomic<Writable>> AwayFileSystem::askWritable(const QString &folder) {
+    if (!isAway(folder)) {
+        return real_->askWritable(folder);
+    }
+    const auto answer = std::make_shared<std::atomic<Writable>>(Writable::Unknown);
+    work_.post(folder, [real = real_, folder, answer] { answer->store(real->askWritable(folder)->load()); });
+    return answer;
+}
+
 QByteArray AwayFileSystem::read(const QString &path) const {
     return in(folderOf(path), path, [path](const FileSystem &files) { return files.read(path); });
 }

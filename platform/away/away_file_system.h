@@ -21,6 +21,8 @@ class AwayFileSystem : public FileSystem {
     [[nodiscard]] QStringList list(const QString &folder, const QString &pattern) const override;
     [[nodiscard]] QStringList folders(const QString &folder) const override;
     [[nodiscard]] QStringList drives() const override;
+    [[nodiscard]] qint64 freeBytes(const QString &folder) const override;
+    [[nodiscard]] std::shared_ptr<const std::atomic<Writable>> askWritable(const QString &folder) override;
     [[nodiscard]] QByteArray read(const QString &path) const override;
     void write(const QString &path, const QByteArray &content) override;
     bool copy(const QString &source, const QString &target, const Progress &progress) override;

@@ -1,9 +1,12 @@
 #include "platform/fake/fake_sound_card.h"
 
+#include "platform/samples.h"
+
 #include <algorithm>
 #include <array>
 #include <cmath>
 #include <numbers>
+#include <utility>
 
 namespace orvel {
 namespace {
@@ -20,6 +23,14 @@ std::array<std::int16_t, kTakeRate> makeTone() {
 
 } // namespace
 
+void FakeRecorder::prepare() {
+    if (!recording_ && !isOpen_) {
+        ++prepared_;
+        isOpen_ = true;
+        unplugged_ = false;
+    }
+}
+
 void FakeRecorder::start() {
     if (startFailure_) {
         const ErrorNumber number = *startFailure_;
@@ -33,10 +44,13 @@ void FakeRecorder::start() {
     writer_ = std::make_unique<TakeWriter>(path_, limits_, *storage_);
     takes_ << path_;
     recording_ = true;
+    isOpen_ = false;
+    heardPeak_ = 0;
     unplugged_ = false;
 }
 
 void FakeRecorder::stop() {
+    isOpen_ = false;
     if (recording_) {
         recording_ = false;
         writer_->finish();
@@ -45,11 +59,17 @@ void FakeRecorder::stop() {
 
 RecorderStatus FakeRecorder::status() {
     RecorderStatus status = writer_ ? writer_->status() : RecorderStatus();
-    status.deviceLost = unplugged_;
+    status.deviceLost = unplugged_ && writer_ != nullptr;
+    status.peak = std::max(status.peak, static_cast<float>(std::exchange(heardPeak_, 0)) / 32768.0F);
+    status.isHeard = std::exchange(isHeard_, false);
     return status;
 }
 
 void FakeRecorder::push(std::span<const std::int16_t> samples) {
+    isHeard_ = isHeard_ || ((isOpen_ || recording_) && !unplugged_ && !samples.empty());
+    if (isOpen_ && !unplugged_) {
+        heardPeak_ = std::max(heardPeak_, highestOf(samples));
+    }
     while (recording_ && !unplugged_ && !samples.empty()) {
         const auto part = samples.first(std::min(samples.size(), writer_->space()));
         writer_->push(part);

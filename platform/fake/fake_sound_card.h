@@ -21,7 +21,7 @@ class FakeRecorder : public WaveRecorder {
   public:
     void setDevice(int device) override { device_ = device; }
     void setFileName(const QString &path) override { path_ = path; }
-    void prepare() override { ++prepared_; }
+    void prepare() override;
     void start() override;
     void stop() override;
     [[nodiscard]] bool isRecording() const { return recording_; }
@@ -34,6 +34,9 @@ class FakeRecorder : public WaveRecorder {
     QString path_;
     int device_ = -1;
     int prepared_ = 0;
+    bool isOpen_ = false;  ///< ahead of a recording
+    bool isHeard_ = false; ///< since the last look
+    int heardPeak_ = 0;    ///< of what came in before a recording
     bool recording_ = false;
     bool unplugged_ = false;
     std::int64_t toneAt_ = 0;
@@ -73,8 +76,8 @@ class FakeSoundCard : public SoundCard {
 
     /// The cards that the next AudioRecord::refresh() finds.
     void plug(std::vector<Card> cards) { plugged_ = std::move(cards); }
-    /// Samples from the microphone, as many as it likes; nobody hears them when nothing records. They are in the file
-    /// after flush() or stop().
+    /// Samples from the microphone, as many as it likes; when nothing records only their level is heard, by a recorder
+    /// that was prepared. They are in the file after flush() or stop().
     void deliver(std::span<const std::int16_t> samples) { recorder_.push(samples); }
     /// So many frames of a 1 kHz tone at a quarter of full scale, which goes on where the last call left it.
     void deliver(std::int64_t frames);
@@ -82,7 +85,8 @@ class FakeSoundCard : public SoundCard {
     void loseFrames(std::int64_t frames);
     /// The take's file is up to date with all that was delivered.
     void flush();
-    /// The card of the running recording vanishes: what is delivered from now on is lost.
+    /// The card of the running recording, or the one that was opened ahead, vanishes: what is delivered from now on is
+    /// lost.
     void unplug() { recorder_.unplugged_ = true; }
     /// The next start() throws this, once, and touches no file.
     void failNextStart(ErrorNumber number) { recorder_.startFailure_ = number; }
@@ -103,8 +107,10 @@ class FakeSoundCard : public SoundCard {
     [[nodiscard]] const std::vector<bool> &muteLog() const { return player_.muteLog_; }
     /// File names of the takes that were started, in their order.
     [[nodiscard]] const QStringList &takes() const { return recorder_.takes_; }
-    /// How often prepare() was called.
+    /// How often a card was opened ahead.
     [[nodiscard]] int prepared() const { return recorder_.prepared_; }
+    /// Whether a card is open, for a recording or ahead of one.
+    [[nodiscard]] bool isOpen() const { return recorder_.isOpen_ || recorder_.recording_; }
     /// As last set, counted from 0; -1 when never set.
     [[nodiscard]] int recorderDevice() const { return recorder_.device_; }
     [[nodiscard]] int playerDevice() const { return player_.device_; }

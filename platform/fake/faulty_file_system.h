@@ -5,6 +5,8 @@
 
 #include <QList>
 
+#include <optional>
+
 namespace orvel {
 
 /// Another file system with faults: the operations named fail for paths that hold a text.
@@ -19,6 +21,10 @@ class FaultyFileSystem : public FileSystem {
     /// From now on, copies to such paths fail after so many bytes, whatever the disk did with them.
     void failCopyAfter(qint64 bytes, const QString &pathPart, ErrorNumber number);
     void heal() { faults_.clear(); }
+    /// The disk has so many bytes left; -1: as many as the real one.
+    void setFreeBytes(qint64 bytes) { freeBytes_ = bytes; }
+    /// What every folder answers that is asked whether it can be written; without an answer, the real one is asked.
+    void setWritable(std::optional<Writable> writable) { writable_ = writable; }
 
     [[nodiscard]] bool fileExists(const QString &path) const override { return real_.fileExists(path); }
     [[nodiscard]] qint64 fileSize(const QString &path) const override { return real_.fileSize(path); }
@@ -29,6 +35,12 @@ class FaultyFileSystem : public FileSystem {
     [[nodiscard]] QStringList list(const QString &folder, const QString &pattern) const override;
     [[nodiscard]] QStringList folders(const QString &folder) const override { return real_.folders(folder); }
     [[nodiscard]] QStringList drives() const override { return real_.drives(); }
+    [[nodiscard]] qint64 freeBytes(const QString &folder) const override {
+        return freeBytes_ >= 0 ? freeBytes_ : real_.freeBytes(folder);
+    }
+    [[nodiscard]] std::shared_ptr<const std::atomic<Writable>> askWritable(const QString &folder) override {
+        return writable_ ? std::make_shared<const std::atomic<Writable>>(*writable_) : real_.askWritable(folder);
+    }
     [[nodiscard]] QByteArray read(const QString &path) const override;
     void write(const QString &path, const QByteArray &content) override;
     bool copy(const QString &source, const QString &target, const Progress &progress) override;
@@ -50,6 +62,8 @@ class FaultyFileSystem : public FileSystem {
 
     FileSystem &real_;
     QList<Fault> faults_;
+    qint64 freeBytes_ = -1;
+    std::optional<Writable> writable_;
 };
 
 } // namespace orvel

@@ -84,6 +84,7 @@ void PulseRecorder::start() {
     }
     openStream();
     try {
+        waitUntilReady();
         waitForSound();
         writer_ = std::make_unique<TakeWriter>(path_);
     } catch (...) {
@@ -92,6 +93,7 @@ void PulseRecorder::start() {
     }
     const PulseServer::Lock lock(server_);
     received_.store(0, std::memory_order_relaxed);
+    heardPeak_.store(0, std::memory_order_relaxed);
     takeLost_.store(streamLost_.load(std::memory_order_relaxed), std::memory_order_relaxed);
     suspendedSince_.reset();
     take_.store(writer_.get(), std::memory_order_release);
@@ -167,12 +169,20 @@ void PulseRecorder::connectStream(const PulseSource &source) {
                                 static_cast<std::uint32_t>(kPieceFrames * pa_frame_size(&format))};
     const auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY);
     const bool asked = pa_stream_connect_record(stream, source.name.constData(), &buffer, flags) == 0;
-    const auto answered = [&] { return pa_stream_get_state(stream) != PA_STREAM_CREATING; };
-    if (!asked || !server_.waitUntil(answered, kServerPatience) || pa_stream_get_state(stream) != PA_STREAM_READY) {
+    if (!asked) {
         dropStream();
         throwDeviceError("de geluidskaart kan niet opnemen");
     }
     openedAt_ = Clock::now();
+}
+
+/// A stream that was only asked for says later whether there is one.
+void PulseRecorder::waitUntilReady() {
+    const PulseServer::Lock lock(server_);
+    const auto answered = [&] { return pa_stream_get_state(stream_) != PA_STREAM_CREATING; };
+    if (!server_.waitUntil(answered, kServerPatience) || pa_stream_get_state(stream_) != PA_STREAM_READY) {
+        throwDeviceError("de geluidskaart kan niet opnemen");
+    }
 }
 
 void PulseRecorder::closeStream() {
@@ -194,6 +204,7 @@ void PulseRecorder::dropStream() {
 
 void PulseRecorder::stop() {
     if (!recording_) {
+        closeStream();
         return;
     }
     recording_ = false;
@@ -206,6 +217,9 @@ RecorderStatus PulseRecorder::status() {
     tellStall();
     RecorderStatus status = writer_ ? writer_->status() : RecorderStatus();
     status.deviceLost = takeLost_.load(std::memory_order_relaxed);
+    const int heard = heardPeak_.exchange(0, std::memory_order_relaxed);
+    status.peak = std::max(status.peak, static_cast<float>(heard) / 32768.0F);
+    status.isHeard = isHeard_.exchange(false, std::memory_order_relaxed);
     return status;
 }
 
@@ -265,12 +279,13 @@ void PulseRecorder::takeSamples() {
     while (pa_stream_readable_size(stream_) > 0 && pa_stream_peek(stream_, &data, &bytes) == 0 && bytes > 0) {
         const std::size_t samples = bytes / sizeof(float);
         const auto frames = static_cast<std::int64_t>(samples / channels_);
-        if (take != nullptr && data != nullptr) {
-            pushMixed(*take, std::span(static_cast<const float *>(data), samples));
+        if (data != nullptr) {
+            mix(take, std::span(static_cast<const float *>(data), samples));
         } else if (take != nullptr) {
             take->pushHole(frames);
         }
         received_.fetch_add(frames, std::memory_order_relaxed);
+        isHeard_.store(true, std::memory_order_relaxed);
         pa_stream_drop(stream_);
         if (!soundAt_) {
             server_.wakeWaiters();
@@ -279,12 +294,25 @@ void PulseRecorder::takeSamples() {
     }
 }
 
-void PulseRecorder::pushMixed(TakeWriter &take, std::span<const float> samples) {
+/// For a take, or only for the level.
+void PulseRecorder::mix(TakeWriter *take, std::span<const float> samples) {
     while (samples.size() >= channels_) {
         const std::span<std::int16_t> mono = std::span(mono_).first(std::min(mono_.size(), samples.size() / channels_));
         mixToMono(samples, channels_, mono);
-        take.push(mono);
+        if (take != nullptr) {
+            take->push(mono);
+        } else {
+            hear(mono);
+        }
         samples = samples.subspan(mono.size() * channels_);
+    }
+}
+
+void PulseRecorder::hear(std::span<const std::int16_t> samples) {
+    const int highest = highestOf(samples);
+    // Only status() lowers it, and a level that comes at that moment counts for the next look.
+    if (highest > heardPeak_.load(std::memory_order_relaxed)) {
+        heardPeak_.store(highest, std::memory_order_relaxed);
     }
 }
 

@@ -39,6 +39,7 @@ class PulseRecorder : public WaveRecorder {
     [[nodiscard]] bool hasStreamOf(const QString &source) const;
     void openStream();
     void connectStream(const PulseSource &source);
+    void waitUntilReady();
     void waitForSound();
     void closeStream();
     void dropStream(); ///< with the server's lock held
@@ -48,7 +49,8 @@ class PulseRecorder : public WaveRecorder {
     // The server's thread.
     void streamChanged();
     void takeSamples();
-    void pushMixed(TakeWriter &take, std::span<const float> samples);
+    void mix(TakeWriter *take, std::span<const float> samples);
+    void hear(std::span<const std::int16_t> samples);
     void sourceSuspended(bool suspended);
 
     PulseServer &server_;
@@ -72,7 +74,9 @@ class PulseRecorder : public WaveRecorder {
     std::atomic<TakeWriter *> take_{nullptr}; ///< where samples go; without it they go nowhere
     std::atomic<bool> streamLost_{false};
     std::atomic<bool> takeLost_{false};
-    std::atomic<std::int64_t> received_{0};                               ///< frames of the take
+    std::atomic<int> heardPeak_{0};         ///< of what came in without a take, since status() looked
+    std::atomic<bool> isHeard_{false};      ///< something came in since then
+    std::atomic<std::int64_t> received_{0}; ///< frames of the take
     std::optional<std::chrono::steady_clock::time_point> suspendedSince_; ///< under the server's lock
     std::optional<std::chrono::steady_clock::time_point> soundAt_; ///< when stream_ brought some last; under that lock
 };

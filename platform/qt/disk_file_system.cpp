@@ -10,7 +10,10 @@
 #include <QStorageInfo>
 
 #include <algorithm>
+#include <cstdint>
+#include <filesystem>
 #include <span>
+#include <system_error>
 #include <utility>
 #include <vector>
 
@@ -131,6 +134,26 @@ QStringList DiskFileSystem::drives() const {
         }
     }
     return drives;
+}
+
+qint64 DiskFileSystem::freeBytes(const QString &folder) const {
+    std::error_code failure;
+    const std::filesystem::space_info space = std::filesystem::space(folder.toStdU16String(), failure);
+    return failure ? -1 : static_cast<qint64>(std::min<std::uintmax_t>(space.available, INT64_MAX));
+}
+
+std::shared_ptr<const std::atomic<Writable>> DiskFileSystem::askWritable(const QString &folder) {
+    return std::make_shared<const std::atomic<Writable>>(isWritable(folder) ? Writable::Yes : Writable::No);
+}
+
+bool DiskFileSystem::isWritable(const QString &folder) {
+    try {
+        // Removed when it goes, at once or as soon as that can be.
+        const NewContent probe(storage_, folder + QStringLiteral("/probe"), leftovers_);
+        return true;
+    } catch (const RuntimeError &) {
+        return false;
+    }
 }
 
 QByteArray DiskFileSystem::read(const QString &path) const {

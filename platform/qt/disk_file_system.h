@@ -19,6 +19,9 @@ class DiskFileSystem : public FileSystem {
     [[nodiscard]] QStringList list(const QString &folder, const QString &pattern) const override;
     [[nodiscard]] QStringList folders(const QString &folder) const override;
     [[nodiscard]] QStringList drives() const override;
+    [[nodiscard]] qint64 freeBytes(const QString &folder) const override;
+    /// Answers at once, after as long as the disk takes.
+    [[nodiscard]] std::shared_ptr<const std::atomic<Writable>> askWritable(const QString &folder) override;
     [[nodiscard]] QByteArray read(const QString &path) const override;
     void write(const QString &path, const QByteArray &content) override;
     bool copy(const QString &source, const QString &target, const Progress &progress) override;
@@ -29,6 +32,8 @@ class DiskFileSystem : public FileSystem {
     [[nodiscard]] std::unique_ptr<FileLock> tryLock(const QString &path, const QByteArray &content) override;
 
   private:
+    [[nodiscard]] bool isWritable(const QString &folder);
+
     Storage &storage_;
     Leftovers leftovers_;
 };

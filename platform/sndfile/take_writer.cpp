@@ -1,6 +1,7 @@
 #include "platform/sndfile/take_writer.h"
 
 #include "platform/runtime_error.h"
+#include "platform/samples.h"
 #include "platform/sndfile/background_sync.h"
 #include "platform/sndfile/wav_output.h"
 #include "platform/spsc_ring.h"
@@ -24,6 +25,8 @@ using Clock = std::chrono::steady_clock;
 /// How long samples wait at most before they go to disk.
 constexpr auto kWriteInterval = 50ms;
 constexpr auto kHeaderInterval = 1s;
+/// Of either sign.
+constexpr int fullScale = 32767;
 
 } // namespace
 
@@ -42,6 +45,7 @@ class TakeWriter::Impl {
 
     void push(std::span<const std::int16_t> samples) noexcept {
         raisePeak(samples);
+        pushed_ += static_cast<std::int64_t>(samples.size());
         fillHole();
         const std::size_t taken = missing_ == 0 ? ring_.write(samples) : 0;
         if (taken < samples.size()) {
@@ -52,6 +56,7 @@ class TakeWriter::Impl {
 
     void pushHole(std::int64_t frames) noexcept {
         missing_ += frames;
+        pushed_ += frames;
         countOverrun();
         fillHole();
     }
@@ -92,6 +97,7 @@ class TakeWriter::Impl {
         status.overruns = overruns_.load(std::memory_order_relaxed);
         status.diskFull = full_.load(std::memory_order_relaxed);
         status.diskFailed = failed_.load(std::memory_order_relaxed);
+        status.clippedAt = clippedAt_.exchange(-1, std::memory_order_relaxed);
         status.peak = static_cast<float>(peak_.exchange(0, std::memory_order_relaxed)) / 32768.0F;
         return status;
     }
@@ -111,13 +117,21 @@ class TakeWriter::Impl {
     }
 
     void raisePeak(std::span<const std::int16_t> samples) noexcept {
-        int highest = 0;
-        for (const std::int16_t sample : samples) {
-            highest = std::max(highest, std::abs(int{sample}));
+        const int highest = highestOf(samples);
+        if (highest >= fullScale) {
+            tellClipped(samples);
         }
         int known = peak_.load(std::memory_order_relaxed);
         while (highest > known && !peak_.compare_exchange_weak(known, highest, std::memory_order_relaxed)) {
         }
+    }
+
+    /// Only the first one since the last look is told: that is a matter of hundredths of a second.
+    void tellClipped(std::span<const std::int16_t> samples) noexcept {
+        const auto first = std::find_if(samples.begin(), samples.end(),
+                                        [](std::int16_t sample) { return std::abs(int{sample}) >= fullScale; });
+        std::int64_t none = -1;
+        clippedAt_.compare_exchange_strong(none, pushed_ + (first - samples.begin()), std::memory_order_relaxed);
     }
 
     void join() {
@@ -216,9 +230,11 @@ class TakeWriter::Impl {
     SpscRing<std::int16_t> ring_;
     std::atomic<int> overruns_{0};
     std::atomic<int> peak_{0};
+    std::atomic<std::int64_t> clippedAt_{-1};
     std::atomic<bool> full_{false};
     std::atomic<bool> failed_{false}; ///< for another reason
     std::atomic<std::int64_t> frames_{0};
+    std::int64_t pushed_ = 0;  ///< sound card's thread only: frames of the take so far, with the holes
     std::int64_t missing_ = 0; ///< sound card's thread only: frames lost that silence must still come for
 
     std::mutex mutex_;

@@ -59,7 +59,8 @@ class TakeWriter {
     /// push() may run or follow. Throws DiskFull, DeviceError and what else a storage says when the take could not be
     /// written to its end, DiskNotReady when the disk does not answer; the file is closed and valid all the same.
     void finish();
-    /// Reading resets the peak. deviceLost is never set: that is for the recorder to know.
+    /// Reading resets the peak and where it was clipped. deviceLost and isHeard are never set: those are for the
+    /// recorder to know.
     [[nodiscard]] RecorderStatus status() noexcept;
 
   private:

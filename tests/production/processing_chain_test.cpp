@@ -139,12 +139,13 @@ class Processing : public testing::Test, protected TestPlatform<JetEngine, Logge
     QString takePath = folder.filePath(QStringLiteral("temp/voice.wav"));
     Recovery recovery{files, programFolder};
     ProcessorSettings settings = processorKeys();
+    LoudnessGoal goal;
     QList<bool> shown;
     QStringList told;
     int rate = 0;
     ProcessingChain chain{{platform, programFolder, [this] { return settings; }, recovery,
                            [this](bool visible) { shown << visible; },
-                           [this](const QString &sentence) { told << sentence; }}};
+                           [this](const QString &sentence) { told << sentence; }, [this] { return goal; }}};
 };
 
 } // namespace
@@ -492,6 +493,37 @@ TEST_F(Processing, ANameWithDotsKeepsThem) {
     chain.AudioProcessing(dotted);
     EXPECT_EQ(audioFiles.created, QStringList{path("temp2/a.b.wav")});
     EXPECT_EQ(filesIn("temp"), QStringList{QStringLiteral("a.b.wav")});
+}
+
+TEST_F(Processing, AStationWithALoudnessGoalGetsItAfterTheOtherStages) {
+    switchEverythingOn();
+    goal = {-20, -1};
+    const Samples after = processed();
+    const std::optional<Loudness> reached = loudness.measure(after, 44100);
+    ASSERT_TRUE(reached);
+    EXPECT_NEAR(reached->lufs, -20, 0.2) << "whatever the stages before made of it";
+    EXPECT_TRUE(told.isEmpty());
+    EXPECT_EQ(filesIn("temp2"), QStringList());
+    EXPECT_EQ(read(kept()), makeTake()) << "the raw take is kept";
+}
+
+TEST_F(Processing, ALoudnessGoalThatCannotBeIsToldAndLeavesTheTake) {
+    goal = {18, -1};
+    EXPECT_EQ(processed(), makeTake());
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_TRUE(told.first().contains(QStringLiteral("18 LUFS")));
+}
+
+TEST_F(Processing, ATakeThatIsTooSoftForTheGoalIsTold) {
+    Samples soft = makeTake();
+    for (std::int16_t &sample : soft) {
+        sample = static_cast<std::int16_t>(sample / 1000);
+    }
+    writeTake(soft);
+    goal = {-16, -1};
+    processed();
+    ASSERT_EQ(told.size(), 1);
+    EXPECT_EQ(told.first(), QStringLiteral("De opname is te zacht om op -16 LUFS te brengen."));
 }
 
 } // namespace orvel

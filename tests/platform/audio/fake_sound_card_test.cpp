@@ -175,6 +175,37 @@ TEST_F(FakeRecorderTest, DeliversAToneThatGoesOn) {
     EXPECT_FLOAT_EQ(sound.recorder().status().peak, 0.25F);
 }
 
+TEST_F(FakeRecorderTest, ACardThatIsOpenTellsItsLevelAndKeepsNothing) {
+    sound.deliver(30'000);
+    EXPECT_FALSE(sound.recorder().status().isHeard) << "it is not open";
+    sound.recorder().prepare();
+    sound.recorder().prepare();
+    EXPECT_EQ(sound.prepared(), 1);
+    sound.deliver(30'000);
+    const RecorderStatus heard = sound.recorder().status();
+    EXPECT_TRUE(heard.isHeard);
+    EXPECT_FLOAT_EQ(heard.peak, 0.25F);
+    EXPECT_EQ(heard.frames, 0);
+    EXPECT_FALSE(sound.recorder().status().isHeard) << "nothing more came in";
+    EXPECT_FALSE(QFile::exists(path));
+    sound.recorder().stop();
+    EXPECT_FALSE(sound.isOpen());
+}
+
+TEST_F(FakeRecorderTest, TellsWhereATakeWasClipped) {
+    sound.recorder().start();
+    std::vector<std::int16_t> samples(1000, 32766);
+    sound.deliver(samples);
+    EXPECT_EQ(sound.recorder().status().clippedAt, -1);
+    sound.loseFrames(500);
+    samples[7] = -32768;
+    samples[9] = 32767;
+    sound.deliver(samples);
+    EXPECT_EQ(sound.recorder().status().clippedAt, 1507) << "the first one, holes counted";
+    EXPECT_EQ(sound.recorder().status().clippedAt, -1) << "since the last look";
+    sound.recorder().stop();
+}
+
 TEST_F(FakeRecorderTest, KeepsATakeWhoseCardVanished) {
     sound.recorder().start();
     sound.deliver(1000);

@@ -366,6 +366,77 @@ TEST_F(PulseTest, PreparingRecordsNothingAndFailsNever) {
     waitForFrames(4410);
 }
 
+TEST_F(PulseTest, ACardThatIsOpenTellsItsLevelAndIsLetGo) {
+    const auto listeners = [this] { return pulse.pactl({"list", "short", "source-outputs"}); };
+    pulse.loadNullSink("A");
+    connect().recorder().prepare();
+    EXPECT_TRUE(comesTrue([&] { return card->recorder().status().isHeard; }));
+    const pid_t player = pulse.play(tone("t.wav", "2", "440"), "A");
+    float highest = 0;
+    EXPECT_TRUE(comesTrue([&] {
+        highest = std::max(highest, card->recorder().status().peak);
+        return highest > 0.45F;
+    }));
+    EXPECT_LT(highest, 0.55F);
+    EXPECT_EQ(card->recorder().status().frames, 0);
+    EXPECT_FALSE(listeners().isEmpty());
+    card->recorder().stop();
+    EXPECT_TRUE(comesTrue([&] { return listeners().isEmpty(); })) << "nobody holds the card";
+    test::waitForTool(player);
+}
+
+TEST_F(PulseTest, WhatWasOnlyHeardIsNotInTheTake) {
+    pulse.loadNullSink("A");
+    connect().recorder().prepare();
+    test::waitForTool(pulse.play(tone("t.wav", "1", "440"), "A"));
+    std::this_thread::sleep_for(300ms);
+    startTake("a.wav");
+    waitForFrames(22050);
+    card->recorder().stop();
+    EXPECT_EQ(soxStat(take, "Maximum amplitude"), 0);
+}
+
+TEST_F(PulseTest, ACardThatIsOpenSurvivesUnpluggingAndItsServersEnd) {
+    const int a = pulse.loadNullSink("A");
+    pulse.loadNullSink("B");
+    connect().recorder().prepare();
+    ASSERT_TRUE(comesTrue([&] { return card->recorder().status().isHeard; }));
+    pulse.unload(a);
+    EXPECT_TRUE(comesTrue([&] {
+        static_cast<void>(card->recorder().status());
+        std::this_thread::sleep_for(100ms);
+        return !card->recorder().status().isHeard;
+    }));
+    card->recorder().prepare(); // nothing to open
+    pulse.loadNullSink("A");
+    EXPECT_TRUE(comesTrue([&] {
+        static_cast<void>(card->audioRecord().refresh());
+        card->recorder().prepare();
+        return card->recorder().status().isHeard;
+    }));
+    EXPECT_FALSE(card->recorder().status().deviceLost) << "no take was lost";
+    pulse.kill();
+    std::this_thread::sleep_for(200ms);
+    card->recorder().prepare();
+    EXPECT_EQ(errorOf([&] { startTake("a.wav"); }), 57);
+    card->recorder().stop();
+}
+
+// Opening a card waited for the server's answer, three seconds at the most: nobody may wait for a level.
+TEST_F(PulseTest, OpeningACardNeverWaits) {
+    pulse.loadNullSink("A");
+    connect();
+    pulse.freeze(true);
+    const auto before = std::chrono::steady_clock::now();
+    card->recorder().prepare();
+    card->recorder().prepare();
+    static_cast<void>(card->recorder().status());
+    card->recorder().stop();
+    EXPECT_LT(std::chrono::steady_clock::now() - before, 100ms);
+    pulse.freeze(false);
+    EXPECT_TRUE(comesTrue([&] { return errorOf([&] { startTake("a.wav"); }) == 0; }));
+}
+
 TEST_F(PulseTest, RecordsFromTheCardChosenLastNotFromThePreparedOne) {
     pulse.loadNullSink("A");
     pulse.loadNullSink("B");

@@ -61,6 +61,10 @@ class SlowDisk : public DiskFileSystem {
             return progress(done, total);
         });
     }
+    std::shared_ptr<const std::atomic<Writable>> askWritable(const QString &folder) override {
+        gate_->pass();
+        return DiskFileSystem::askWritable(folder);
+    }
     std::unique_ptr<FileLock> tryLock(const QString &path, const QByteArray &content) override {
         gate_->pass();
         auto lock = DiskFileSystem::tryLock(path, content);
@@ -279,6 +283,22 @@ TEST_F(Away, ALockInTheStationIsTakenDirectly) {
     ASSERT_TRUE(lock);
     lock.reset();
     EXPECT_FALSE(QFile::exists(path("station/orvel.lock"))) << "gone when it is given back, not some time later";
+}
+
+TEST_F(Away, WhetherAServerCanBeWrittenIsAskedWithoutWaiting) {
+    gate->close();
+    QElapsedTimer took;
+    took.start();
+    const auto answer = files.askWritable(path("share"));
+    EXPECT_LT(took.elapsed(), 100);
+    EXPECT_EQ(answer->load(), Writable::Unknown);
+    gate->open();
+    for (int i = 0; i < 500 && answer->load() == Writable::Unknown; ++i) {
+        QThread::msleep(10);
+    }
+    EXPECT_EQ(answer->load(), Writable::Yes);
+    EXPECT_EQ(onShare(), QStringList{"a.mp3"}) << "nothing of the looking stays";
+    EXPECT_EQ(files.askWritable(path("station/niets"))->load(), Writable::No) << "the station is asked directly";
 }
 
 } // namespace orvel

@@ -94,6 +94,19 @@ TEST_F(Disk, TellsTheSizeOfAFile) {
     EXPECT_EQ(errorOf([&] { static_cast<void>(disk.fileSize(path("weg.mdb"))); }), 53);
 }
 
+TEST_F(Disk, TellsHowMuchRoomThereIs) {
+    EXPECT_GT(disk.freeBytes(folder.path()), 0);
+    EXPECT_EQ(disk.freeBytes(path("nergens")), -1);
+}
+
+TEST_F(Disk, LooksWhetherAFolderCanBeWrittenAndLeavesNothing) {
+    EXPECT_EQ(disk.askWritable(folder.path())->load(), Writable::Yes);
+    EXPECT_EQ(everything(), QStringList());
+    EXPECT_EQ(disk.askWritable(path("nergens"))->load(), Writable::No);
+    writeContent(path("bestand"), "x");
+    EXPECT_EQ(disk.askWritable(path("bestand"))->load(), Writable::No);
+}
+
 TEST_F(Disk, AnEmptyFileIsCopiedToo) {
     writeContent(path("leeg"), {});
     writeContent(path("doel"), "oud");
