@@ -82,6 +82,10 @@ QString Places::rawTake(const QString &name) const {
     return takeFile(programFolder_, temp2, name, QStringLiteral(".ruw.wav"));
 }
 
+QString Places::takeVersion(const QString &name, int number) const {
+    return takeFile(programFolder_, temp2, name, QStringLiteral(".versie-%1.wav").arg(number));
+}
+
 QString Places::filed(const QString &name) const {
     return takeFile(programFolder_, QStringLiteral("\\ok\\"), name, mp3);
 }

@@ -30,6 +30,8 @@ class Places {
     [[nodiscard]] QString takeLock(const QString &name) const;
     [[nodiscard]] QString stageOutput(const QString &name) const;
     [[nodiscard]] QString rawTake(const QString &name) const; ///< as it was before processing
+    /// An earlier or later state of a take that was edited.
+    [[nodiscard]] QString takeVersion(const QString &name, int number) const;
     [[nodiscard]] QString filed(const QString &name) const;
     [[nodiscard]] static QString filedOnServer(const QString &VoicetrackPath, const QString &name);
 

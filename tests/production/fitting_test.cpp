@@ -122,11 +122,11 @@ TEST(Fitting, WhatPausesCannotGiveTheTempoDoesAndEveryWordKeepsItsSound) {
                 EXPECT_NEAR(endMs(fitted.samples), post - 100, 30) << voice << speed << factor;
                 ++fits;
                 // Backwards from the end: the pauses are 250 ms by now, all but the one of 120 ms.
-                double end = (post - 100) * perMs;
+                double end = static_cast<double>(post - 100) * static_cast<double>(perMs);
                 for (std::size_t i = take.words.size(); i-- > 0;) {
                     const Word &word = take.words[i];
                     const double length = static_cast<double>(word.sound.size()) / factor;
-                    const double heard = energyOf(fitted.samples, end - length - 50 * perMs, end + 50 * perMs);
+                    const double heard = energyOf(fitted.samples, end - length - 2205, end + 2205);
                     const double spoken = energyOf(word.sound, 0, 1e9) / factor;
                     EXPECT_NEAR(10 * std::log10(heard / spoken), 0, 1) << voice << speed << factor << ", word " << i;
                     const double pause = i > 0 ? static_cast<double>(std::min<std::size_t>(gaps[i], 250)) : 0;
