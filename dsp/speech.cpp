@@ -23,18 +23,6 @@ constexpr double aboveNoise = 10;           ///< of a voice
 constexpr double standsOut = 7;             ///< of the noise, what may belong to the voice
 constexpr double nothing = 1e-10;           ///< below what 16 bits can tell
 
-/// The mean power of every 10 ms, one at every millisecond.
-std::vector<double> windowsOf(std::span<const std::int16_t> samples, SpeechPowers &powers) {
-    std::vector<double> sums{0};
-    sums.reserve(samples.size() / powers.blockLength() + 1);
-    powers.add(samples, [&sums](double power) { sums.push_back(sums.back() + power); });
-    std::vector<double> windows;
-    for (std::size_t i = 0; i + windowMs < sums.size(); ++i) {
-        windows.push_back(std::max(sums[i + windowMs] - sums[i], 0.0) / windowMs);
-    }
-    return windows;
-}
-
 /// The power that so many windows pass.
 double passedBy(std::vector<double> windows, std::size_t count) {
     const auto at = windows.end() - static_cast<std::ptrdiff_t>(std::min(count, windows.size()));
@@ -97,10 +85,18 @@ void joinOverPauses(std::vector<SpeechSegment> &found) {
 SpeechPowers::SpeechPowers(int sampleRate)
     : length_(static_cast<std::size_t>(std::max(sampleRate / 1000, 1))), highPass_(humEnds, std::max(sampleRate, 1)) {}
 
-std::vector<SpeechSegment> findSpeech(std::span<const std::int16_t> samples, int sampleRate) {
+SpeechSearch::SpeechSearch(int sampleRate) : powers_(sampleRate) {}
+
+void SpeechSearch::add(std::span<const std::int16_t> samples) {
     const NoDenormals noDenormals;
-    SpeechPowers powers(sampleRate);
-    const std::vector<double> windows = windowsOf(samples, powers);
+    powers_.add(samples, [this](double power) { sums_.push_back(sums_.back() + power); });
+}
+
+std::vector<SpeechSegment> SpeechSearch::found() const {
+    std::vector<double> windows;
+    for (std::size_t i = 0; i + windowMs < sums_.size(); ++i) {
+        windows.push_back(std::max(sums_[i + windowMs] - sums_[i], 0.0) / windowMs);
+    }
     if (windows.empty()) {
         return {};
     }
@@ -109,15 +105,21 @@ std::vector<SpeechSegment> findSpeech(std::span<const std::int16_t> samples, int
     if (voice < softest || voice < aboveNoise * noise) {
         return {};
     }
-    const double threshold = std::max(belowVoice * voice, standsOut * noise);
-    std::vector<SpeechSegment> found = stretchesAbove(windows, threshold);
+    std::vector<SpeechSegment> found = stretchesAbove(windows, std::max(belowVoice * voice, standsOut * noise));
     dropClicks(found);
     joinOverPauses(found);
-    const std::size_t middle = powers.blockLength() * windowMs / 2;
+    const std::size_t length = powers_.blockLength();
+    const std::size_t middle = length * windowMs / 2;
     for (SpeechSegment &one : found) {
-        one = {one.begin * powers.blockLength() + middle, one.end * powers.blockLength() + middle};
+        one = {one.begin * length + middle, one.end * length + middle};
     }
     return found;
+}
+
+std::vector<SpeechSegment> findSpeech(std::span<const std::int16_t> samples, int sampleRate) {
+    SpeechSearch search(sampleRate);
+    search.add(samples);
+    return search.found();
 }
 
 SpeechWatch::SpeechWatch(int sampleRate) : powers_(sampleRate), recent_(windowMs) {

@@ -59,6 +59,20 @@ class SpeechPowers {
     std::size_t count_ = 0;
 };
 
+/// The search of findSpeech() in a take that comes in blocks, of any length.
+class SpeechSearch {
+  public:
+    explicit SpeechSearch(int sampleRate);
+
+    void add(std::span<const std::int16_t> samples);
+    /// In what was added so far.
+    [[nodiscard]] std::vector<SpeechSegment> found() const;
+
+  private:
+    SpeechPowers powers_;
+    std::vector<double> sums_ = {0}; ///< of the powers of all milliseconds before
+};
+
 /// Finds speech while it is recorded; nothing is known of the voice yet, so that it is a little less sure than
 /// findSpeech(). For one thread.
 class SpeechWatch {

@@ -39,7 +39,11 @@ TakeSession::TakeSession(SessionContext context)
       tmrWatch_(context_.platform.timers.create(40, MissedTicks::Drop, [this] { watchRecorder(); })) {}
 
 Allowed TakeSession::allowed() const {
-    return orvel::allowed(state_, mode, {context_.step.StepSelected}, facts_);
+    TakeFacts facts = facts_;
+    if (facts.canSave) {
+        facts.edits = context_.edits(context_.step.VoiceTrackName);
+    }
+    return orvel::allowed(state_, mode, {context_.step.StepSelected}, facts);
 }
 
 QString TakeSession::caption() const {
@@ -228,7 +232,8 @@ void TakeSession::stop() {
     const bool recorded = context_.takes.isKept(take_);
     if (recorded) {
         context_.takes.keep(take_);
-        facts_ = {true, true};
+        facts_ = {true, true, {}};
+        context_.recorded(take_.name());
     } else {
         context_.takes.abandon(take_);
         lookAtTake();
@@ -297,6 +302,11 @@ void TakeSession::lookAtTake() {
 
 void TakeSession::listeningEnded() {
     facts_.canSave = true;
+    enter(SessionState::Idle);
+}
+
+void TakeSession::editingEnded() {
+    lookAtTake();
     enter(SessionState::Idle);
 }
 

@@ -42,6 +42,10 @@ struct SessionContext {
     std::function<void(float left, float right)> levels;
     /// The view stands on another step than the one that the session stands on.
     std::function<void(int row)> showRow;
+    /// A take was recorded and is ready.
+    std::function<void(const QString &name)> recorded = [](const QString &) {};
+    /// What can be done to a take that was recorded and not filed.
+    std::function<EditFacts(const QString &name)> edits = [](const QString &) { return EditFacts(); };
 };
 
 /// The desk's one session: in exactly one state, with one take from its count-down to its filing. Which step a take
@@ -84,6 +88,9 @@ class TakeSession {
     void stepSelected();
     void listeningBegan() { enter(SessionState::Listening); }
     void listeningEnded();
+    /// The take itself is worked on.
+    void editingBegan() { enter(SessionState::Processing); }
+    void editingEnded();
     void filingBegan() { enter(SessionState::Filing); }
     /// What becomes of the save button when filing ends: by the selected step's take, or as the rules of a save say.
     enum class SaveOffer { ByTake, Stays, Off };

@@ -110,9 +110,12 @@ class Desk : public testing::Test, protected TestPlatform<FakeDatabaseEngine> {
     int stationsShown = 0;
     TakeStore takes{files, places, journal, recovery, "wij"};
     std::function<void(const QString &)> process = [](const QString &) {};
+    std::function<void(const QString &)> onRecorded = [](const QString &) {};
+    std::function<EditFacts(const QString &)> edits = [](const QString &) { return EditFacts(); };
     TakeSession session{{platform, settings, playlist, step, marks, takes, places,
                          [this](const QString &wav) { process(wav); }, tell, [] {}, [] {}, [](float, float) {},
-                         [this](int row) { select(row); }}};
+                         [this](int row) { select(row); }, [this](const QString &name) { onRecorded(name); },
+                         [this](const QString &name) { return edits(name); }}};
     Listening listening{{platform, settings, playlist, step, places, session, [] {}, [](float, float) {}}};
     Completion completion{{platform, settings, playlist, step, recovery, [this] { playlist.refresh(); },
                            [this](int row) { select(row); }, [] {}, [this] { playlist.close(); }, [] {}, tell}};

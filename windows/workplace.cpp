@@ -11,9 +11,12 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
       drives(platform.files, programFolder), catalogues(platform, settings),
       takes(platform.files, places, journal, recovery, toText(presentHolder())),
       chain(ProcessingContext{platform, places.programFolder(), view.processor, recovery, view.showProcess, view.tell}),
+      editing(platform, places, recovery),
       session({platform, settings, datList, step, marks, takes, places,
                [this](const QString &take) { chain.AudioProcessing(take); }, view.tell, view.changed, view.ticked,
-               view.levels, view.showRow}),
+               view.levels, view.showRow, [this](const QString &take) { retouching.recorded(take); },
+               [this](const QString &take) { return retouching.facts(take); }}),
+      retouching({platform, places, step, session, editing, view.showProcess, view.tell}),
       listening({platform, settings, datList, step, places, session, view.ticked, view.levels}),
       completion({platform, settings, datList, step, recovery, view.refreshPlaylist, view.showRow, view.changed,
                   view.closePlaylist, view.refreshLists, view.tell}),
@@ -21,9 +24,13 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
       saving({platform, settings, places, session, listening, filing, completion, view.tell, view.showStations,
               view.changed}),
       unfinished({platform, settings, places, recovery, journal, takes, marks, view.tell}),
-      lock(platform.files, places) {}
+      lock(platform.files, places) {
+    takes.ended = [this](const QString &take) { retouching.ended(take); };
+}
 
 void Workplace::showTake(const QString &name) {
+    retouching.ended(name);
+    retouching.recorded(name);
     if (session.mode.RecorderOnly) {
         step.VoiceTrackName = name;
     }

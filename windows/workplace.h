@@ -8,6 +8,7 @@
 #include "playlist/voice_tracks.h"
 #include "production/filing.h"
 #include "production/processing_chain.h"
+#include "production/retouching.h"
 #include "production/saving.h"
 #include "production/unfinished.h"
 #include "recording/catalogues.h"
@@ -58,7 +59,9 @@ struct Workplace {
     Catalogues catalogues;
     TakeStore takes;
     ProcessingChain chain;
+    TakeEditing editing;
     TakeSession session;
+    Retouching retouching;
     Listening listening;
     Completion completion;
     Filing filing;

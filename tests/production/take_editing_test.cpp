@@ -55,7 +55,7 @@ class TakeEditingTest : public Desk {
 };
 
 TEST_F(TakeEditingTest, AnEditIsUndoneAndDoneAgainBitForBit) {
-    const QByteArray recorded = content();
+    const QByteArray original = content();
     EXPECT_TRUE(editing.apply(link, adding(1)));
     const QByteArray once = content();
     EXPECT_TRUE(editing.apply(link, adding(10)));
@@ -68,11 +68,11 @@ TEST_F(TakeEditingTest, AnEditIsUndoneAndDoneAgainBitForBit) {
     EXPECT_EQ(editing.undoable(link), QStringLiteral("plus 1"));
     EXPECT_EQ(editing.redoable(link), QStringLiteral("plus 10"));
     editing.undo(link);
-    EXPECT_EQ(content(), recorded);
+    EXPECT_EQ(content(), original);
     EXPECT_EQ(editing.undoable(link), QString());
     EXPECT_EQ(editing.redoable(link), QStringLiteral("plus 1"));
     editing.undo(link); // there is nothing
-    EXPECT_EQ(content(), recorded);
+    EXPECT_EQ(content(), original);
     editing.redo(link);
     editing.redo(link);
     EXPECT_EQ(content(), twice);
@@ -81,7 +81,7 @@ TEST_F(TakeEditingTest, AnEditIsUndoneAndDoneAgainBitForBit) {
     for (int i = 0; i < 3; ++i) {
         editing.undo(link);
         editing.undo(link);
-        EXPECT_EQ(content(), recorded);
+        EXPECT_EQ(content(), original);
         editing.redo(link);
         EXPECT_EQ(content(), once);
         editing.redo(link);
@@ -106,11 +106,11 @@ TEST_F(TakeEditingTest, WhatWasUndoneIsGoneAfterAnotherEdit) {
 }
 
 TEST_F(TakeEditingTest, WhatChangesOrLeavesNothingIsNoEdit) {
-    const QByteArray recorded = content();
+    const QByteArray original = content();
     EXPECT_FALSE(editing.apply(link, adding(0)));
     EXPECT_FALSE(editing.apply(link, {QStringLiteral("weg"), [](const Samples &, int) { return Samples(); }}));
     EXPECT_FALSE(editing.apply(link, trimBoth(3000, 1000)));
-    EXPECT_EQ(content(), recorded);
+    EXPECT_EQ(content(), original);
     EXPECT_EQ(editing.undoable(link), QString());
     EXPECT_TRUE(filesIn(QStringLiteral("temp2")).isEmpty());
 }
