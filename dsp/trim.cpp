@@ -1,6 +1,7 @@
 #include "dsp/trim.h"
 
 #include "dsp/denormals.h"
+#include "dsp/high_pass.h"
 
 #include <algorithm>
 #include <cmath>
@@ -22,7 +23,7 @@ constexpr std::ptrdiff_t clickBlocks = 10 * blocksPerMs;
 constexpr std::ptrdiff_t clickReach = 300 * blocksPerMs;
 constexpr std::ptrdiff_t settlingBlocks = 100 * blocksPerMs;
 
-constexpr double rumbleEnds = 10;   ///< Hz
+constexpr double rumbleEnds = 10;   ///< Hz, which leaves the lowest voices as they are
 constexpr double accuracy = 0.985;  ///< of a power, for where the windows begin
 constexpr double clickPower = 0.01; ///< of what is around a click at most, beside the click
 constexpr double beginning = 0.25;  ///< of a window's sound may come before it is said to begin
@@ -32,40 +33,14 @@ std::ptrdiff_t blockLength(int sampleRate) {
     return std::max<std::ptrdiff_t>(sampleRate / (1000 * blocksPerMs), 1);
 }
 
-/// A second-order Butterworth high-pass (R. Bristow-Johnson, "Cookbook formulae for audio EQ biquad filter
-/// coefficients"), which leaves the lowest voices as they are.
-class HighPass {
-  public:
-    explicit HighPass(double sampleRate) {
-        const double w = 2 * std::numbers::pi * std::min(rumbleEnds / sampleRate, 0.25);
-        const double alpha = std::sin(w) / std::numbers::sqrt2;
-        b_ = (1 + std::cos(w)) / 2 / (1 + alpha);
-        a1_ = -2 * std::cos(w) / (1 + alpha);
-        a2_ = (1 - alpha) / (1 + alpha);
-    }
-
-    double next(double x) {
-        const double y = b_ * x + first_;
-        first_ = second_ - 2 * b_ * x - a1_ * y;
-        second_ = b_ * x - a2_ * y;
-        return y;
-    }
-
-  private:
-    double b_;
-    double a1_;
-    double a2_;
-    double first_ = 0;
-    double second_ = 0;
-};
-
 /// The powers of a take, from one of its sides on; only as far as somebody asks.
 template <typename Iterator>
 class Powers {
   public:
     /// Samples left over behind the last whole block belong to none.
     Powers(Iterator samples, std::ptrdiff_t sampleCount, int sampleRate)
-        : samples_(samples), length_(blockLength(sampleRate)), count_(sampleCount / length_), highPass_(sampleRate) {
+        : samples_(samples), length_(blockLength(sampleRate)), count_(sampleCount / length_),
+          highPass_(rumbleEnds, sampleRate) {
         settle();
     }
 

@@ -2,6 +2,7 @@
 
 #include "platform/file_system.h"
 #include "platform/runtime_error.h"
+#include "production/take_samples.h"
 #include "station/ignore_errors.h"
 #include "station/places.h"
 
@@ -12,7 +13,6 @@
 #include <algorithm>
 #include <cmath>
 #include <cstdlib>
-#include <cstring>
 #include <new>
 #include <utility>
 
@@ -187,16 +187,7 @@ void ProcessingChain::createOutput() {
 }
 
 void ProcessingChain::readTake() {
-    samples_.clear();
-    samples_.reserve(static_cast<std::size_t>(AudioFile2->frames()));
-    for (QByteArray block = AudioFile2->readBlock(); !block.isEmpty(); block = AudioFile2->readBlock()) {
-        const std::size_t before = samples_.size();
-        samples_.resize(before + static_cast<std::size_t>(block.size()) / sizeof(std::int16_t));
-        std::memcpy(samples_.data() + before, block.constData(), static_cast<std::size_t>(block.size()));
-    }
-    if (static_cast<std::int64_t>(samples_.size()) < AudioFile2->frames()) {
-        throw RuntimeError(ErrorNumber::DeviceError, take_);
-    }
+    readSamples(*AudioFile2, take_, samples_);
 }
 
 void ProcessingChain::EndOperation() {

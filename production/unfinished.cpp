@@ -4,6 +4,7 @@
 #include "platform/file_system.h"
 #include "platform/platform.h"
 #include "platform/runtime_error.h"
+#include "production/take_editing.h"
 #include "recording/take_store.h"
 #include "settings/settings.h"
 #include "station/ignore_errors.h"
@@ -60,6 +61,7 @@ void Unfinished::settleOne(const JournalEntry &entry, std::vector<UnfiledTake> &
     } else if (entry.phase == JournalEntry::Phase::Filing && !settleFiling(entry)) {
         kept.phase = JournalEntry::Phase::Filing;
     }
+    keepVersions(context_.platform.files, context_.places, context_.recovery, entry.name);
     const Take take = takeOf(entry);
     if (!context_.takes.isKept(take)) {
         // Filed to its end, or somebody took the file away.

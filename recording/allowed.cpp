@@ -12,6 +12,9 @@ Allowed allowed(SessionState state, const DeskMode &mode, const StepFacts &step,
     result.cmdSave = idle && take.canSave;
     result.cmdImport = (idle || takeRuns) && step.hasFile && !mode.RecorderOnly;
     result.cmdMultivoice = mode.hasStations;
+    result.cmdFit = result.cmdSave && take.edits.canFit;
+    result.cmdUndo = result.cmdSave && take.edits.canUndo;
+    result.cmdRedo = result.cmdSave && take.edits.canRedo;
     result.lists = isFree && !mode.RecorderOnly;
     result.dbgLijst = isFree && !mode.RecorderOnly;
     result.takes = idle && step.hasFile && !mode.RecorderOnly;

@@ -23,10 +23,20 @@ struct StepFacts {
     bool hasFile = false; ///< a take name
 };
 
+/// What can be done to a take.
+struct EditFacts {
+    bool canFit = false; ///< there is an intro that it could fit
+    bool canUndo = false;
+    bool canRedo = false;
+
+    bool operator==(const EditFacts &) const = default;
+};
+
 /// What there is of the selected step's take.
 struct TakeFacts {
     bool canListen = false; ///< to a take or to its voice track
     bool canSave = false;   ///< it was recorded and is not filed
+    EditFacts edits;
 
     bool operator==(const TakeFacts &) const = default;
 };
@@ -42,6 +52,9 @@ struct Allowed {
     bool dbgLijst = false;
     bool playlistTools = false; ///< print, import and export of playlists
     bool takes = false;         ///< the list of the step's takes
+    bool cmdFit = false;
+    bool cmdUndo = false;
+    bool cmdRedo = false;
 
     bool operator==(const Allowed &) const = default;
 };

@@ -41,6 +41,9 @@ TakePicture::TakePicture(Platform &platform, const Places &places, std::function
 
 void TakePicture::follow(SessionState state, const QString &path) {
     const SessionState before = std::exchange(state_, state);
+    if (before == SessionState::Processing) {
+        shown_.clear(); // it was worked on
+    }
     switch (state) {
     case SessionState::Recording:
         if (before != state) {

@@ -25,9 +25,6 @@ class TakePicture {
     /// What there is to see of the desk: what is recorded grows, a take that is ready is read. path: of the take that
     /// can be listened to, empty without one; a file outside the station has no outline.
     void follow(SessionState state, const QString &path);
-    /// The file was changed: it is read anew when it is followed next.
-    void forget() { shown_.clear(); }
-
     /// A recording begins.
     void begin();
     /// So much is recorded now, in samples, and how loud the latest of it was, 0..1.

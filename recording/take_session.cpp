@@ -40,7 +40,11 @@ TakeSession::TakeSession(SessionContext context)
       tmrWatch_(context_.platform.timers.create(40, MissedTicks::Drop, [this] { watchRecorder(); })) {}
 
 Allowed TakeSession::allowed() const {
-    return orvel::allowed(state_, mode, {context_.step.StepSelected}, facts_);
+    TakeFacts facts = facts_;
+    if (facts.canSave) {
+        facts.edits = context_.edits(context_.step.VoiceTrackName);
+    }
+    return orvel::allowed(state_, mode, {context_.step.StepSelected}, facts);
 }
 
 QString TakeSession::caption() const {
@@ -232,7 +236,8 @@ void TakeSession::stop() {
     const bool recorded = context_.takes.isKept(take_);
     if (recorded) {
         context_.takes.keep(take_);
-        facts_ = {true, true};
+        facts_ = {true, true, {}};
+        context_.recorded(take_.name());
     } else {
         context_.takes.abandon(take_);
         lookAtTake();
@@ -255,6 +260,7 @@ void TakeSession::choose(int number) {
         return;
     }
     context_.takes.choose(take, number);
+    context_.recorded(take.name());
     lookAtTake();
     context_.changed();
 }
@@ -327,6 +333,11 @@ void TakeSession::listeningEnded() {
     enter(SessionState::Idle);
 }
 
+void TakeSession::editingEnded() {
+    lookAtTake();
+    enter(SessionState::Idle);
+}
+
 void TakeSession::filingEnded(SaveOffer offer) {
     lookAtTake();
     if (offer != SaveOffer::ByTake) {
@@ -338,7 +349,7 @@ void TakeSession::filingEnded(SaveOffer offer) {
 void TakeSession::watchRecorder() {
     const RecorderStatus status = context_.platform.sound.recorder().status();
     context_.levels(status.peak, status.peak);
-    context_.recorded(status);
+    context_.heard(status);
     if (status.overruns > toldOverruns_) {
         toldOverruns_ = status.overruns;
         context_.tell(tr("Let op: er zit een gat in deze opname; beluister ze of neem opnieuw op."));

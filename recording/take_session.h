@@ -45,7 +45,11 @@ struct SessionContext {
     /// The view stands on another step than the one that the session stands on.
     std::function<void(int row)> showRow;
     /// What the running recording told, 25 times a second.
-    std::function<void(const RecorderStatus &status)> recorded = [](const RecorderStatus &) {};
+    std::function<void(const RecorderStatus &status)> heard = [](const RecorderStatus &) {};
+    /// A take was recorded and is ready.
+    std::function<void(const QString &name)> recorded = [](const QString &) {};
+    /// What can be done to a take that was recorded and not filed.
+    std::function<EditFacts(const QString &name)> edits = [](const QString &) { return EditFacts(); };
 };
 
 /// The desk's one session: in exactly one state, with one take from its count-down to its filing. Which step a take
@@ -95,6 +99,9 @@ class TakeSession {
     void stepSelected();
     void listeningBegan() { enter(SessionState::Listening); }
     void listeningEnded();
+    /// The take itself is worked on.
+    void editingBegan() { enter(SessionState::Processing); }
+    void editingEnded();
     void filingBegan() { enter(SessionState::Filing); }
     /// What becomes of the save button when filing ends: by the selected step's take, or as the rules of a save say.
     enum class SaveOffer { ByTake, Stays, Off };

@@ -112,6 +112,7 @@ void TakeStore::keep(const Take &take) {
     // Without it the take is offered as an unfinished one at the next start.
     ignoringErrors([&] { journal_.write(entry); });
     earlier_ = {};
+    ended(take.name());
 }
 
 void TakeStore::abandon(const Take &take) {
@@ -135,6 +136,7 @@ void TakeStore::abandon(const Take &take) {
 void TakeStore::forget(const QString &name) {
     journal_.remove(name);
     locks_.remove(name);
+    ended(name);
 }
 
 } // namespace orvel

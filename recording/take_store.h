@@ -7,6 +7,7 @@
 #include <QHash>
 #include <QString>
 
+#include <functional>
 #include <memory>
 #include <optional>
 
@@ -28,6 +29,9 @@ class TakeStore {
     TakeStore &operator=(const TakeStore &) = delete;
     TakeStore(TakeStore &&) = delete;
     TakeStore &operator=(TakeStore &&) = delete;
+
+    /// A take of this name was filed, deleted or recorded anew: what belongs to the one before goes with it.
+    std::function<void(const QString &name)> ended = [](const QString &) {};
 
     /// Keeps other programs on this station from using a name, until the take is filed. False when one of them does so
     /// already. Throws BadFileName.

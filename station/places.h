@@ -35,6 +35,8 @@ class Places {
     [[nodiscard]] QString shelvedTake(const QString &name, int take) const; ///< as it was left
     [[nodiscard]] QString dryTake(const QString &name, int take) const;     ///< as recorded
     [[nodiscard]] QString packedDryTake(const QString &name, int take) const;
+    /// An earlier or later state of a take that was edited.
+    [[nodiscard]] QString takeVersion(const QString &name, int number) const;
     [[nodiscard]] QString filed(const QString &name) const;
     [[nodiscard]] static QString filedOnServer(const QString &VoicetrackPath, const QString &name);
 

@@ -111,11 +111,15 @@ class Desk : public testing::Test, protected TestPlatform<FakeDatabaseEngine> {
     TakeStore takes{files, places, journal, recovery, "wij"};
     std::function<void(const QString &)> process = [](const QString &) {};
     std::function<void()> onChanged = [] {};
-    std::function<void(const RecorderStatus &)> onRecorded = [](const RecorderStatus &) {};
+    std::function<void(const RecorderStatus &)> onHeard = [](const RecorderStatus &) {};
+    std::function<void(const QString &)> onRecorded = [](const QString &) {};
+    std::function<EditFacts(const QString &)> edits = [](const QString &) { return EditFacts(); };
     TakeSession session{{platform, settings, playlist, step, marks, takes, places,
                          [this](const QString &wav) { process(wav); }, tell, [this] { onChanged(); }, [] {},
                          [](float, float) {}, [this](int row) { select(row); },
-                         [this](const RecorderStatus &status) { onRecorded(status); }}};
+                         [this](const RecorderStatus &status) { onHeard(status); },
+                         [this](const QString &name) { onRecorded(name); },
+                         [this](const QString &name) { return edits(name); }}};
     Listening listening{{platform, settings, playlist, step, places, session, [] {}, [](float, float) {}}};
     Completion completion{{platform, settings, playlist, step, recovery, [this] { playlist.refresh(); },
                            [this](int row) { select(row); }, [] {}, [this] { playlist.close(); }, [] {}, tell}};

@@ -18,11 +18,14 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
                               [this] {
                                   return LoudnessGoal{settings.LoudnessTarget, settings.TruePeak};
                               }}),
-      loudness(platform), picture(platform, places, view.pictureChanged),
+      loudness(platform), picture(platform, places, view.pictureChanged), editing(platform, places, recovery),
       session({platform, settings, datList, step, marks, takes, places, [this](const QString &take) { process(take); },
                view.tell, [this] { deskChanged(); }, view.ticked, view.levels, view.showRow,
-               [this](const RecorderStatus &status) { takeGrew(status); }}),
+               [this](const RecorderStatus &status) { takeGrew(status); },
+               [this](const QString &take) { retouching.recorded(take); },
+               [this](const QString &take) { return retouching.facts(take); }}),
       watch({platform, settings, places, session, view.chosenCard, view.levels, view.watched}),
+      retouching({platform, places, step, session, editing, view.showProcess, view.tell}),
       listening({platform, settings, datList, step, places, session, view.ticked, view.levels}),
       completion({platform, settings, datList, step, recovery, view.refreshPlaylist, view.showRow, view.changed,
                   view.closePlaylist, view.refreshLists, view.tell}),
@@ -30,7 +33,9 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
       saving({platform, settings, places, session, listening, filing, completion, view.tell, view.showStations,
               view.changed}),
       unfinished({platform, settings, places, recovery, journal, takes, marks, view.tell}),
-      lock(platform.files, places) {}
+      lock(platform.files, places) {
+    takes.ended = [this](const QString &take) { retouching.ended(take); };
+}
 
 void Workplace::process(const QString &take) {
     chain.AudioProcessing(take);
@@ -65,6 +70,8 @@ void Workplace::tidyTakes() {
 }
 
 void Workplace::showTake(const QString &name) {
+    retouching.ended(name);
+    retouching.recorded(name);
     if (session.mode.RecorderOnly) {
         step.VoiceTrackName = name;
     }

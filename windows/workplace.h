@@ -8,6 +8,7 @@
 #include "playlist/voice_tracks.h"
 #include "production/filing.h"
 #include "production/processing_chain.h"
+#include "production/retouching.h"
 #include "production/saving.h"
 #include "production/take_loudness.h"
 #include "production/unfinished.h"
@@ -68,8 +69,10 @@ struct Workplace {
     ProcessingChain chain;
     TakeLoudness loudness;
     TakePicture picture;
+    TakeEditing editing;
     TakeSession session;
     Watch watch;
+    Retouching retouching;
     Listening listening;
     Completion completion;
     Filing filing;

@@ -76,6 +76,24 @@ const Row rows[] = {
 
 } // namespace
 
+// A take can be edited exactly while it can be saved.
+TEST(WhatIsAllowed, EditsGoWithTheTakeThatWaits) {
+    constexpr TakeFacts editable{true, true, {true, true, true}};
+    for (const SessionState state : {SessionState::Idle, SessionState::CountingDown, SessionState::Recording,
+                                     SessionState::Processing, SessionState::Listening, SessionState::Filing}) {
+        const Allowed may = allowed(state, desk, slot, editable);
+        EXPECT_EQ(may.cmdFit, state == SessionState::Idle);
+        EXPECT_EQ(may.cmdUndo, state == SessionState::Idle);
+        EXPECT_EQ(may.cmdRedo, state == SessionState::Idle);
+    }
+    const Allowed filedOne = allowed(SessionState::Idle, desk, slot, {true, false, {true, true, true}});
+    EXPECT_FALSE(filedOne.cmdFit || filedOne.cmdUndo || filedOne.cmdRedo);
+    EXPECT_TRUE(allowed(SessionState::Idle, desk, slot, {true, true, {true, false, false}}).cmdFit);
+    EXPECT_FALSE(allowed(SessionState::Idle, desk, slot, {true, true, {false, true, true}}).cmdFit);
+    EXPECT_FALSE(allowed(SessionState::Idle, desk, slot, {true, true, {true, false, true}}).cmdUndo);
+    EXPECT_FALSE(allowed(SessionState::Idle, desk, slot, {true, true, {true, true, false}}).cmdRedo);
+}
+
 TEST(WhatIsAllowed, FollowsFromStateModeStepAndTake) {
     for (const Row &row : rows) {
         SCOPED_TRACE(row.what);

@@ -18,7 +18,7 @@ class TheWatch : public Desk {
   protected:
     TheWatch() {
         onChanged = [this] { watch.sessionChanged(); };
-        onRecorded = [this](const RecorderStatus &status) { watch.recorded(status); };
+        onHeard = [this](const RecorderStatus &status) { watch.recorded(status); };
     }
 
     void begin() {

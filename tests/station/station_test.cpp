@@ -200,9 +200,10 @@ TEST(PlacesOfAStation, ATakeHasItsNameInEveryFolder) {
     EXPECT_EQ(places.stageOutput(name), QStringLiteral("/huis/temp2/a.b c.wav"));
     EXPECT_EQ(places.filed(name), QStringLiteral("/huis/ok/a.b c.mp3"));
     EXPECT_EQ(Places::filedOnServer(QStringLiteral("/server/s"), name), QStringLiteral("/server/s/a.b c.mp3"));
-    QSet<QString> all{places.take(name),    places.encoded(name),     places.journalEntry(name), places.takeLock(name),
-                      places.rawTake(name), places.stageOutput(name), places.filed(name)};
-    EXPECT_EQ(all.size(), 7) << "no two are the same file";
+    QSet<QString> all{places.take(name),     places.encoded(name),        places.journalEntry(name),
+                      places.takeLock(name), places.rawTake(name),        places.stageOutput(name),
+                      places.filed(name),    places.takeVersion(name, 1), places.takeVersion(name, 2)};
+    EXPECT_EQ(all.size(), 9) << "no two are the same file";
 }
 
 TEST(PlacesOfAStation, TheCataloguesHangUnderTheDatabasePath) {
@@ -218,7 +219,8 @@ TEST(PlacesOfAStation, NoNameLeavesItsFolder) {
          {Place([&] { return places.take(bad); }), Place([&] { return places.encoded(bad); }),
           Place([&] { return places.journalEntry(bad); }), Place([&] { return places.takeLock(bad); }),
           Place([&] { return places.rawTake(bad); }), Place([&] { return places.stageOutput(bad); }),
-          Place([&] { return places.filed(bad); }), Place([&] { return Places::filedOnServer(bad, bad); })}) {
+          Place([&] { return places.takeVersion(bad, 1); }), Place([&] { return places.filed(bad); }),
+          Place([&] { return Places::filedOnServer(bad, bad); })}) {
         try {
             ADD_FAILURE() << place().toStdString();
         } catch (const RuntimeError &error) {

@@ -1,0 +1,63 @@
+#include "recording/speech_words.h"
+
+#include "playlist/current_step.h"
+#include "recording/allowed.h"
+
+#include <QCoreApplication>
+
+#include <algorithm>
+#include <cstdlib>
+#include <limits>
+
+namespace orvel {
+
+namespace {
+
+std::int32_t millisecondsOf(std::size_t samples, int sampleRate) {
+    const auto rate = static_cast<std::uint64_t>(std::max(sampleRate, 1));
+    const std::uint64_t milliseconds = (std::uint64_t{samples} * 1000 + rate / 2) / rate;
+    return static_cast<std::int32_t>(std::min<std::uint64_t>(milliseconds, std::numeric_limits<std::int32_t>::max()));
+}
+
+QString distance(std::int64_t late) {
+    constexpr std::int64_t nothing = 50; // ms, that would round to 0,0
+    if (std::abs(late) < nothing) {
+        return QCoreApplication::translate("SpeechWords", "precies op de zang");
+    }
+    const auto apart =
+        static_cast<std::int32_t>(std::min<std::int64_t>(std::abs(late), std::numeric_limits<std::int32_t>::max()));
+    return late < 0 ? QCoreApplication::translate("SpeechWords", "%1 s vóór de zang").arg(tenths(apart))
+                    : QCoreApplication::translate("SpeechWords", "%1 s over de intro").arg(tenths(apart));
+}
+
+} // namespace
+
+std::optional<std::int32_t> postOf(const CurrentStep &step, const DeskMode &mode) {
+    const bool hasIntro = !mode.RecorderOnly && step.StepSelected && step.NextIntroMs > 0;
+    return hasIntro ? std::optional(step.TalkTotalMs) : std::nullopt;
+}
+
+std::optional<SpeechTimes> speechTimes(const std::vector<SpeechSegment> &segments, int sampleRate) {
+    if (segments.empty()) {
+        return std::nullopt;
+    }
+    return SpeechTimes{millisecondsOf(segments.front().begin, sampleRate),
+                       millisecondsOf(segments.back().end, sampleRate)};
+}
+
+QString tenths(std::int32_t milliseconds) {
+    const std::int64_t rounded = (std::abs(std::int64_t{milliseconds}) + 50) / 100;
+    const QString sign = milliseconds < 0 && rounded > 0 ? QStringLiteral("-") : QString();
+    return QStringLiteral("%1%2,%3").arg(sign).arg(rounded / 10).arg(rounded % 10);
+}
+
+QString speechSentence(const std::optional<SpeechTimes> &speech, std::optional<std::int32_t> post) {
+    if (!speech) {
+        return QCoreApplication::translate("SpeechWords", "Geen spraak gevonden");
+    }
+    const QString times = QCoreApplication::translate("SpeechWords", "Spraak %1 tot %2 s")
+                              .arg(tenths(speech->begin), tenths(speech->end));
+    return post ? times + QStringLiteral(", ") + distance(std::int64_t{speech->end} - *post) : times;
+}
+
+} // namespace orvel
