@@ -5,9 +5,8 @@
 #include "platform/guarded.h"
 #include "platform/platform.h"
 #include "playlist/playlist.h"
+#include "recording/take_file.h"
 #include "recording/take_session.h"
-#include "settings/settings.h"
-#include "station/places.h"
 
 namespace orvel {
 
@@ -47,13 +46,7 @@ void Listening::cmdPlay_Click() {
 
 QString Listening::takeToPlay() const {
     const CurrentStep &step = context_.step;
-    const bool isDone =
-        context_.playlist.isOpen() && step.row >= 0 && context_.playlist.value(step.row, ImportedColumn).toBool();
-    if (!isDone) {
-        return context_.places.take(step.VoiceTrackName);
-    }
-    return context_.settings.ServerMode ? Places::filedOnServer(context_.settings.VoicetrackPath, step.VoiceTrackName)
-                                        : context_.places.filed(step.VoiceTrackName);
+    return audibleTake(context_.playlist, step.row, step.VoiceTrackName, context_.places, context_.settings);
 }
 
 void Listening::backToIdle() {
