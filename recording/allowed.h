@@ -9,6 +9,7 @@ enum class SessionState {
     Recording,
     Processing, ///< from the stop until the take is ready
     Listening,  ///< to a take
+    Joining,    ///< listening to takes between their neighbours
     Filing      ///< marking, encoding, filing, or asking for the next version
 };
 
@@ -20,7 +21,8 @@ struct DeskMode {
 
 /// What the selected step has.
 struct StepFacts {
-    bool hasFile = false; ///< a take name
+    bool hasFile = false;     ///< a take name
+    bool hasPlaylist = false; ///< a playlist is open
 };
 
 /// What there is of the selected step's take.
@@ -41,6 +43,8 @@ struct Allowed {
     bool lists = false; ///< tabFiles with its delete buttons
     bool dbgLijst = false;
     bool playlistTools = false; ///< print, import and export of playlists
+    bool cmdInVerband = false;
+    bool cmdHeleUur = false;
 
     bool operator==(const Allowed &) const = default;
 };

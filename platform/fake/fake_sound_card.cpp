@@ -75,7 +75,7 @@ std::unique_ptr<WavePlayer> FakeSoundCard::makePlayer() {
 
 std::unique_ptr<JoinPlayer> FakeSoundCard::makeJoinPlayer() {
     auto made = std::make_unique<FakeJoinPlayer>();
-    joinPlayer_ = made.get();
+    joinPlayers_.push_back(made.get());
     return made;
 }
 

@@ -105,8 +105,7 @@ class FakeSoundCard : public SoundCard {
     [[nodiscard]] FakeWavePlayer &player(std::size_t index) { return *players_.at(index); }
     [[nodiscard]] std::size_t playerCount() const { return players_.size(); }
 
-    /// The latest that was made; it belongs to who asked for it.
-    [[nodiscard]] FakeJoinPlayer &joinPlayer() { return *joinPlayer_; }
+    [[nodiscard]] FakeJoinPlayer &joinPlayer(std::size_t index) { return *joinPlayers_.at(index); }
 
     // What a test asks.
 
@@ -131,7 +130,7 @@ class FakeSoundCard : public SoundCard {
     FakeRecorder recorder_;
     FakePlayer player_;
     std::vector<FakeWavePlayer *> players_;
-    FakeJoinPlayer *joinPlayer_ = nullptr;
+    std::vector<FakeJoinPlayer *> joinPlayers_;
     QStringList outputs_{QStringLiteral("Luidsprekers")};
 };
 

@@ -267,8 +267,12 @@ std::chrono::microseconds PulseRecorder::heldByServer() {
         return 0us;
     }
     server_.waitUntil([&] { return pa_operation_get_state(operation) != PA_OPERATION_RUNNING; }, 300ms);
+    const bool isAnswered = pa_operation_get_state(operation) == PA_OPERATION_DONE;
     pa_operation_cancel(operation);
     pa_operation_unref(operation);
+    if (!isAnswered) {
+        return 0us; // a server that hangs brings nothing more, however much it holds
+    }
     pa_usec_t latency = 0;
     int isNegative = 0; // a monitor gives sound before it is heard
     if (pa_stream_get_latency(stream_, &latency, &isNegative) != 0 || isNegative != 0) {
