@@ -13,6 +13,8 @@ const QString listsKey = QStringLiteral("Lists");
 const QString columnsKey = QStringLiteral("Columns");
 const QString foldedKey = QStringLiteral("Folded");
 const QString playlistKey = QStringLiteral("Playlist");
+const QString alongKey = QStringLiteral("Meeluisteren");
+const QString alongVolumeKey = QStringLiteral("MeeluisterVolume");
 
 } // namespace
 
@@ -21,10 +23,16 @@ DeskMemory loadDesk(FileSystem &files, const QString &programFolder) {
     const auto bytes = [&file](const QString &key) {
         return QByteArray::fromBase64(file.value(deskSection, key).toLatin1());
     };
+    bool volume = false;
+    const int number = file.value(deskSection, alongVolumeKey).toInt(&volume);
     const QString folded = file.value(deskSection, foldedKey);
-    return {bytes(windowKey), bytes(listsKey), bytes(columnsKey),
+    return {bytes(windowKey),
+            bytes(listsKey),
+            bytes(columnsKey),
             folded.isEmpty() ? std::nullopt : std::optional(folded == QStringLiteral("1")),
-            file.value(deskSection, playlistKey)};
+            file.value(deskSection, playlistKey),
+            file.value(deskSection, alongKey) == QStringLiteral("1"),
+            volume ? std::optional(number) : std::nullopt};
 }
 
 void saveDesk(FileSystem &files, const QString &programFolder, const DeskMemory &desk) {
@@ -37,6 +45,10 @@ void saveDesk(FileSystem &files, const QString &programFolder, const DeskMemory 
     set(columnsKey, desk.columns);
     file.setValue(deskSection, foldedKey, desk.folded.value_or(false) ? QStringLiteral("1") : QStringLiteral("0"));
     file.setValue(deskSection, playlistKey, desk.playlist);
+    file.setValue(deskSection, alongKey, desk.along ? QStringLiteral("1") : QStringLiteral("0"));
+    if (desk.alongVolume) {
+        file.setValue(deskSection, alongVolumeKey, QString::number(*desk.alongVolume));
+    }
     file.save();
 }
 

@@ -24,6 +24,7 @@ namespace orvel {
 class CardPanel;
 class FilePanel;
 class GridPanel;
+class JoinPanel;
 class Joystick;
 class MeterPanel;
 class PlaybackPanel;
@@ -52,6 +53,7 @@ struct Panels {
     FilePanel *filePanel = nullptr;
     RecorderPanel *recorderPanel = nullptr;
     PlaybackPanel *playbackPanel = nullptr;
+    JoinPanel *joinPanel = nullptr;
     SavePanel *savePanel = nullptr;
     CardPanel *cardPanel = nullptr;
     MeterPanel *meterPanel = nullptr;

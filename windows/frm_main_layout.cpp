@@ -3,6 +3,7 @@
 #include "windows/file_panel.h"
 #include "windows/frm_main.h"
 #include "windows/grid_panel.h"
+#include "windows/join_panel.h"
 #include "windows/on.h"
 #include "windows/playback_panel.h"
 #include "windows/processor_panel.h"
@@ -79,6 +80,7 @@ QWidget *frmMain::recordingStrip() {
     actions->add(panels_.playbackPanel);
     actions->add(panels_.savePanel);
     side->addWidget(actions);
+    side->addWidget(panels_.joinPanel);
     side->addWidget(panels_.meterPanel);
     buttons->addWidget(panels_.recorderPanel);
     buttons->addLayout(side, 1);

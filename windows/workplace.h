@@ -11,9 +11,11 @@
 #include "production/saving.h"
 #include "production/unfinished.h"
 #include "recording/catalogues.h"
+#include "recording/join_listening.h"
 #include "recording/listening.h"
 #include "recording/take_session.h"
 #include "recording/take_store.h"
+#include "recording/talk_along.h"
 #include "settings/settings.h"
 #include "station/drive_map.h"
 #include "station/journal.h"
@@ -59,6 +61,9 @@ struct Workplace {
     TakeStore takes;
     ProcessingChain chain;
     TakeSession session;
+    JoinFiles joinFiles;
+    TalkAlong talkAlong;
+    JoinListening joins;
     Listening listening;
     Completion completion;
     Filing filing;
