@@ -1,11 +1,13 @@
 #pragma once
 
+#include "platform/join_player.h"
 #include "platform/wave_player.h"
 
 #include <QString>
 #include <QStringList>
 #include <QVariant>
 
+#include <chrono>
 #include <cstdint>
 #include <memory>
 
@@ -101,6 +103,10 @@ class WaveRecorder {
     /// 0.3 s when it is switched off or was opened ahead, 2.3 s otherwise. Throws DeviceError (the card, or it records
     /// already), PathNotFound, PathAccess, PermissionDenied, DiskFull (the file).
     virtual void start() = 0;
+    /// Like start(), but the take's first frame is the one that came into the card at this moment, by what the sound
+    /// server says of its delay: of what came before start() the last second is kept for that, and what comes before a
+    /// moment ahead is left out. A moment that is further away than a second is as good as none.
+    virtual void startAt(std::chrono::steady_clock::time_point moment) = 0;
     /// Takes what the sound server still holds, closes the file; without a recording a card that was opened ahead is
     /// let go. Throws DiskFull or DeviceError when the take's end could not be written; the file is closed all the
     /// same.
@@ -131,6 +137,8 @@ class SoundCard {
     [[nodiscard]] virtual AudioPlayer &audioPlayer() = 0;
     /// A player of files; must not outlive the sound card.
     [[nodiscard]] virtual std::unique_ptr<WavePlayer> makePlayer() = 0;
+    /// A player of several files at once; must not outlive the sound card.
+    [[nodiscard]] virtual std::unique_ptr<JoinPlayer> makeJoinPlayer() = 0;
     /// What the outputs are called, in the order of their numbers.
     [[nodiscard]] virtual QStringList outputNames() const = 0;
 };

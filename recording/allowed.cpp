@@ -5,7 +5,7 @@ namespace orvel {
 Allowed allowed(SessionState state, const DeskMode &mode, const StepFacts &step, const TakeFacts &take) {
     const bool idle = state == SessionState::Idle;
     const bool takeRuns = state == SessionState::CountingDown || state == SessionState::Recording;
-    const bool isFree = idle || takeRuns || state == SessionState::Listening;
+    const bool isFree = idle || takeRuns || state == SessionState::Listening || state == SessionState::Joining;
     Allowed result;
     result.cmdRec = (idle || takeRuns) && (mode.RecorderOnly || step.hasFile);
     result.cmdPlay = state == SessionState::Listening || (idle && take.canListen);
@@ -17,8 +17,13 @@ Allowed allowed(SessionState state, const DeskMode &mode, const StepFacts &step,
     result.cmdRedo = result.cmdSave && take.edits.canRedo;
     result.lists = isFree && !mode.RecorderOnly;
     result.dbgLijst = isFree && !mode.RecorderOnly;
+    result.cut = (idle || state == SessionState::Listening) && take.canSave;
     result.takes = idle && step.hasFile && !mode.RecorderOnly;
     result.playlistTools = !mode.RecorderOnly;
+    const bool joins = state == SessionState::Joining;
+    const bool mayJoin = idle && !mode.RecorderOnly;
+    result.cmdInVerband = joins || (mayJoin && step.hasFile && take.canListen);
+    result.cmdHeleUur = joins || (mayJoin && step.hasPlaylist);
     return result;
 }
 

@@ -9,6 +9,7 @@ enum class SessionState {
     Recording,
     Processing, ///< from the stop until the take is ready
     Listening,  ///< to a take
+    Joining,    ///< listening to takes between their neighbours
     Filing      ///< marking, encoding, filing, or asking for the next version
 };
 
@@ -20,7 +21,8 @@ struct DeskMode {
 
 /// What the selected step has.
 struct StepFacts {
-    bool hasFile = false; ///< a take name
+    bool hasFile = false;     ///< a take name
+    bool hasPlaylist = false; ///< a playlist is open
 };
 
 /// What can be done to a take.
@@ -52,9 +54,12 @@ struct Allowed {
     bool dbgLijst = false;
     bool playlistTools = false; ///< print, import and export of playlists
     bool takes = false;         ///< the list of the step's takes
+    bool cut = false;           ///< the take's ends, in its outline
     bool cmdFit = false;
     bool cmdUndo = false;
     bool cmdRedo = false;
+    bool cmdInVerband = false;
+    bool cmdHeleUur = false;
 
     bool operator==(const Allowed &) const = default;
 };

@@ -5,8 +5,8 @@
 #include "platform/guarded.h"
 #include "platform/platform.h"
 #include "playlist/playlist.h"
+#include "recording/take_file.h"
 #include "recording/take_session.h"
-#include "settings/settings.h"
 #include "station/places.h"
 
 namespace orvel {
@@ -61,14 +61,11 @@ QString Listening::file() const {
 
 QString Listening::takeToPlay() const {
     const CurrentStep &step = context_.step;
-    const bool isDone =
-        context_.playlist.isOpen() && step.row >= 0 && context_.playlist.value(step.row, ImportedColumn).toBool();
     // A take that was put in the place of the filed one is what will be filed next.
-    if (!isDone || context_.session.facts().canSave) {
+    if (context_.session.facts().canSave) {
         return context_.places.take(step.VoiceTrackName);
     }
-    return context_.settings.ServerMode ? Places::filedOnServer(context_.settings.VoicetrackPath, step.VoiceTrackName)
-                                        : context_.places.filed(step.VoiceTrackName);
+    return audibleTake(context_.playlist, step.row, step.VoiceTrackName, context_.places, context_.settings);
 }
 
 void Listening::backToIdle() {

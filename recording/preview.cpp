@@ -2,36 +2,14 @@
 
 #include "platform/file_system.h"
 #include "platform/runtime_error.h"
-#include "playlist/field_values.h"
 #include "playlist/step_types.h"
 #include "recording/catalogues.h"
+#include "recording/music_files.h"
 #include "station/checked.h"
 
 #include <QObject>
 
 namespace orvel {
-
-namespace {
-
-/// Catalogues leave fields empty.
-QString textOrNothing(const QVariant &value) {
-    return value.isNull() ? QString() : toText(value);
-}
-
-} // namespace
-
-RecordSet &Preview::freshRecords(int kind) const {
-    if (RecordSet *open = sources_.catalogues.of(kind)) {
-        try {
-            open->refresh();
-            return *open;
-        } catch (const RuntimeError &) { // NOLINT(bugprone-empty-catch)
-            // A station replaces its catalogues while the program runs.
-        }
-    }
-    sources_.catalogues.reopen(kind);
-    return *sources_.catalogues.of(kind);
-}
 
 std::optional<Previewed> Preview::load(int kind, std::int32_t track, WavePlayer &player) {
     if (!sources_.settings.Network || (kind != TrackStep && kind != JingleStep)) {
@@ -40,7 +18,7 @@ std::optional<Previewed> Preview::load(int kind, std::int32_t track, WavePlayer 
     Previewed shown;
     RecordSet *records = nullptr;
     try {
-        records = &freshRecords(kind);
+        records = &freshRecords(sources_.catalogues, kind);
     } catch (const RuntimeError &error) {
         stop(player);
         player.close(); // what is shown is not the track before
@@ -49,27 +27,25 @@ std::optional<Previewed> Preview::load(int kind, std::int32_t track, WavePlayer 
         shown.details = error.report();
         return shown;
     }
-    SearchCriterion = QStringLiteral("tracknr=") + QString::number(track);
-    if (records->recordCount() == 0 || !records->findFirst(SearchCriterion)) {
+    const std::optional<FoundMusic> found = findMusic(*records, kind, track, sources_.drives);
+    if (!found) {
         return {};
     }
-    loadFile(textOrNothing(records->field(QStringLiteral("path"))), player, shown);
-    shown.title = textOrNothing(records->field(QStringLiteral("titel")));
-    shown.description =
-        textOrNothing(records->field(kind == TrackStep ? QStringLiteral("artiest") : QStringLiteral("Omschrijving")));
+    loadFile(*found, player, shown);
+    shown.title = found->title;
+    shown.description = found->description;
     return shown;
 }
 
-void Preview::loadFile(const QString &cataloguePath, WavePlayer &player, Previewed &shown) {
+void Preview::loadFile(const FoundMusic &found, WavePlayer &player, Previewed &shown) {
     stop(player);
-    const QString path = sources_.drives.resolve(cataloguePath);
     try {
-        player.setFileName(path);
+        player.setFileName(found.path);
     } catch (const RuntimeError &error) {
-        const bool missing = !sources_.files.fileExists(path);
+        const bool missing = !sources_.files.fileExists(found.path);
         shown.problem = (missing ? QObject::tr("Het bestand %1 werd niet gevonden.")
                                  : QObject::tr("Het bestand %1 is niet leesbaar."))
-                            .arg(cataloguePath);
+                            .arg(found.cataloguePath);
         shown.details = error.report();
         player.close();
     }

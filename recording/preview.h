@@ -1,6 +1,5 @@
 #pragma once
 
-#include "platform/database.h"
 #include "platform/wave_player.h"
 #include "recording/time_parts.h"
 #include "settings/settings.h"
@@ -15,6 +14,7 @@ namespace orvel {
 
 class Catalogues;
 class FileSystem;
+struct FoundMusic;
 
 /// What the preview needs of the rest of the program; all of it outlives the preview.
 struct PreviewSources {
@@ -55,12 +55,9 @@ class Preview {
     void seek(WavePlayer &player, std::int32_t position) const;
 
   private:
-    /// The kind's records as the file has them now. Throws when there are none to be had.
-    [[nodiscard]] RecordSet &freshRecords(int kind) const;
-    void loadFile(const QString &cataloguePath, WavePlayer &player, Previewed &shown);
+    void loadFile(const FoundMusic &found, WavePlayer &player, Previewed &shown);
 
     PreviewSources sources_;
-    QString SearchCriterion;
     bool isPaused_ = false;
 };
 

@@ -67,6 +67,7 @@ void TakePicture::follow(SessionState state, const QString &path) {
     }
     case SessionState::Processing:
     case SessionState::Listening:
+    case SessionState::Joining:
     case SessionState::Filing:
         break; // what is seen stays
     }

@@ -44,7 +44,7 @@ Allowed TakeSession::allowed() const {
     if (facts.canSave) {
         facts.edits = context_.edits(context_.step.VoiceTrackName);
     }
-    return orvel::allowed(state_, mode, {context_.step.StepSelected}, facts);
+    return orvel::allowed(state_, mode, {context_.step.StepSelected, context_.playlist.isOpen()}, facts);
 }
 
 QString TakeSession::caption() const {
@@ -66,6 +66,12 @@ Take TakeSession::currentTake() const {
 
 /// The one place where the state changes; the timers run by it.
 void TakeSession::enter(SessionState state) {
+    const auto isTake = [](SessionState one) {
+        return one == SessionState::CountingDown || one == SessionState::Recording;
+    };
+    if (isTake(state_) && !isTake(state)) {
+        context_.takeOver();
+    }
     state_ = state;
     const bool records = state == SessionState::Recording;
     tmrCountDown->setEnabled(state == SessionState::CountingDown);
@@ -156,10 +162,12 @@ void TakeSession::beginCountDown() {
     CountdownLeft = checkedInt16(context_.settings.Countdown + 1);
     BarExhausted = false;
     context_.platform.sound.recorder().prepare();
+    const auto takeBegins = std::chrono::steady_clock::now() + std::chrono::seconds(CountdownLeft);
     enter(SessionState::CountingDown);
     if (context_.settings.Mute) {
         AudioPlayer1.setOutputMute(true);
     }
+    context_.countDownBegan(takeBegins);
 }
 
 void TakeSession::tmrCountDown_Timer() {
@@ -180,9 +188,25 @@ void TakeSession::StartRecorder() {
     context_.takes.begin(take_);
     WaveRecorder &wavRec = context_.platform.sound.recorder();
     wavRec.setFileName(context_.places.take(take_.name()));
-    wavRec.start();
+    const auto begin = context_.takeBeginsAt();
+    if (begin) {
+        wavRec.startAt(*begin);
+    } else {
+        wavRec.start();
+    }
     toldOverruns_ = 0;
     StartOpname();
+    if (begin) {
+        catchUp(*begin);
+    }
+}
+
+/// What was heard while the recorder started belongs to the take: time and bar show it.
+void TakeSession::catchUp(std::chrono::steady_clock::time_point begin) {
+    using namespace std::chrono_literals;
+    for (auto late = std::chrono::steady_clock::now() - begin; late >= 10ms && ElapsedMs_ < 1000; late -= 10ms) {
+        tmrRec_Timer();
+    }
 }
 
 void TakeSession::StartOpname() {

@@ -9,8 +9,10 @@
 #include <QCoreApplication>
 #include <QString>
 
+#include <chrono>
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 namespace orvel {
@@ -50,6 +52,15 @@ struct SessionContext {
     std::function<void(const QString &name)> recorded = [](const QString &) {};
     /// What can be done to a take that was recorded and not filed.
     std::function<EditFacts(const QString &name)> edits = [](const QString &) { return EditFacts(); };
+
+    // What may be heard along with a take.
+
+    /// A count-down runs, at whose end the take begins at that moment.
+    std::function<void(std::chrono::steady_clock::time_point takeBegins)> countDownBegan = [](auto /*moment*/) {};
+    /// When the take has to begin, so that it lies where it is heard; nothing where nothing is heard.
+    std::function<std::optional<std::chrono::steady_clock::time_point>()> takeBeginsAt = [] { return std::nullopt; };
+    /// Neither count-down nor recording runs any more.
+    std::function<void()> takeOver = [] {};
 };
 
 /// The desk's one session: in exactly one state, with one take from its count-down to its filing. Which step a take
@@ -102,6 +113,8 @@ class TakeSession {
     /// The take itself is worked on.
     void editingBegan() { enter(SessionState::Processing); }
     void editingEnded();
+    void joiningBegan() { enter(SessionState::Joining); }
+    void joiningEnded() { enter(SessionState::Idle); }
     void filingBegan() { enter(SessionState::Filing); }
     /// What becomes of the save button when filing ends: by the selected step's take, or as the rules of a save say.
     enum class SaveOffer { ByTake, Stays, Off };
@@ -118,6 +131,7 @@ class TakeSession {
     [[nodiscard]] bool reserve(const QString &name);
     void beginCountDown();
     void moveBar();
+    void catchUp(std::chrono::steady_clock::time_point begin);
     void stop();
     void failedToStart();
     void giveStepBack();

@@ -23,6 +23,9 @@ int volumeOf(const QString &text) {
     return isNumber && volume >= 0 && volume <= loudest ? volume : DeskMemory().cueVolume;
 }
 
+const QString alongKey = QStringLiteral("Meeluisteren");
+const QString alongVolumeKey = QStringLiteral("MeeluisterVolume");
+
 } // namespace
 
 DeskMemory loadDesk(FileSystem &files, const QString &programFolder) {
@@ -30,10 +33,17 @@ DeskMemory loadDesk(FileSystem &files, const QString &programFolder) {
     const auto bytes = [&file](const QString &key) {
         return QByteArray::fromBase64(file.value(deskSection, key).toLatin1());
     };
+    bool volume = false;
+    const int number = file.value(deskSection, alongVolumeKey).toInt(&volume);
     const QString folded = file.value(deskSection, foldedKey);
-    return {bytes(windowKey), bytes(listsKey), bytes(columnsKey),
+    return {bytes(windowKey),
+            bytes(listsKey),
+            bytes(columnsKey),
             folded.isEmpty() ? std::nullopt : std::optional(folded == QStringLiteral("1")),
-            file.value(deskSection, playlistKey), volumeOf(file.value(deskSection, cueVolumeKey))};
+            file.value(deskSection, playlistKey),
+            volumeOf(file.value(deskSection, cueVolumeKey)),
+            file.value(deskSection, alongKey) == QStringLiteral("1"),
+            volume ? std::optional(number) : std::nullopt};
 }
 
 void saveDesk(FileSystem &files, const QString &programFolder, const DeskMemory &desk) {
@@ -47,6 +57,10 @@ void saveDesk(FileSystem &files, const QString &programFolder, const DeskMemory 
     file.setValue(deskSection, foldedKey, desk.folded.value_or(false) ? QStringLiteral("1") : QStringLiteral("0"));
     file.setValue(deskSection, playlistKey, desk.playlist);
     file.setValue(deskSection, cueVolumeKey, QString::number(desk.cueVolume));
+    file.setValue(deskSection, alongKey, desk.along ? QStringLiteral("1") : QStringLiteral("0"));
+    if (desk.alongVolume) {
+        file.setValue(deskSection, alongVolumeKey, QString::number(*desk.alongVolume));
+    }
     file.save();
 }
 

@@ -9,10 +9,14 @@
 #include "production/saving.h"
 #include "production/transcode.h"
 #include "production/unfinished.h"
+#include "recording/catalogues.h"
+#include "recording/join_listening.h"
 #include "recording/listening.h"
 #include "recording/take_session.h"
 #include "recording/take_store.h"
+#include "recording/talk_along.h"
 #include "settings/settings.h"
+#include "station/drive_map.h"
 #include "station/ignore_errors.h"
 #include "station/journal.h"
 #include "station/places.h"
@@ -73,6 +77,7 @@ class Desk : public testing::Test, protected TestPlatform<FakeDatabaseEngine> {
         ignoringErrors([&] { selectStepFile(playlist, row, step); });
         ignoringErrors([&] { showTimes(playlist, row, step); });
         session.stepSelected();
+        talkAlong.stepSelected();
     }
     void startTake() {
         session.cmdRec_Click();
@@ -114,12 +119,17 @@ class Desk : public testing::Test, protected TestPlatform<FakeDatabaseEngine> {
     std::function<void(const RecorderStatus &)> onHeard = [](const RecorderStatus &) {};
     std::function<void(const QString &)> onRecorded = [](const QString &) {};
     std::function<EditFacts(const QString &)> edits = [](const QString &) { return EditFacts(); };
-    TakeSession session{{platform, settings, playlist, step, marks, takes, places,
-                         [this](const QString &wav) { process(wav); }, tell, [this] { onChanged(); }, [] {},
-                         [](float, float) {}, [this](int row) { select(row); },
-                         [this](const RecorderStatus &status) { onHeard(status); },
-                         [this](const QString &name) { onRecorded(name); },
-                         [this](const QString &name) { return edits(name); }}};
+    TakeSession session{
+        {platform, settings, playlist, step, marks, takes, places, [this](const QString &wav) { process(wav); }, tell,
+         [this] { onChanged(); }, [] {}, [](float, float) {}, [this](int row) { select(row); },
+         [this](const RecorderStatus &status) { onHeard(status); }, [this](const QString &name) { onRecorded(name); },
+         [this](const QString &name) { return edits(name); }, [this](auto moment) { talkAlong.countDownBegan(moment); },
+         [this] { return talkAlong.outroBegins(); }, [this] { talkAlong.takeOver(); }}};
+    DriveMap drives{files, folder.path()};
+    Catalogues catalogues{platform, settings};
+    JoinFiles joinFiles{{files, settings, drives, catalogues, playlist, places}};
+    TalkAlong talkAlong{{platform, settings, step, session.mode, joinFiles, tell, [] {}}};
+    JoinListening joins{{platform, playlist, step, joinFiles, session, [this](int row) { select(row); }, tell}};
     Listening listening{{platform, settings, playlist, step, places, session, [] {}, [](float, float) {}}};
     Completion completion{{platform, settings, playlist, step, recovery, [this] { playlist.refresh(); },
                            [this](int row) { select(row); }, [] {}, [this] { playlist.close(); }, [] {}, tell}};

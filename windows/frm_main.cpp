@@ -27,6 +27,7 @@
 #include "windows/frm_unfiled.h"
 #include "windows/grid_panel.h"
 #include "windows/input_panel.h"
+#include "windows/join_panel.h"
 #include "windows/on.h"
 #include "windows/playback_panel.h"
 #include "windows/processor_panel.h"
@@ -111,6 +112,7 @@ void frmMain::makePanels() {
     panels_.recorderPanel = new RecorderPanel(work.session, this);
     panels_.savePanel = new SavePanel(work.saving, this);
     panels_.playbackPanel = new PlaybackPanel(work.listening, work.session, this);
+    panels_.joinPanel = new JoinPanel(work.joins, work.talkAlong, this);
     panels_.cardPanel = new CardPanel(platform_, work.view.tell, this);
     panels_.meterPanel = new MeterPanel(this);
     panels_.inputPanel = new InputPanel(this);
@@ -125,13 +127,19 @@ void frmMain::connectPanels() {
     on(panels_.savePanel->cmdSave, &QPushButton::clicked, panels_.recorderPanel->cmdRec,
        [this] { panels_.recorderPanel->cmdRec->setFocus(); });
     on(panels_.savePanel->cmdImport, &QPushButton::clicked, this, &frmMain::showConvert);
-    on(panels_.gridPanel, &GridPanel::stepSelected, this, [this] { workplace_.session.stepSelected(); });
+    on(panels_.gridPanel, &GridPanel::stepSelected, this, [this] {
+        workplace_.session.stepSelected();
+        workplace_.talkAlong.stepSelected();
+    });
     on(panels_.gridPanel, &GridPanel::previewWanted, this, &frmMain::showPreview);
     on(&panels_.gridPanel->steps(), &StepsModel::unreadable, this,
        [this](const auto &...sentence) { (tell(sentence), ...); });
-    on(panels_.stepPanel->wavTake, &Waveform::seekWanted, this, [this](auto... milliseconds) {
-        (workplace_.listening.listenFrom(static_cast<std::int32_t>(milliseconds)), ...);
-    });
+    for (const auto &from : {&Waveform::seekWanted, &Waveform::scrubbed}) {
+        on(panels_.stepPanel->wavTake, from, this, [this](auto... milliseconds) {
+            (workplace_.listening.listenFrom(static_cast<std::int32_t>(milliseconds)), ...);
+        });
+    }
+    on(panels_.stepPanel->wavTake, &Waveform::cutWanted, this, [this](auto... ends) { workplace_.cutTake(ends...); });
     on(panels_.filePanel, &FilePanel::recoverWanted, this, &frmMain::showRecover);
 }
 
@@ -146,6 +154,8 @@ bool frmMain::Form_Load() {
     fillCards();
     platform_.sound.audioPlayer().setDevice(work.settings.RecCard);
     work.listening.setOutput(playerSettings(work.settings));
+    work.talkAlong.setOutput(playerSettings(work.settings));
+    work.joins.setOutput(playerSettings(work.settings));
     if (const QString problem = makeWorkFolders(platform_.files, work.places); !problem.isEmpty()) {
         platform_.prompts.message(problem, errorTitle, MessageIcon::Exclamation);
     }
@@ -308,6 +318,7 @@ void frmMain::showDesk() {
     panels_.recorderPanel->show();
     panels_.playbackPanel->show();
     panels_.savePanel->show();
+    panels_.joinPanel->show(may);
     panels_.stepPanel->show(workplace_.step, workplace_.session.fileName(),
                             neighboursOf(workplace_.datList, workplace_.step));
     showTake();
@@ -319,6 +330,7 @@ void frmMain::showDesk() {
 void frmMain::showTake() {
     workplace_.follow();
     panels_.takesPanel->show();
+    panels_.stepPanel->wavTake->setCuttable(workplace_.session.allowed().cut);
     showTalk();
 }
 

@@ -26,6 +26,7 @@ class FilePanel;
 class GridPanel;
 class AlarmLine;
 class InputPanel;
+class JoinPanel;
 class Joystick;
 class MeterPanel;
 class PlaybackPanel;
@@ -56,6 +57,7 @@ struct Panels {
     FilePanel *filePanel = nullptr;
     RecorderPanel *recorderPanel = nullptr;
     PlaybackPanel *playbackPanel = nullptr;
+    JoinPanel *joinPanel = nullptr;
     SavePanel *savePanel = nullptr;
     CardPanel *cardPanel = nullptr;
     MeterPanel *meterPanel = nullptr;

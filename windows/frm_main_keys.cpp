@@ -3,6 +3,7 @@
 #include "windows/frm_keys.h"
 #include "windows/frm_main.h"
 #include "windows/grid_panel.h"
+#include "windows/join_panel.h"
 #include "windows/on.h"
 #include "windows/playback_panel.h"
 #include "windows/recorder_panel.h"
@@ -30,6 +31,8 @@ void frmMain::makeKeys() {
         keyOf(panels_.savePanel->cmdSave, Qt::Key_F4, tr("De opname bewaren")),
         keyOf(panels_.playbackPanel->cmdPlay, Qt::Key_F3, tr("De opname beluisteren, of stoppen")),
         keyOf(panels_.takesPanel->cmdNextTake, Qt::Key_F2, tr("Een andere take van deze stap kiezen")),
+        keyOf(panels_.joinPanel->cmdInVerband, QKeySequence(Qt::SHIFT | Qt::Key_F3),
+              tr("De opname in verband beluisteren, of stoppen")),
         {Qt::Key_F6, tr("Naar de volgende link die nog niet klaar is"), [this] { showNextOpenSlot(); }},
         {Qt::Key_F7, tr("Het gekozen nummer voorbeluisteren"), [this] { panels_.gridPanel->dbgLijst_DblClick(); }},
         {Qt::Key_F8, tr("De playlist afdrukken"), [this] { panels_.tlbMain->actions().constFirst()->trigger(); }},

@@ -5,6 +5,7 @@
 #include "windows/frm_main.h"
 #include "windows/grid_panel.h"
 #include "windows/input_panel.h"
+#include "windows/join_panel.h"
 #include "windows/on.h"
 #include "windows/playback_panel.h"
 #include "windows/processor_panel.h"
@@ -82,6 +83,7 @@ QWidget *frmMain::recordingStrip() {
     actions->add(panels_.playbackPanel);
     actions->add(panels_.savePanel);
     side->addWidget(actions);
+    side->addWidget(panels_.joinPanel);
     auto *meters = new QHBoxLayout;
     meters->addWidget(panels_.meterPanel, 1);
     meters->addWidget(panels_.inputPanel);

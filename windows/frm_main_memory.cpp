@@ -40,6 +40,8 @@ void frmMain::restoreDesk() {
     panels_.lists->restoreState(desk.lists);
     panels_.gridPanel->restoreColumns(desk.columns);
     fold(desk.folded.value_or(screen()->availableSize().height() < tallScreen));
+    workplace_.talkAlong.setVolume(desk.alongVolume.value_or(workplace_.talkAlong.volume()));
+    workplace_.talkAlong.setOn(desk.along);
     if (!desk.playlist.isEmpty() && !workplace_.session.mode.RecorderOnly) {
         // One that is gone or cannot be opened any more is no reason to bother anybody.
         ignoringErrors([&] { panels_.filePanel->open(desk.playlist); });
@@ -55,6 +57,8 @@ void frmMain::rememberDesk() {
     if (preview_) {
         desk.cueVolume = preview_->volCue->value();
     }
+    desk.along = workplace_.talkAlong.isOn();
+    desk.alongVolume = workplace_.talkAlong.volume();
     if (!workplace_.session.mode.RecorderOnly) {
         desk.playlist = workplace_.datList.isOpen() ? workplace_.datList.fileName() : QString();
     }

@@ -23,9 +23,14 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
                view.tell, [this] { deskChanged(); }, view.ticked, view.levels, view.showRow,
                [this](const RecorderStatus &status) { takeGrew(status); },
                [this](const QString &take) { retouching.recorded(take); },
-               [this](const QString &take) { return retouching.facts(take); }}),
+               [this](const QString &take) { return retouching.facts(take); },
+               [this](auto moment) { talkAlong.countDownBegan(moment); }, [this] { return talkAlong.outroBegins(); },
+               [this] { talkAlong.takeOver(); }}),
       watch({platform, settings, places, session, view.chosenCard, view.levels, view.watched}),
       retouching({platform, places, step, session, editing, view.showProcess, view.tell}),
+      joinFiles({platform.files, settings, drives, catalogues, datList, places}),
+      talkAlong({platform, settings, step, session.mode, joinFiles, view.tell, view.changed}),
+      joins({platform, datList, step, joinFiles, session, view.showRow, view.tell}),
       listening({platform, settings, datList, step, places, session, view.ticked, view.levels}),
       completion({platform, settings, datList, step, recovery, view.refreshPlaylist, view.showRow, view.changed,
                   view.closePlaylist, view.refreshLists, view.tell}),
@@ -60,6 +65,12 @@ void Workplace::follow() {
     if (std::exchange(followed_, session.state()) == SessionState::Processing) {
         tidyTakes();
     }
+}
+
+void Workplace::cutTake(double from, double to) {
+    listening.interrupt(); // what a handle was dragged over is heard meanwhile
+    const auto sample = [this](double ms) { return static_cast<std::size_t>(ms * picture.sampleRate() / 1000); };
+    retouching.edit(trimBoth(sample(from), sample(to)));
 }
 
 void Workplace::tidyTakes() {

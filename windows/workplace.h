@@ -14,10 +14,12 @@
 #include "production/unfinished.h"
 #include "recording/catalogues.h"
 #include "recording/flac_packer.h"
+#include "recording/join_listening.h"
 #include "recording/listening.h"
 #include "recording/take_picture.h"
 #include "recording/take_session.h"
 #include "recording/take_store.h"
+#include "recording/talk_along.h"
 #include "recording/watch.h"
 #include "settings/settings.h"
 #include "station/drive_map.h"
@@ -73,6 +75,9 @@ struct Workplace {
     TakeSession session;
     Watch watch;
     Retouching retouching;
+    JoinFiles joinFiles;
+    TalkAlong talkAlong;
+    JoinListening joins;
     Listening listening;
     Completion completion;
     Filing filing;
@@ -84,6 +89,8 @@ struct Workplace {
     void follow();
     /// Clears the shelves of finished playlists, and packs what was recorded, as time allows.
     void tidyTakes();
+    /// Only what lies between these moments of the selected step's take stays, milliseconds.
+    void cutTake(double from, double to);
     /// A take came back from recovery: its step is selected where the open playlist has it, and it can be saved.
     void showTake(const QString &name);
     /// How loud the selected step's take is, where that is known; else empty.

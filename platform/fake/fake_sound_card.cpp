@@ -43,6 +43,7 @@ void FakeRecorder::start() {
     writer_.reset(); // the latest take's status lived until here
     writer_ = std::make_unique<TakeWriter>(path_, limits_, *storage_);
     takes_ << path_;
+    startedAt_.reset();
     recording_ = true;
     isOpen_ = false;
     heardPeak_ = 0;
@@ -89,6 +90,12 @@ FakeSoundCard::FakeSoundCard(std::vector<Card> cards)
 std::unique_ptr<WavePlayer> FakeSoundCard::makePlayer() {
     auto made = std::make_unique<FakeWavePlayer>();
     players_.push_back(made.get());
+    return made;
+}
+
+std::unique_ptr<JoinPlayer> FakeSoundCard::makeJoinPlayer() {
+    auto made = std::make_unique<FakeJoinPlayer>();
+    joinPlayers_.push_back(made.get());
     return made;
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/audio.h"
 #include "platform/card_list.h"
+#include "platform/fake/fake_join_player.h"
 #include "platform/fake/fake_line_mixer.h"
 #include "platform/fake/fake_wave_player.h"
 #include "platform/runtime_error.h"
@@ -9,6 +10,7 @@
 
 #include <QStringList>
 
+#include <chrono>
 #include <memory>
 #include <optional>
 #include <span>
@@ -23,6 +25,10 @@ class FakeRecorder : public WaveRecorder {
     void setFileName(const QString &path) override { path_ = path; }
     void prepare() override;
     void start() override;
+    void startAt(std::chrono::steady_clock::time_point moment) override {
+        start();
+        startedAt_ = moment;
+    }
     void stop() override;
     [[nodiscard]] bool isRecording() const { return recording_; }
     RecorderStatus status() override;
@@ -32,6 +38,7 @@ class FakeRecorder : public WaveRecorder {
     void push(std::span<const std::int16_t> samples);
 
     QString path_;
+    std::optional<std::chrono::steady_clock::time_point> startedAt_;
     int device_ = -1;
     int prepared_ = 0;
     bool isOpen_ = false;  ///< ahead of a recording
@@ -70,6 +77,7 @@ class FakeSoundCard : public SoundCard {
     [[nodiscard]] FakeRecorder &recorder() override { return recorder_; }
     [[nodiscard]] AudioPlayer &audioPlayer() override { return player_; }
     [[nodiscard]] std::unique_ptr<WavePlayer> makePlayer() override;
+    [[nodiscard]] std::unique_ptr<JoinPlayer> makeJoinPlayer() override;
     [[nodiscard]] QStringList outputNames() const override { return outputs_; }
 
     // What a test does to the card.
@@ -101,8 +109,14 @@ class FakeSoundCard : public SoundCard {
     [[nodiscard]] FakeWavePlayer &player(std::size_t index) { return *players_.at(index); }
     [[nodiscard]] std::size_t playerCount() const { return players_.size(); }
 
+    [[nodiscard]] FakeJoinPlayer &joinPlayer(std::size_t index) { return *joinPlayers_.at(index); }
+
     // What a test asks.
 
+    /// The moment that the latest take was to begin at; nothing where none was asked for.
+    [[nodiscard]] std::optional<std::chrono::steady_clock::time_point> takeBeganAt() const {
+        return recorder_.startedAt_;
+    }
     /// Every setOutputMute() in its order.
     [[nodiscard]] const std::vector<bool> &muteLog() const { return player_.muteLog_; }
     /// File names of the takes that were started, in their order.
@@ -122,6 +136,7 @@ class FakeSoundCard : public SoundCard {
     FakeRecorder recorder_;
     FakePlayer player_;
     std::vector<FakeWavePlayer *> players_;
+    std::vector<FakeJoinPlayer *> joinPlayers_;
     QStringList outputs_{QStringLiteral("Luidsprekers")};
 };
 

@@ -224,6 +224,15 @@ std::int64_t PulsePlayStream::heard() {
     return heardUntilNow();
 }
 
+std::optional<std::chrono::steady_clock::time_point> PulsePlayStream::beganAt() const {
+    const PulseServer::Lock lock(server_);
+    pa_usec_t time = 0;
+    if (!isUsable() || pa_stream_get_time(stream_, &time) != 0 || time == 0) {
+        return {};
+    }
+    return std::chrono::steady_clock::now() - std::chrono::microseconds(time);
+}
+
 std::int64_t PulsePlayStream::heardUntilNow() {
     pa_usec_t time = 0;
     if (pa_stream_get_state(stream_) == PA_STREAM_READY && pa_stream_get_time(stream_, &time) == 0) {

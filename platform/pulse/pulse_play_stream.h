@@ -3,7 +3,9 @@
 #include "platform/pulse/pulse_server.h"
 #include "platform/wave_player.h"
 
+#include <chrono>
 #include <cstdint>
+#include <optional>
 #include <span>
 #include <vector>
 
@@ -50,6 +52,9 @@ class PulsePlayStream {
     void setGain(float gain);
     /// Frames that have been heard; never runs back.
     [[nodiscard]] std::int64_t heard();
+    /// The moment when the first frame was heard, by what the server says now of how much still waits; nothing before
+    /// it was, or where the server does not say. One such figure is off by a few milliseconds now and then.
+    [[nodiscard]] std::optional<std::chrono::steady_clock::time_point> beganAt() const;
     /// Of what was heard since the last look, before the volume.
     [[nodiscard]] StereoPeaks peaks();
 

@@ -24,6 +24,8 @@ constexpr std::chrono::milliseconds kFirstPatience = 300ms;
 constexpr std::chrono::microseconds kMostHeld = 3s;
 /// No working source pauses longer, by the same rule.
 constexpr auto kLongestPause = 3s;
+/// How far a take's begin may be from its start: what is kept of the time before, and what may be left out after it.
+constexpr auto kFarthestBegin = 1s;
 /// For samples to come over from the server, and for its estimate to be wrong.
 constexpr auto kDrainMargin = 100ms;
 
@@ -78,7 +80,7 @@ void PulseRecorder::prepare() {
     }
 }
 
-void PulseRecorder::start() {
+void PulseRecorder::begin(std::optional<Clock::time_point> moment) {
     if (recording_) {
         throwDeviceError("er loopt al een opname");
     }
@@ -96,11 +98,33 @@ void PulseRecorder::start() {
     heardPeak_.store(0, std::memory_order_relaxed);
     takeLost_.store(streamLost_.load(std::memory_order_relaxed), std::memory_order_relaxed);
     suspendedSince_.reset();
+    leaveOut_ = 0;
+    if (moment) {
+        beginAt(*moment);
+    }
     take_.store(writer_.get(), std::memory_order_release);
     recording_ = true;
     receivedBefore_ = 0;
     receivedSince_ = Clock::now();
     stallTold_ = false;
+}
+
+/// What came at the moment and since goes into the take; or what comes before it is left out.
+void PulseRecorder::beginAt(Clock::time_point moment) {
+    const auto away = std::chrono::abs(moment - Clock::now());
+    if (away > kFarthestBegin || !clock_.isKnown()) {
+        return;
+    }
+    const std::int64_t first = clock_.frameAt(moment);
+    leaveOut_ = std::max<std::int64_t>(first - streamFrames_, 0);
+    const auto size = static_cast<std::int64_t>(history_.size());
+    for (std::int64_t frame = std::max({first, streamFrames_ - size, INT64_C(0)}); frame < streamFrames_;) {
+        const std::int64_t at = frame % size;
+        const std::int64_t count = std::min(size - at, streamFrames_ - frame);
+        writer_->push(std::span(history_).subspan(static_cast<std::size_t>(at), static_cast<std::size_t>(count)));
+        received_.fetch_add(count, std::memory_order_relaxed);
+        frame += count;
+    }
 }
 
 /// A card can be there and bring nothing: switched off by the user, or dead. Then nobody may believe that it records.
@@ -152,6 +176,8 @@ void PulseRecorder::connectStream(const PulseSource &source) {
     const PulseServer::Lock lock(server_);
     streamLost_.store(false, std::memory_order_relaxed);
     soundAt_.reset();
+    clock_ = {};
+    streamFrames_ = 0;
     const pa_channel_map map = channelsOf(source);
     const pa_sample_spec format{PA_SAMPLE_FLOAT32NE, kTakeRate, map.channels};
     pa_stream *stream = server_.isReady() ? pa_stream_new(server_.context(), "Opname", &format, &map) : nullptr;
@@ -167,7 +193,8 @@ void PulseRecorder::connectStream(const PulseSource &source) {
     constexpr auto kServersChoice = static_cast<std::uint32_t>(-1);
     const pa_buffer_attr buffer{kServersChoice, kServersChoice, kServersChoice, kServersChoice,
                                 static_cast<std::uint32_t>(kPieceFrames * pa_frame_size(&format))};
-    const auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY);
+    const auto flags = static_cast<pa_stream_flags_t>(PA_STREAM_DONT_MOVE | PA_STREAM_ADJUST_LATENCY |
+                                                      PA_STREAM_AUTO_TIMING_UPDATE | PA_STREAM_INTERPOLATE_TIMING);
     const bool asked = pa_stream_connect_record(stream, source.name.constData(), &buffer, flags) == 0;
     if (!asked) {
         dropStream();
@@ -254,8 +281,12 @@ std::chrono::microseconds PulseRecorder::heldByServer() {
         return 0us;
     }
     server_.waitUntil([&] { return pa_operation_get_state(operation) != PA_OPERATION_RUNNING; }, 300ms);
+    const bool isAnswered = pa_operation_get_state(operation) == PA_OPERATION_DONE;
     pa_operation_cancel(operation);
     pa_operation_unref(operation);
+    if (!isAnswered) {
+        return 0us; // a server that hangs brings nothing more, however much it holds
+    }
     pa_usec_t latency = 0;
     int isNegative = 0; // a monitor gives sound before it is heard
     if (pa_stream_get_latency(stream_, &latency, &isNegative) != 0 || isNegative != 0) {
@@ -273,18 +304,16 @@ void PulseRecorder::streamChanged() {
 }
 
 void PulseRecorder::takeSamples() {
-    TakeWriter *take = take_.load(std::memory_order_acquire);
     const void *data = nullptr;
     std::size_t bytes = 0;
+    noteTime();
     while (pa_stream_readable_size(stream_) > 0 && pa_stream_peek(stream_, &data, &bytes) == 0 && bytes > 0) {
         const std::size_t samples = bytes / sizeof(float);
-        const auto frames = static_cast<std::int64_t>(samples / channels_);
         if (data != nullptr) {
-            mix(take, std::span(static_cast<const float *>(data), samples));
-        } else if (take != nullptr) {
-            take->pushHole(frames);
+            pushMixed(std::span(static_cast<const float *>(data), samples));
+        } else {
+            pushSilence(static_cast<std::int64_t>(samples / channels_));
         }
-        received_.fetch_add(frames, std::memory_order_relaxed);
         isHeard_.store(true, std::memory_order_relaxed);
         pa_stream_drop(stream_);
         if (!soundAt_) {
@@ -294,25 +323,60 @@ void PulseRecorder::takeSamples() {
     }
 }
 
-/// For a take, or only for the level.
-void PulseRecorder::mix(TakeWriter *take, std::span<const float> samples) {
+void PulseRecorder::noteTime() {
+    pa_usec_t delay = 0;
+    int isNegative = 0; // a monitor gives sound before it is heard
+    if (pa_stream_get_latency(stream_, &delay, &isNegative) == 0) {
+        const auto age = std::chrono::microseconds(delay);
+        clock_.note(streamFrames_, isNegative == 0 ? Clock::now() - age : Clock::now() + age);
+    }
+}
+
+void PulseRecorder::pushMixed(std::span<const float> samples) {
     while (samples.size() >= channels_) {
         const std::span<std::int16_t> mono = std::span(mono_).first(std::min(mono_.size(), samples.size() / channels_));
         mixToMono(samples, channels_, mono);
-        if (take != nullptr) {
-            take->push(mono);
-        } else {
-            hear(mono);
-        }
+        push(mono);
         samples = samples.subspan(mono.size() * channels_);
     }
 }
 
+/// The level of what is no take.
 void PulseRecorder::hear(std::span<const std::int16_t> samples) {
     const int highest = highestOf(samples);
     // Only status() lowers it, and a level that comes at that moment counts for the next look.
     if (highest > heardPeak_.load(std::memory_order_relaxed)) {
         heardPeak_.store(highest, std::memory_order_relaxed);
+    }
+}
+
+/// The server lost something. What lies before the take is not worth telling.
+void PulseRecorder::pushSilence(std::int64_t frames) {
+    TakeWriter *take = take_.load(std::memory_order_acquire);
+    const std::int64_t before = std::min(leaveOut_, frames);
+    leaveOut_ -= before;
+    if (take != nullptr) {
+        take->pushHole(frames - before);
+        received_.fetch_add(frames - before, std::memory_order_relaxed);
+    }
+    std::fill(history_.begin(), history_.end(), std::int16_t{0});
+    streamFrames_ += frames;
+}
+
+/// Into the take, or where the latest second is kept as long as there is none.
+void PulseRecorder::push(std::span<const std::int16_t> mono) {
+    TakeWriter *take = take_.load(std::memory_order_acquire);
+    for (std::size_t i = 0; take == nullptr && i < mono.size(); ++i) {
+        history_[(static_cast<std::size_t>(streamFrames_) + i) % history_.size()] = mono[i];
+    }
+    streamFrames_ += static_cast<std::int64_t>(mono.size());
+    if (take == nullptr) {
+        hear(mono);
+    } else {
+        const std::int64_t before = std::min(leaveOut_, static_cast<std::int64_t>(mono.size()));
+        leaveOut_ -= before;
+        take->push(mono.subspan(static_cast<std::size_t>(before)));
+        received_.fetch_add(static_cast<std::int64_t>(mono.size()) - before, std::memory_order_relaxed);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "platform/audio.h"
 #include "platform/card_list.h"
+#include "platform/pulse/capture_clock.h"
 #include "platform/pulse/pulse_server.h"
 #include "platform/sndfile/take_writer.h"
 
@@ -11,6 +12,7 @@
 #include <memory>
 #include <optional>
 #include <span>
+#include <vector>
 
 struct pa_stream;
 
@@ -30,7 +32,8 @@ class PulseRecorder : public WaveRecorder {
     void setDevice(int device) override;
     void setFileName(const QString &path) override { path_ = path; }
     void prepare() override;
-    void start() override;
+    void start() override { begin({}); }
+    void startAt(std::chrono::steady_clock::time_point moment) override { begin(moment); }
     void stop() override;
     RecorderStatus status() override;
 
@@ -40,6 +43,8 @@ class PulseRecorder : public WaveRecorder {
     void openStream();
     void connectStream(const PulseSource &source);
     void waitUntilReady();
+    void begin(std::optional<std::chrono::steady_clock::time_point> moment);
+    void beginAt(std::chrono::steady_clock::time_point moment); ///< with the server's lock held
     void waitForSound();
     void closeStream();
     void dropStream(); ///< with the server's lock held
@@ -49,7 +54,10 @@ class PulseRecorder : public WaveRecorder {
     // The server's thread.
     void streamChanged();
     void takeSamples();
-    void mix(TakeWriter *take, std::span<const float> samples);
+    void noteTime();
+    void pushMixed(std::span<const float> samples);
+    void pushSilence(std::int64_t frames);
+    void push(std::span<const std::int16_t> mono);
     void hear(std::span<const std::int16_t> samples);
     void sourceSuspended(bool suspended);
 
@@ -69,6 +77,13 @@ class PulseRecorder : public WaveRecorder {
     std::unique_ptr<TakeWriter> writer_; ///< of the running or the latest take
 
     std::array<std::int16_t, 4096> mono_{}; ///< the server's thread: what it mixes
+
+    // Under the server's lock: what came before the take, and when. When frame 0 of the stream came into the card is
+    // told anew with every piece; a single figure is off by milliseconds now and then, their median is not.
+    CaptureClock clock_;
+    std::vector<std::int16_t> history_ = std::vector<std::int16_t>(kTakeRate); ///< frame f at f % size
+    std::int64_t streamFrames_ = 0;                                            ///< that came
+    std::int64_t leaveOut_ = 0; ///< frames that come before the take's first
 
     // What both threads see.
     std::atomic<TakeWriter *> take_{nullptr}; ///< where samples go; without it they go nowhere

@@ -1,6 +1,7 @@
 #include "platform/pulse/pulse_sound_card.h"
 
 #include "platform/card_list.h"
+#include "platform/pulse/pulse_join_player.h"
 #include "platform/pulse/pulse_mixer.h"
 #include "platform/pulse/pulse_player.h"
 #include "platform/pulse/pulse_recorder.h"
@@ -64,6 +65,9 @@ AudioPlayer &PulseSoundCard::audioPlayer() {
 }
 std::unique_ptr<WavePlayer> PulseSoundCard::makePlayer() {
     return std::make_unique<PulseWavePlayer>(impl_->server, open_);
+}
+std::unique_ptr<JoinPlayer> PulseSoundCard::makeJoinPlayer() {
+    return std::make_unique<PulseJoinPlayer>(impl_->server);
 }
 QStringList PulseSoundCard::outputNames() const {
     QStringList names;

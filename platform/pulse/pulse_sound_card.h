@@ -23,6 +23,7 @@ class PulseSoundCard : public SoundCard {
     [[nodiscard]] WaveRecorder &recorder() override;
     [[nodiscard]] AudioPlayer &audioPlayer() override;
     [[nodiscard]] std::unique_ptr<WavePlayer> makePlayer() override;
+    [[nodiscard]] std::unique_ptr<JoinPlayer> makeJoinPlayer() override;
     [[nodiscard]] QStringList outputNames() const override;
 
   private:

@@ -1,12 +1,12 @@
 #include "platform/pulse/pulse_wave_player.h"
 
+#include "platform/pulse/pulse_gain.h"
 #include "platform/runtime_error.h"
 
 #include <QFile>
 #include <QFileInfo>
 
 #include <algorithm>
-#include <cmath>
 #include <limits>
 
 namespace orvel {
@@ -16,10 +16,6 @@ constexpr int kStopped = 1;
 constexpr int kPaused = 7;
 constexpr std::int64_t kLeastAheadMs = 20;
 constexpr std::int64_t kMostAheadMs = 2000;
-constexpr double kFullVolume = 65535;
-/// A sound is heard as loud as its pressure to the power 0.6 (Stevens' law, ISO 532: the sone), so that the reverse
-/// makes half the knob half as loud.
-constexpr double kLoudnessPower = 1 / 0.6;
 
 [[noreturn]] void throwCannotOpen(const QString &path) {
     const QFileInfo file(path);
@@ -207,7 +203,7 @@ std::int32_t PulseWavePlayer::inMilliseconds(std::int64_t frames) const {
 }
 
 void PulseWavePlayer::setVolume(int volume) {
-    gain_ = static_cast<float>(std::pow(std::clamp<double>(volume, 0, kFullVolume) / kFullVolume, kLoudnessPower));
+    gain_ = gainOfVolume(volume);
     if (stream_) {
         stream_->setGain(gain_);
     }

@@ -18,6 +18,21 @@ PatientReader::PatientReader(std::shared_ptr<SndfileReader> file)
     : file_(std::move(file)), sampleRate_(file_->sampleRate()), channels_(file_->channels()), frames_(file_->frames()) {
 }
 
+PatientReader::PatientReader() : PatientReader(std::make_shared<SndfileReader>()) {}
+
+void PatientReader::open(const QString &path) {
+    // A name of its own: the file goes on another thread.
+    perform([file = file_, own = QString(path.constData(), path.size())] {
+        file->open(own);
+        if (file->errorState() < 0) {
+            throw RuntimeError(ErrorNumber::DeviceError, own);
+        }
+    });
+    sampleRate_ = file_->sampleRate();
+    channels_ = file_->channels();
+    frames_ = file_->frames();
+}
+
 PatientReader::~PatientReader() {
     // Closing may take its time as well.
     worker_.post(std::make_shared<AwayTask>(QString(), [file = std::move(file_)](AwayTask &) {}));

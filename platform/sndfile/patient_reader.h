@@ -14,12 +14,16 @@ class PatientReader {
   public:
     /// file: open, and from now on used by nobody else.
     explicit PatientReader(std::shared_ptr<SndfileReader> file);
+    /// Without a file; open() comes first.
+    PatientReader();
     ~PatientReader();
     PatientReader(const PatientReader &) = delete;
     PatientReader(PatientReader &&) = delete;
     PatientReader &operator=(const PatientReader &) = delete;
     PatientReader &operator=(PatientReader &&) = delete;
 
+    /// Throws DeviceError when it is no sound file; otherwise like readBlock().
+    void open(const QString &path);
     [[nodiscard]] int sampleRate() const { return sampleRate_; }
     [[nodiscard]] int channels() const { return channels_; }
     /// Length in sample frames.

@@ -12,13 +12,14 @@ struct Row {
     DeskMode mode;
     StepFacts step;
     TakeFacts take;
-    Allowed expected; ///< rec, play, save, import, multivoice, lists, grid, playlist tools
+    Allowed expected; ///< rec, play, save, import, multivoice, lists, grid, playlist tools, in context, whole hour
 };
 
 constexpr DeskMode desk{false, true};
 constexpr DeskMode recorder{true, false};
-constexpr StepFacts slot{true};
-constexpr StepFacts music{false};
+constexpr StepFacts slot{true, true};
+constexpr StepFacts music{false, true};
+constexpr StepFacts nowhere{false, false};
 constexpr TakeFacts nothing{false, false};
 constexpr TakeFacts waiting{true, true};
 constexpr TakeFacts filed{true, false};
@@ -27,51 +28,93 @@ const Row rows[] = {
     {"start, nothing selected",
      SessionState::Idle,
      desk,
-     music,
+     nowhere,
      nothing,
-     {false, false, false, false, true, true, true, true}},
-    {"a slot to do", SessionState::Idle, desk, slot, nothing, {true, false, false, true, true, true, true, true}},
-    {"a slot with a take", SessionState::Idle, desk, slot, waiting, {true, true, true, true, true, true, true, true}},
-    {"a slot that is done", SessionState::Idle, desk, slot, filed, {true, true, false, true, true, true, true, true}},
+     {false, false, false, false, true, true, true, true, false, false}},
+    {"a slot to do",
+     SessionState::Idle,
+     desk,
+     slot,
+     nothing,
+     {true, false, false, true, true, true, true, true, false, true}},
+    {"a slot with a take",
+     SessionState::Idle,
+     desk,
+     slot,
+     waiting,
+     {true, true, true, true, true, true, true, true, true, true}},
+    {"a slot that is done",
+     SessionState::Idle,
+     desk,
+     slot,
+     filed,
+     {true, true, false, true, true, true, true, true, true, true}},
     {"counting down",
      SessionState::CountingDown,
      desk,
      slot,
      waiting,
-     {true, false, false, true, true, true, true, true}},
-    {"recording", SessionState::Recording, desk, slot, waiting, {true, false, false, true, true, true, true, true}},
+     {true, false, false, true, true, true, true, true, false, false}},
+    {"recording",
+     SessionState::Recording,
+     desk,
+     slot,
+     waiting,
+     {true, false, false, true, true, true, true, true, false, false}},
     {"processing",
      SessionState::Processing,
      desk,
      slot,
      waiting,
-     {false, false, false, false, true, false, false, true}},
-    {"listening", SessionState::Listening, desk, slot, waiting, {false, true, false, false, true, true, true, true}},
-    {"filing", SessionState::Filing, desk, slot, waiting, {false, false, false, false, true, false, false, true}},
+     {false, false, false, false, true, false, false, true, false, false}},
+    {"listening",
+     SessionState::Listening,
+     desk,
+     slot,
+     waiting,
+     {false, true, false, false, true, true, true, true, false, false}},
+    {"listening in context",
+     SessionState::Joining,
+     desk,
+     slot,
+     waiting,
+     {false, false, false, false, true, true, true, true, true, true}},
+    {"music, in a playlist",
+     SessionState::Idle,
+     desk,
+     music,
+     filed,
+     {false, true, false, false, true, true, true, true, false, true}},
+    {"filing",
+     SessionState::Filing,
+     desk,
+     slot,
+     waiting,
+     {false, false, false, false, true, false, false, true, false, false}},
     {"no station list",
      SessionState::Idle,
      {false, false},
      slot,
      nothing,
-     {true, false, false, true, false, true, true, true}},
+     {true, false, false, true, false, true, true, true, false, true}},
     {"the plain recorder",
      SessionState::Idle,
      recorder,
      music,
      nothing,
-     {true, false, false, false, false, false, false, false}},
+     {true, false, false, false, false, false, false, false, false, false}},
     {"the plain recorder with a take",
      SessionState::Idle,
      recorder,
      music,
      waiting,
-     {true, true, true, false, false, false, false, false}},
+     {true, true, true, false, false, false, false, false, false, false}},
     {"the plain recorder records",
      SessionState::Recording,
      recorder,
      music,
      nothing,
-     {true, false, false, false, false, false, false, false}},
+     {true, false, false, false, false, false, false, false, false, false}},
 };
 
 } // namespace
@@ -106,6 +149,8 @@ TEST(WhatIsAllowed, FollowsFromStateModeStepAndTake) {
         EXPECT_EQ(may.lists, row.expected.lists);
         EXPECT_EQ(may.dbgLijst, row.expected.dbgLijst);
         EXPECT_EQ(may.playlistTools, row.expected.playlistTools);
+        EXPECT_EQ(may.cmdInVerband, row.expected.cmdInVerband);
+        EXPECT_EQ(may.cmdHeleUur, row.expected.cmdHeleUur);
     }
 }
 
@@ -116,6 +161,17 @@ TEST(WhatIsAllowed, AnotherTakeOfTheStepIsChosenWhileNothingRuns) {
     }
     EXPECT_FALSE(allowed(SessionState::Idle, desk, music, nothing).takes);
     EXPECT_FALSE(allowed(SessionState::Idle, recorder, music, waiting).takes);
+}
+
+TEST(WhatIsAllowed, ATakeThatCanBeSavedIsCutWhileNothingElseHappensToIt) {
+    for (const SessionState state : {SessionState::CountingDown, SessionState::Recording, SessionState::Processing,
+                                     SessionState::Filing, SessionState::Joining}) {
+        EXPECT_FALSE(allowed(state, desk, slot, waiting).cut);
+    }
+    EXPECT_TRUE(allowed(SessionState::Idle, desk, slot, waiting).cut);
+    EXPECT_TRUE(allowed(SessionState::Listening, desk, slot, waiting).cut) << "what is dragged is heard";
+    EXPECT_TRUE(allowed(SessionState::Idle, recorder, music, waiting).cut);
+    EXPECT_FALSE(allowed(SessionState::Idle, desk, slot, filed).cut);
 }
 
 TEST(Joystick, ThreeOfItsButtonsDoWhatTheWindowsWouldDo) {
