@@ -31,9 +31,12 @@ DeskMemory loadDesk(FileSystem &files, const QString &programFolder) {
         return QByteArray::fromBase64(file.value(deskSection, key).toLatin1());
     };
     const QString folded = file.value(deskSection, foldedKey);
-    return {bytes(windowKey), bytes(listsKey), bytes(columnsKey),
+    return {bytes(windowKey),
+            bytes(listsKey),
+            bytes(columnsKey),
             folded.isEmpty() ? std::nullopt : std::optional(folded == QStringLiteral("1")),
-            file.value(deskSection, playlistKey), volumeOf(file.value(deskSection, cueVolumeKey))};
+            file.value(deskSection, playlistKey),
+            volumeOf(file.value(deskSection, cueVolumeKey))};
 }
 
 void saveDesk(FileSystem &files, const QString &programFolder, const DeskMemory &desk) {

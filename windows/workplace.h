@@ -7,6 +7,7 @@
 #include "playlist/step_marks.h"
 #include "playlist/voice_tracks.h"
 #include "production/filing.h"
+#include "production/import_desk.h"
 #include "production/processing_chain.h"
 #include "production/saving.h"
 #include "production/unfinished.h"
@@ -53,6 +54,7 @@ struct Workplace {
     Journal journal;
     Playlist datList;
     StepMarks marks;
+    std::vector<NetworkStation> stations; ///< of the network; empty where there is no list
     VoiceTracks tracks;
     DriveMap drives;
     Catalogues catalogues;
@@ -66,6 +68,9 @@ struct Workplace {
     Unfinished unfinished;
     StationLock lock;
 
+    [[nodiscard]] ImportDesk importDesk();
+    /// Reads the station list anew; one that cannot be read leaves none.
+    void readStations();
     /// A take came back from recovery: its step is selected where the open playlist has it, and it can be saved.
     void showTake(const QString &name);
 

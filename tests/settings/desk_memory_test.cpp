@@ -23,7 +23,8 @@ class TheDesksMemory : public testing::Test {
 
 TEST_F(TheDesksMemory, IsAsItWasLeft) {
     EXPECT_EQ(loadDesk(files, folder.path()), DeskMemory()) << "the first start";
-    const DeskMemory left{QByteArray("\0\xFF = \n", 6), "lijsten", "", true, QStringLiteral("avond 20 \"uur\".mdb"), 50000};
+    const DeskMemory left{QByteArray("\0\xFF = \n", 6),           "lijsten", "", true,
+                          QStringLiteral("avond 20 \"uur\".mdb"), 50000};
     saveDesk(files, folder.path(), left);
     EXPECT_EQ(loadDesk(files, folder.path()), left);
     const DeskMemory other{"a", "b", "c", false, QString(), 0};
