@@ -35,8 +35,8 @@ void Completion::CheckLijst() {
 }
 
 bool Completion::tellMissing() const {
-    const TrackLook seen = VoiceTracks(context_.platform.files, context_.settings, context_.stations)
-                               .look(context_.playlist);
+    const TrackLook seen =
+        VoiceTracks(context_.platform.files, context_.settings, context_.stations).look(context_.playlist);
     QStringList missing;
     QStringList lacking;
     for (int row = 0; row < context_.playlist.stepCount(); ++row) {
@@ -51,9 +51,8 @@ bool Completion::tellMissing() const {
     QStringList sentences;
     if (!missing.isEmpty()) {
         sentences << QCoreApplication::translate(
-                         "Completion",
-                         "Van deze stappen staat de voicetrack niet waar hij moet staan: %1.\nNeem ze "
-                         "opnieuw op voor de playlist klaar is.")
+                         "Completion", "Van deze stappen staat de voicetrack niet waar hij moet staan: %1.\nNeem ze "
+                                       "opnieuw op voor de playlist klaar is.")
                          .arg(missing.join(QStringLiteral(", ")));
     }
     if (!lacking.isEmpty()) {
@@ -62,8 +61,8 @@ bool Completion::tellMissing() const {
                          .arg(lacking.join(QStringLiteral(", ")));
     }
     if (!sentences.isEmpty()) {
-        context_.platform.prompts.message(sentences.join(QStringLiteral("\n\n")),
-                                          QStringLiteral("Playlist overzetten"), MessageIcon::Exclamation);
+        context_.platform.prompts.message(sentences.join(QStringLiteral("\n\n")), QStringLiteral("Playlist overzetten"),
+                                          MessageIcon::Exclamation);
     }
     return !sentences.isEmpty();
 }

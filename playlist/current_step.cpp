@@ -63,15 +63,19 @@ void selectStepFile(const Playlist &playlist, int row, CurrentStep &step) {
     }
 }
 
-bool choosePreview(const Playlist &playlist, int row, CurrentStep &step) {
+bool canPreview(const Playlist &playlist, int row, const CurrentStep &step) {
     if (step.PlaylistTakeRunning || !step.previewAllowed || row < 0) {
         return false;
     }
     const std::int32_t type = toWholeNumber(playlist.value(row, TypeColumn));
-    if (type != TrackStep && type != JingleStep) {
+    return type == TrackStep || type == JingleStep;
+}
+
+bool choosePreview(const Playlist &playlist, int row, CurrentStep &step) {
+    if (!canPreview(playlist, row, step)) {
         return false;
     }
-    step.PreviewKind = checkedInt16(type);
+    step.PreviewKind = checkedInt16(toWholeNumber(playlist.value(row, TypeColumn)));
     step.PreviewTrackId = toWholeNumber(playlist.value(row, TrackidColumn));
     return true;
 }

@@ -56,6 +56,9 @@ void showTimes(const Playlist &playlist, int row, CurrentStep &step);
 /// or a catalogue number that is none: what is left then is a step without a file.
 void selectStepFile(const Playlist &playlist, int row, CurrentStep &step);
 
+/// Whether a row can be previewed now. Throws TypeMismatch.
+bool canPreview(const Playlist &playlist, int row, const CurrentStep &step);
+
 /// The grid's double click: whether the row can be previewed; sets what to preview. Throws TypeMismatch.
 bool choosePreview(const Playlist &playlist, int row, CurrentStep &step);
 

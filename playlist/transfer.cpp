@@ -118,8 +118,7 @@ void PlaylistImport::copyPlaylists(const QString &source) {
             context_.refreshLists({QFileInfo(target).fileName()});
         }
     };
-    Global::ShellCopyFile(context_.platform, source, context_.settings.NewPath, false,
-                          copyTitle, watch);
+    Global::ShellCopyFile(context_.platform, source, context_.settings.NewPath, false, copyTitle, watch);
 }
 
 bool PlaylistImport::mayReplace(const QString &target) {

@@ -25,8 +25,7 @@ FiledTracks::FiledTracks(const QStringList &files) {
 bool FiledTracks::lack(const QVariant &type, const QVariant &Imported, const QVariant &Atrack) const {
     const QString name = Atrack.toString();
     const bool isMarkedSlot = type.toInt() == PresStep && Imported.toBool();
-    return isMarkedSlot && !name.isEmpty() && name != QStringLiteral("NONE") &&
-           !has(name);
+    return isMarkedSlot && !name.isEmpty() && name != QStringLiteral("NONE") && !has(name);
 }
 
 bool FiledTracks::has(const QString &name) const {

@@ -102,7 +102,8 @@ std::vector<PlannedImport> planBatch(const Playlist &playlist, const QStringList
         if (hasFile && hasSlot) {
             line.problem = problemOf(slots[number], length);
         } else {
-            line.problem = hasFile ? QObject::tr("geen link voor dit bestand") : QObject::tr("geen bestand voor deze link");
+            line.problem =
+                hasFile ? QObject::tr("geen link voor dit bestand") : QObject::tr("geen bestand voor deze link");
         }
     }
     return plan;
@@ -114,7 +115,8 @@ QString singleTarget(const Playlist &playlist, int row) {
     }
     const Slot slot = slotOf(playlist, row);
     const QString sentence = QObject::tr("Importeer Bestand is voor stap %1 (%2)").arg(slot.stap).arg(slot.name);
-    return slot.talkMs && *slot.talkMs > 0 ? sentence + QObject::tr(", praattijd %1.").arg(seconds(*slot.talkMs)) : sentence + u'.';
+    return slot.talkMs && *slot.talkMs > 0 ? sentence + QObject::tr(", praattijd %1.").arg(seconds(*slot.talkMs))
+                                           : sentence + u'.';
 }
 
 } // namespace orvel

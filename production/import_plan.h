@@ -15,8 +15,8 @@ class Playlist;
 struct PlannedImport {
     QString file; ///< its name; empty for a slot that no file is left for
     QString length;
-    QString slot; ///< number and name; empty for a file that no slot is left for
-    QString talk; ///< outro before it and intro behind it
+    QString slot;    ///< number and name; empty for a file that no slot is left for
+    QString talk;    ///< outro before it and intro behind it
     QString problem; ///< what does not fit; empty where everything does
 
     bool operator==(const PlannedImport &) const = default;

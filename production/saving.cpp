@@ -132,7 +132,8 @@ void Saving::tellLacking(const Take &take) const {
     const QStringList lacking =
         VoiceTracks(context_.platform.files, context_.settings, context_.stations).lacking(take.name());
     if (!lacking.isEmpty()) {
-        context_.tell(tr("Van %1 is er nog geen versie voor: %2.").arg(take.name(), lacking.join(QStringLiteral(", "))));
+        context_.tell(
+            tr("Van %1 is er nog geen versie voor: %2.").arg(take.name(), lacking.join(QStringLiteral(", "))));
     }
 }
 

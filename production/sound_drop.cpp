@@ -29,13 +29,13 @@ bool hasSoundName(const QString &path) {
 } // namespace
 
 SoundDrop::SoundDrop(ImportDesk desk)
-    : desk_(std::move(desk)), import_({desk_.platform, desk_.settings, desk_.places, desk_.datList, desk_.step,
-                                       desk_.marks, desk_.filing,
-                                       [this](int percent, const QString &what) {
-                                           sign_->advance(what, percent);
-                                           return !sign_->isStopped();
-                                       },
-                                       [](std::size_t) {}, desk_.tell}) {}
+    : desk_(std::move(desk)),
+      import_({desk_.platform, desk_.settings, desk_.places, desk_.datList, desk_.step, desk_.marks, desk_.filing,
+               [this](int percent, const QString &what) {
+                   sign_->advance(what, percent);
+                   return !sign_->isStopped();
+               },
+               [](std::size_t) {}, desk_.tell}) {}
 
 SoundDrop::~SoundDrop() = default;
 

@@ -72,9 +72,9 @@ Restoring::Result Restoring::putBack(const KeptFile &file) {
     const bool replaces = context_.files.fileExists(inFolder(folder, kept.name));
     const QString question = QObject::tr("%1 staat al %2. Wilt U dat vervangen ?\n\nWat er nu staat, blijft bewaard "
                                          "en kan ook weer teruggezet worden.");
-    if (replaces && !context_.prompts.ask(question.arg(place.at(0).toUpper() + place.mid(1), kept.name),
-                                          QObject::tr("Herstellen"), Preset::No,
-                                          {QObject::tr("&Vervang"), QObject::tr("&Laat staan")})) {
+    if (replaces &&
+        !context_.prompts.ask(question.arg(place.at(0).toUpper() + place.mid(1), kept.name), QObject::tr("Herstellen"),
+                              Preset::No, {QObject::tr("&Vervang"), QObject::tr("&Laat staan")})) {
         return {false, false, QObject::tr("Er is niets teruggezet.")};
     }
     if (context_.takeRuns()) { // one was started while the question stood open

@@ -97,10 +97,9 @@ bool provideFolder(const Request &request, const QString &folder) {
     if (folder.isEmpty() || files.folderExists(folder)) {
         return true;
     }
-    if (!request.silent &&
-        !request.platform.prompts.ask(QObject::tr("De map %1 bestaat niet. Wilt U ze maken ?").arg(folder),
-                                      request.title, Preset::No,
-                                      {QObject::tr("&Maak de map"), QObject::tr("Maak &geen map")})) {
+    if (!request.silent && !request.platform.prompts.ask(
+                               QObject::tr("De map %1 bestaat niet. Wilt U ze maken ?").arg(folder), request.title,
+                               Preset::No, {QObject::tr("&Maak de map"), QObject::tr("Maak &geen map")})) {
         return false;
     }
     files.makeFolder(folder);

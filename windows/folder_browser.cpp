@@ -1,8 +1,10 @@
 #include "windows/folder_browser.h"
 
 #include "platform/file_system.h"
+#include "platform/prompts.h"
 #include "station/folder_listing.h"
 #include "widgets/theme.h"
+#include "windows/named.h"
 #include "windows/on.h"
 
 #include <QDir>
@@ -65,18 +67,21 @@ QLabel *caption(QWidget *parent, const char *name, const QString &text, QWidget 
 
 FolderBrowser::FolderBrowser(FileSystem &files, QStringList patterns, Files shown, QWidget *parent)
     : QWidget(parent), Drive1(new DriveList(this, [this] { fillDrives(); })),
-      Dir1(new FolderList(this, [this] { Dir1_Change(); })), File1(new QListWidget(this)), files_(files),
-      patterns_(std::move(patterns)), path_(new QLabel(this)) {
+      Dir1(new FolderList(this, [this] { Dir1_Change(); })), File1(new QListWidget(this)),
+      cmdBrowse(namedButton(this, "cmdBrowse", tr("&Bladeren..."), tr("Kies de map in een venster van het systeem"))),
+      files_(files), patterns_(std::move(patterns)), path_(new QLabel(this)) {
     Drive1->setObjectName(QStringLiteral("Drive1"));
     Drive1->setAccessibleName(QStringLiteral("Schijf"));
     Dir1->setObjectName(QStringLiteral("Dir1"));
     Dir1->setAccessibleName(QStringLiteral("Map"));
     File1->setObjectName(QStringLiteral("File1"));
     File1->setAccessibleName(tr("Bestanden in de map"));
+    cmdBrowse->hide();
     layOut(shown);
     fillDrives();
     setFolder(QDir::homePath());
     on(Drive1, &QComboBox::activated, this, &FolderBrowser::Drive1_Change);
+    on(cmdBrowse, &QPushButton::clicked, this, &FolderBrowser::cmdBrowse_Click);
     on(File1, &QListWidget::currentRowChanged, this, &FolderBrowser::File1_Click);
 }
 
@@ -93,6 +98,7 @@ void FolderBrowser::layOut(Files shown) {
     grid->addWidget(caption(this, "Label2", QStringLiteral("Map"), Dir1), 2, 0);
     grid->addWidget(Dir1, 3, 0);
     grid->addWidget(path_, 4, 0, 1, shown == Files::Shown ? 2 : 1);
+    grid->addWidget(cmdBrowse, 5, 0, Qt::AlignLeft);
     grid->setRowStretch(3, 1);
     if (shown == Files::Hidden) {
         File1->hide();
@@ -132,11 +138,13 @@ void FolderBrowser::force(const QString &folder, const QString &drive) {
     setFolder(folder);
     Drive1->setEnabled(false);
     Dir1->setEnabled(false);
+    cmdBrowse->setEnabled(false);
 }
 
 void FolderBrowser::letChoose() {
     Drive1->setEnabled(true);
     Dir1->setEnabled(true);
+    cmdBrowse->setEnabled(true);
     setFolder(folder_);
 }
 
@@ -201,6 +209,20 @@ QString FolderBrowser::selectedFile() const {
 
 void FolderBrowser::Drive1_Change() {
     setFolder(Drive1->currentText());
+}
+
+void FolderBrowser::letBrowse(Prompts &prompts) {
+    prompts_ = &prompts;
+    cmdBrowse->show();
+}
+
+void FolderBrowser::cmdBrowse_Click() {
+    // The dialog reads its folder in the window's thread: one that gives no answer is left alone.
+    const QString start = files_.folderExists(folder_) ? folder_ : QDir::homePath();
+    const QString chosen = prompts_->folder(tr("Kies een map"), start);
+    if (!chosen.isEmpty()) {
+        setFolder(chosen);
+    }
 }
 
 void FolderBrowser::Dir1_Change() {

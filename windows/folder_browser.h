@@ -3,11 +3,13 @@
 #include <QComboBox>
 #include <QLabel>
 #include <QListWidget>
+#include <QPushButton>
 #include <QStringList>
 
 namespace orvel {
 
 class FileSystem;
+class Prompts;
 
 /// The drive, folder and file lists of a window that reads from or writes to a folder of the presenter's choice.
 class FolderBrowser : public QWidget {
@@ -23,6 +25,7 @@ class FolderBrowser : public QWidget {
     QComboBox *const Drive1;
     QListWidget *const Dir1;
     QListWidget *const File1;
+    QPushButton *const cmdBrowse; ///< the system's own dialog; hidden until letBrowse()
 
     [[nodiscard]] QString folder() const { return folder_; }
     /// Shows a folder, also one that does not exist (it is empty then), and its drive.
@@ -31,6 +34,8 @@ class FolderBrowser : public QWidget {
     void force(const QString &folder, const QString &drive = {});
     /// Drive and folder can be changed; the folder is read again.
     void letChoose();
+    /// Offers the system's own dialog beside the lists.
+    void letBrowse(Prompts &prompts);
     /// Names in the list's order.
     [[nodiscard]] QStringList files() const;
     /// Name of the selected file; empty without one.
@@ -40,6 +45,7 @@ class FolderBrowser : public QWidget {
     void refresh();
 
     void Drive1_Change();
+    void cmdBrowse_Click();
     void Dir1_Change();
     void File1_Click();
 
@@ -62,6 +68,7 @@ class FolderBrowser : public QWidget {
     void layOut(Files shown);
 
     FileSystem &files_;
+    Prompts *prompts_ = nullptr;
     QStringList patterns_;
     QLabel *path_;
     QString folder_;

@@ -5,8 +5,11 @@
 #include "platform/prompts.h"
 #include "platform/runtime_error.h"
 #include "playlist/completion.h"
+#include "playlist/current_step.h"
+#include "production/import_plan.h"
 #include "recording/take_session.h"
 #include "station/paths.h"
+#include "widgets/theme.h"
 
 #include <QCoreApplication>
 #include <QGuiApplication>
@@ -19,6 +22,8 @@ namespace orvel {
 namespace {
 
 constexpr qint64 pumpIntervalMs = 16;
+/// No playlist has as many steps: what comes behind them fits nowhere.
+constexpr qsizetype mostPlanned = 200;
 
 } // namespace
 
@@ -28,6 +33,41 @@ void frmConvert::Form_Load() {
     lstFailed->clear();
     browser->refresh();
     showState();
+    plan();
+}
+
+QStringList frmConvert::planned() const {
+    return browser->files().mid(0, mostPlanned);
+}
+
+void frmConvert::plan() {
+    QStringList paths;
+    const QStringList names = planned();
+    for (const QString &name : names) {
+        paths << inFolder(browser->folder(), name);
+    }
+    lengths_.measure(paths);
+    tmrLengths_->setEnabled(!lengths_.areKnown());
+    showPlan();
+}
+
+void frmConvert::showPlan() {
+    tmrLengths_->setEnabled(!lengths_.areKnown());
+    lblStep->setText(singleTarget(context_.datList, context_.step.row));
+    const std::vector<PlannedImport> lines =
+        planBatch(context_.datList, planned(), [this](std::size_t number) { return lengths_.of(number); });
+    lstPlan->setRowCount(static_cast<int>(lines.size()));
+    for (int row = 0; row < lstPlan->rowCount(); ++row) {
+        const PlannedImport &line = lines.at(static_cast<std::size_t>(row));
+        int column = 0;
+        for (const QString &text : {line.file, line.length, line.slot, line.talk, line.problem}) {
+            auto *item = new QTableWidgetItem(text);
+            item->setToolTip(text);
+            lstPlan->setItem(row, column, item);
+            ++column;
+        }
+        lstPlan->item(row, column - 1)->setForeground(themeColour(ThemeRole::Attention));
+    }
 }
 
 void frmConvert::showState() {
@@ -73,6 +113,7 @@ bool frmConvert::import(const std::vector<SoundImport::Job> &jobs) {
     }
     player_End();
     running_ = true;
+    tmrLengths_->setEnabled(false);
     stopWanted_ = false;
     QGuiApplication::setOverrideCursor(Qt::WaitCursor);
     showState();
@@ -85,6 +126,7 @@ bool frmConvert::import(const std::vector<SoundImport::Job> &jobs) {
         // What is recorded next belongs to what is selected.
         guarded([this] { context_.showRow(import_.lastRow()); });
         context_.session.filingEnded(TakeSession::SaveOffer::ByTake);
+        showPlan();
     });
     return import_.run(jobs);
 }
@@ -140,6 +182,7 @@ void frmConvert::reject() {
         return;
     }
     player_End();
+    tmrLengths_->setEnabled(false);
     QDialog::reject();
 }
 

@@ -1,9 +1,12 @@
 #pragma once
 
 #include "platform/platform.h"
+#include "platform/timers.h"
 #include "platform/wave_player.h"
 #include "playlist/current_step.h"
+#include "production/import_desk.h"
 #include "production/sound_import.h"
+#include "production/sound_lengths.h"
 #include "settings/settings.h"
 #include "widgets/gauge.h"
 #include "windows/folder_browser.h"
@@ -12,6 +15,7 @@
 #include <QElapsedTimer>
 #include <QListWidget>
 #include <QPushButton>
+#include <QTableWidget>
 
 #include <functional>
 #include <memory>
@@ -19,34 +23,13 @@
 
 namespace orvel {
 
-class Completion;
-class Places;
-class TakeSession;
-
-/// What importing sound files needs of the rest of the program; all of it outlives the window.
-struct ConvertContext {
-    Platform &platform;
-    const Settings &settings;
-    const Places &places;
-    CurrentStep &step;
-    const Playlist &datList;
-    TakeSession &session;
-    StepMarks &marks;
-    Filing &filing;
-    Completion &completion;
-    /// Selects a row of the grid.
-    std::function<void(int row)> showRow;
-    /// One sentence for the status line.
-    std::function<void(const QString &sentence)> tell;
-};
-
 /// Files voice tracks that were recorded elsewhere: one for the selected step, or a whole folder for all presentation
 /// steps in order. WAV files become MP3 files, MP3 files are copied as they are.
 class frmConvert : public QDialog {
     Q_OBJECT
 
   public:
-    explicit frmConvert(ConvertContext context, QWidget *parent = nullptr);
+    explicit frmConvert(ImportDesk context, QWidget *parent = nullptr);
 
     FolderBrowser *const browser;
     QPushButton *const cmdBatch;
@@ -54,6 +37,8 @@ class frmConvert : public QDialog {
     QPushButton *const cmdQuit;
     QPushButton *const cmdPlay;
     Gauge *const progressconvert;
+    QLabel *const lblStep;        ///< which step the single import is for
+    QTableWidget *const lstPlan;  ///< what the batch would do
     QListWidget *const lstFailed; ///< files that could not be converted, and their steps
 
     /// Called each time before the window opens.
@@ -68,6 +53,10 @@ class frmConvert : public QDialog {
   private:
     void layOut();
     void showState();
+    /// The folder, the playlist or the selected step is another one.
+    void plan();
+    [[nodiscard]] QStringList planned() const;
+    void showPlan();
     /// Tells the problem, where there is one.
     bool isRefused(const QString &problem);
     /// False when it was stopped, or cannot begin.
@@ -78,12 +67,14 @@ class frmConvert : public QDialog {
     void noteFailure(const QString &sentence);
     void player_End();
 
-    ConvertContext context_;
+    ImportDesk context_;
     SoundImport import_;
     // Made once: a new icon is drawn anew, and its pictures stay in a cache.
     QIcon playIcon_{QStringLiteral(":/icons/play.svg")};
     QIcon stopIcon_{QStringLiteral(":/icons/stop.svg")};
     std::unique_ptr<WavePlayer> player_;
+    SoundLengths lengths_;
+    std::unique_ptr<Timer> tmrLengths_; ///< as long as files are being measured
     bool running_ = false;
     bool isBatch_ = false;
     bool stopWanted_ = false;

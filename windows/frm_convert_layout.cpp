@@ -3,13 +3,31 @@
 #include "windows/frm_convert.h"
 #include "windows/named.h"
 #include "windows/on.h"
+#include "windows/whole_rows.h"
 
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
 namespace orvel {
 
-frmConvert::frmConvert(ConvertContext context, QWidget *parent)
+namespace {
+
+constexpr int lengthsMs = 100;
+
+void setUpPlan(QTableWidget &list) {
+    list.setObjectName(QStringLiteral("lstPlan"));
+    list.setAccessibleName(QObject::tr("Wat Batch Import doet"));
+    list.setHorizontalHeaderLabels({QObject::tr("Bestand"), QObject::tr("Lengte"), QObject::tr("Link"),
+                                    QObject::tr("Praattijd"), QObject::tr("Past niet")});
+    showWholeRows(list);
+    list.setSelectionMode(QAbstractItemView::NoSelection);
+    list.horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
+    list.setMinimumHeight(list.fontMetrics().height() * 8);
+}
+
+} // namespace
+
+frmConvert::frmConvert(ImportDesk context, QWidget *parent)
     : QDialog(parent), browser(new FolderBrowser(context.platform.files, QStringLiteral("*.WAV;*.MP3").split(u';'),
                                                  FolderBrowser::Files::Shown, this)),
       cmdBatch(namedButton(this, "cmdBatch", QStringLiteral("Batch Import"),
@@ -18,12 +36,14 @@ frmConvert::frmConvert(ConvertContext context, QWidget *parent)
                             tr("Gebruik het gekozen bestand voor de gekozen stap"), "")),
       cmdQuit(namedButton(this, "cmdQuit", tr("Sluiten"), tr("Verlaat dit scherm"), ":/icons/exit.svg")),
       cmdPlay(namedButton(this, "cmdPlay", tr("Beluister"), tr("Beluister het gekozen bestand"), "")),
-      progressconvert(new Gauge(this)), lstFailed(new QListWidget(this)), context_(std::move(context)),
+      progressconvert(new Gauge(this)), lblStep(new QLabel(this)), lstPlan(new QTableWidget(this)),
+      lstFailed(new QListWidget(this)), context_(std::move(context)),
       import_({context_.platform, context_.settings, context_.places, context_.datList, context_.step, context_.marks,
                context_.filing, [this](int percent, const QString &what) { return showProgress(percent, what); },
                [this](std::size_t number) { showFile(number); },
                [this](const QString &sentence) { noteFailure(sentence); }}),
-      player_(context_.platform.sound.makePlayer()) {
+      player_(context_.platform.sound.makePlayer()), lengths_(context_.platform.audioFiles),
+      tmrLengths_(context_.platform.timers.create(lengthsMs, MissedTicks::Drop, [this] { showPlan(); })) {
     setObjectName(QStringLiteral("frmConvert"));
     setWindowTitle(QStringLiteral("Geluidsbestanden importeren"));
     progressconvert->setObjectName(QStringLiteral("progressconvert"));
@@ -32,11 +52,19 @@ frmConvert::frmConvert(ConvertContext context, QWidget *parent)
     lstFailed->setAccessibleName(tr("Bestanden die niet konden worden omgezet"));
     lstFailed->setSelectionMode(QAbstractItemView::NoSelection);
     lstFailed->setFixedHeight(fontMetrics().height() * 4);
+    lblStep->setObjectName(QStringLiteral("lblStep"));
+    lblStep->setWordWrap(true);
+    lstPlan->setColumnCount(5);
+    setUpPlan(*lstPlan);
     cmdPlay->setIcon(playIcon_);
     cmdSingle->setProperty("role", QStringLiteral("primary"));
+    browser->letBrowse(context_.platform.prompts);
     layOut();
     player_->setEndHandler([this] { guarded([this] { player_End(); }); });
-    on(browser, &FolderBrowser::folderChanged, this, &frmConvert::showState);
+    on(browser, &FolderBrowser::folderChanged, this, [this] {
+        showState();
+        plan();
+    });
     on(browser, &FolderBrowser::fileSelected, this, &frmConvert::showState);
     on(cmdBatch, &QPushButton::clicked, this, &frmConvert::cmdBatch_Click);
     on(cmdSingle, &QPushButton::clicked, this, &frmConvert::cmdSingle_Click);
@@ -55,7 +83,13 @@ void frmConvert::layOut() {
     buttons->addWidget(cmdBatch);
     buttons->addWidget(cmdQuit);
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(browser, 1);
+    auto *planned = new QLabel(tr("Dit doet Batch Import"), this);
+    planned->setProperty("role", QStringLiteral("muted"));
+    planned->setBuddy(lstPlan);
+    layout->addWidget(browser, 3);
+    layout->addWidget(planned);
+    layout->addWidget(lstPlan, 2);
+    layout->addWidget(lblStep);
     layout->addWidget(progressconvert);
     layout->addWidget(failed);
     layout->addWidget(lstFailed);

@@ -25,6 +25,7 @@ frmExport::frmExport(TransferContext context, QWidget *parent)
     cmdExport->setDefault(true);
     cmdStop->setObjectName(QStringLiteral("cmdStop"));
     cmdStop->setAutoDefault(false);
+    browser->letBrowse(context_.platform.prompts);
     layOut();
     on(cmdExport, &QPushButton::clicked, this, &frmExport::cmdExport_Click);
     on(cmdStop, &QPushButton::clicked, this, &frmExport::cmdStop_Click);

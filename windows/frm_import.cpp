@@ -23,6 +23,7 @@ frmImport::frmImport(TransferContext context, QWidget *parent)
     lblResult->setObjectName(QStringLiteral("lblResult"));
     lblResult->setAccessibleDescription(tr("Waarom er niets geïmporteerd werd"));
     lblResult->setWordWrap(true);
+    browser->letBrowse(context_.platform.prompts);
     layOut();
     on(cmdImport, &QPushButton::clicked, this, &frmImport::cmdImport_Click);
     on(cmdStop, &QPushButton::clicked, this, &frmImport::cmdStop_Click);

@@ -13,6 +13,8 @@
 #include "station/work_folders.h"
 #include "widgets/alarm_line.h"
 #include "windows/card_panel.h"
+#include "windows/desk_drops.h"
+#include "windows/desk_menus.h"
 #include "windows/file_panel.h"
 #include "windows/frm_adv.h"
 #include "windows/frm_convert.h"
@@ -70,7 +72,9 @@ void frmMain::Form_Initialize() {
     setWindowIcon(QIcon(QStringLiteral(":/icons/orvel.svg")));
     makePanels();
     connectPanels();
+    new DeskDrops(workplace_, transferContext(), *panels_.gridPanel, *panels_.filePanel, panels_.gridPanel);
     makeToolbar();
+    new DeskMenus(panels_, workplace_.datList, workplace_.step, panels_.gridPanel);
     layOut();
     makeKeys();
     fold(false);
@@ -166,6 +170,7 @@ bool frmMain::Form_Load() {
     }
     checkVoiceTrackFolder();
     panels_.tabRec->setCurrentIndex(0);
+    work.readStations();
     work.session.mode.hasStations = platform_.files.fileExists(work.places.stationList());
     showDesk();
     panels_.cardPanel->watch();
@@ -324,6 +329,9 @@ void frmMain::showDesk() {
     showTake();
     escape_->setEnabled(workplace_.session.state() == SessionState::CountingDown);
     panels_.lblLoudness->setText(workplace_.takeLoudness());
+    if (frmStation *chooser = station_; chooser != nullptr && !workplace_.session.isIdle()) {
+        chooser->versions->stop(); // what is heard would be recorded
+    }
     showProgress();
 }
 

@@ -97,10 +97,17 @@ void frmMain::showStations() {
     frmStation *chooser = station_;
     if (chooser == nullptr || !chooser->isVisible()) {
         const auto save = [this](const QString &code) { return workplace_.saving.ExternalSave(code); };
-        chooser = new frmStation(platform_, workplace_.places.programFolder(), save, this);
+        const auto look = [this] {
+            workplace_.readStations();
+            return workplace_.tracks.versions(workplace_.saving.chooserTake());
+        };
+        chooser = new frmStation(platform_, workplace_.places.programFolder(), save, look,
+                                 playerSettings(workplace_.settings), this);
         on(chooser, &QDialog::finished, this, [this] { workplace_.saving.stationsClosed(); });
         chooser->setAttribute(Qt::WA_DeleteOnClose);
         station_ = chooser;
+    } else {
+        chooser->showVersions();
     }
     bringUp(*chooser);
 }
@@ -135,11 +142,7 @@ void frmMain::showAdvanced() {
 
 void frmMain::showConvert() {
     if (!convert_) {
-        Workplace &work = workplace_;
-        convert_ = std::make_unique<frmConvert>(ConvertContext{platform_, work.settings, work.places, work.step,
-                                                               work.datList, work.session, work.marks, work.filing,
-                                                               work.completion, work.view.showRow, work.view.tell},
-                                                this);
+        convert_ = std::make_unique<frmConvert>(workplace_.importDesk(), this);
     }
     convert_->Form_Load();
     convert_->open();

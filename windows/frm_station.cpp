@@ -22,14 +22,17 @@ enum StationColumn { StationNameColumn, CodeColumn, StationColumnCount };
 } // namespace
 
 frmStation::frmStation(Platform &platform, const QString &programFolder, std::function<bool(const QString &code)> save,
-                       QWidget *parent)
+                       std::function<std::vector<StationVersion>()> look, const PlayerSettings &output, QWidget *parent)
     : QDialog(parent), cobStation(new QComboBox(this)),
       cmdSave(new QPushButton(QStringLiteral("Presentatie bewaren voor het gekozen station"), this)),
-      platform_(platform), save_(std::move(save)) {
+      versions(new StationVersions(platform, output, this)), platform_(platform), look_(std::move(look)),
+      save_(std::move(save)) {
     setObjectName(QStringLiteral("frmStation"));
     setWindowTitle(QStringLiteral("Selecteer een station"));
     fillStations(programFolder);
     layOut();
+    on(versions, &StationVersions::chosen, this, [this](auto... code) { (chooseCode(code), ...); });
+    showVersions();
     on(cmdSave, &QPushButton::clicked, this, &frmStation::cmdSave_Click);
 }
 
@@ -71,11 +74,25 @@ void frmStation::layOut() {
     layout->setSpacing(line / 2);
     layout->addWidget(question);
     layout->addWidget(cobStation);
+    layout->addWidget(versions, 1);
     layout->addSpacing(line / 2);
     layout->addWidget(cmdSave);
 }
 
+void frmStation::showVersions() {
+    versions->show(look_ ? look_() : std::vector<StationVersion>());
+}
+
+void frmStation::chooseCode(const QString &code) {
+    for (int row = 0; row < stations_.rowCount(); ++row) {
+        if (stations_.item(row, CodeColumn)->text() == code) {
+            cobStation->setCurrentIndex(row);
+        }
+    }
+}
+
 void frmStation::cmdSave_Click() {
+    versions->stop();
     const QStandardItem *code = stations_.item(cobStation->currentIndex(), CodeColumn);
     const NetworkStation station{cobStation->currentText(), code == nullptr ? QString() : code->text()};
     if (const QString problem = stationProblem(station); !problem.isEmpty()) {
@@ -98,6 +115,7 @@ void frmStation::cmdSave_Click() {
 
 void frmStation::reject() {
     if (!saving_) {
+        versions->stop();
         QDialog::reject();
     }
 }

@@ -26,6 +26,8 @@ QString longestText(const QAbstractItemModel &model, int column) {
     return longest;
 }
 
+} // namespace
+
 void fitColumn(QTableView &grid, int column) {
     if (column == ImportedColumn) {
         grid.resizeColumnToContents(column); // a tick, and a sign beside it
@@ -35,8 +37,6 @@ void fitColumn(QTableView &grid, int column) {
     const int text = metrics.horizontalAdvance(longestText(*grid.model(), column)) + metrics.averageCharWidth() * 3;
     grid.setColumnWidth(column, std::max(text, grid.horizontalHeader()->sectionSizeHint(column)));
 }
-
-} // namespace
 
 void hideTechnicalColumns(QTableView &grid) {
     for (int column = 0; column < StepColumnCount; ++column) {

@@ -10,6 +10,9 @@ namespace orvel {
 /// Those that only the program needs are never shown.
 void hideTechnicalColumns(QTableView &grid);
 
+/// As wide as its texts.
+void fitColumn(QTableView &grid, int column);
+
 /// Every column as wide as its texts; performer and title take the room that is left.
 void fitColumns(QTableView &grid);
 

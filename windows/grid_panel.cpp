@@ -146,7 +146,13 @@ void GridPanel::showChanged(int row) {
 }
 
 void GridPanel::showMissing() {
-    model_.setMissing(tracks_.missing(playlist_), tracks_.folder());
+    const TrackLook seen = tracks_.look(playlist_);
+    model_.setMissing(seen.missing, tracks_.folder());
+    model_.setStations(seen.stations);
+    if (!areColumnsSet_ && playlist_.isOpen()) {
+        fitColumn(*dbgLijst, ImportedColumn);
+        shareRest(*dbgLijst);
+    }
 }
 
 void GridPanel::selectRow(int row) {

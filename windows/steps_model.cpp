@@ -45,6 +45,15 @@ void StepsModel::setMissing(QSet<int> rows, const QString &folder) {
     }
 }
 
+void StepsModel::setStations(QHash<int, StationCount> stations) {
+    const QHash<int, StationCount> before = std::exchange(stations_, std::move(stations));
+    for (int row = 0; row < rowCount(); ++row) {
+        if (before.value(row) != stations_.value(row)) {
+            showChanged(row);
+        }
+    }
+}
+
 int StepsModel::rowCount(const QModelIndex &parent) const {
     return parent.isValid() ? 0 : playlist_.stepCount();
 }
@@ -60,11 +69,16 @@ const StepStyle *StepsModel::style(int row) const {
     return isNumber && found != styles_.end() ? &found->second : nullptr;
 }
 
+QVariant StepsModel::stationsOf(int row) const {
+    const StationCount count = stations_.value(row);
+    return count.all == 0 ? QVariant() : tr("%1 van %2").arg(count.there).arg(count.all);
+}
+
 QVariant StepsModel::shown(int row, int column) const {
     const QVariant value = playlist_.value(row, column);
     switch (stepField(column).look) {
     case StepLook::Tick:
-        return {};
+        return stationsOf(row);
     case StepLook::MixType:
         return mixTypeName(value);
     case StepLook::Seconds:
@@ -102,6 +116,9 @@ QVariant StepsModel::cell(int row, int column, int role) const {
 
 QVariant StepsModel::toolTip(int row, int column) const {
     static_cast<void>(playlist_.value(row, column)); // one that cannot be read says why
+    if (const QStringList lacking = stations_.value(row).lacking; !lacking.isEmpty()) {
+        return tr("Nog geen versie voor: %1.").arg(lacking.join(QStringLiteral(", ")));
+    }
     if (!missing_.contains(row)) {
         return {};
     }

@@ -2,6 +2,7 @@
 
 #include "playlist/playlist.h"
 #include "playlist/step_types.h"
+#include "playlist/voice_tracks.h"
 
 #include <QAbstractTableModel>
 #include <QIcon>
@@ -28,6 +29,9 @@ class StepsModel : public QAbstractTableModel {
     /// Rows that are marked as done while their voice track is not in its folder.
     void setMissing(QSet<int> rows, const QString &folder);
 
+    /// Rows that are voiced per station: how many of them there are.
+    void setStations(QHash<int, StationCount> stations);
+
     [[nodiscard]] int rowCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] int columnCount(const QModelIndex &parent = {}) const override;
     [[nodiscard]] QVariant data(const QModelIndex &index, int role = Qt::DisplayRole) const override;
@@ -42,6 +46,8 @@ class StepsModel : public QAbstractTableModel {
   private:
     [[nodiscard]] QVariant cell(int row, int column, int role) const;
     [[nodiscard]] const StepStyle *style(int row) const;
+    /// "2 van 4" for a step that is voiced per station.
+    [[nodiscard]] QVariant stationsOf(int row) const;
     [[nodiscard]] QVariant shown(int row, int column) const;
     [[nodiscard]] QVariant toolTip(int row, int column) const;
     void tellOnce(int row, int column, const QString &reason) const;
@@ -49,6 +55,7 @@ class StepsModel : public QAbstractTableModel {
     Playlist &playlist_;
     StepStyles styles_;
     QSet<int> missing_;
+    QHash<int, StationCount> stations_;
     QIcon missingIcon_{QStringLiteral(":/icons/missing.svg")};
     QString folder_;            ///< where they should be
     mutable bool told_ = false; ///< of the open playlist

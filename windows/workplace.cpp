@@ -1,6 +1,7 @@
 #include "windows/workplace.h"
 
 #include "platform/audio.h"
+#include "platform/file_system.h"
 #include "station/holder.h"
 #include "station/ignore_errors.h"
 
@@ -11,9 +12,10 @@ namespace orvel {
 Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View theView)
     : platform(thePlatform), view(std::move(theView)), places(programFolder), recovery(platform.files, programFolder),
       journal(platform.files, places), datList(platform.databases, [this](const QString &path) { keepCopy(path); }),
-      marks(datList, platform.databases, settings.NewPath, view.rowChanged), tracks(platform.files, settings),
-      drives(platform.files, programFolder), catalogues(platform, settings),
-      takes(platform.files, places, journal, recovery, toText(presentHolder())), packer(platform),
+      marks(datList, platform.databases, settings.NewPath, view.rowChanged),
+      tracks(platform.files, settings, &stations), drives(platform.files, programFolder),
+      catalogues(platform, settings), takes(platform.files, places, journal, recovery, toText(presentHolder())),
+      packer(platform),
       chain(ProcessingContext{platform, places.programFolder(), view.processor, recovery, view.showProcess, view.tell,
                               [this] {
                                   return LoudnessGoal{settings.LoudnessTarget, settings.TruePeak};
@@ -33,10 +35,10 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
       joins({platform, datList, step, joinFiles, session, view.showRow, view.tell}),
       listening({platform, settings, datList, step, places, session, view.ticked, view.levels}),
       completion({platform, settings, datList, step, recovery, view.refreshPlaylist, view.showRow, view.changed,
-                  view.closePlaylist, view.refreshLists, view.tell}),
+                  view.closePlaylist, view.refreshLists, view.tell, &stations}),
       filing({platform, settings, places, recovery, journal, takes, marks, view.tell, view.progress}),
       saving({platform, settings, places, session, listening, filing, completion, view.tell, view.showStations,
-              view.changed}),
+              view.changed, &stations}),
       unfinished({platform, settings, places, recovery, journal, takes, marks, view.tell}),
       lock(platform.files, places) {
     takes.ended = [this](const QString &take) { retouching.ended(take); };
@@ -78,6 +80,17 @@ void Workplace::tidyTakes() {
     for (const QString &dry : takes.shelf().unpacked()) {
         packer.pack(dry, TakeShelf::packed(dry));
     }
+}
+
+void Workplace::readStations() {
+    stations.clear();
+    if (platform.files.fileExists(places.stationList())) {
+        ignoringErrors([this] { stations = stationList(platform.databases, places); });
+    }
+}
+
+ImportDesk Workplace::importDesk() {
+    return {platform, settings, places, step, datList, session, marks, filing, completion, view.showRow, view.tell};
 }
 
 void Workplace::showTake(const QString &name) {

@@ -7,6 +7,7 @@
 #include "playlist/step_marks.h"
 #include "playlist/voice_tracks.h"
 #include "production/filing.h"
+#include "production/import_desk.h"
 #include "production/processing_chain.h"
 #include "production/retouching.h"
 #include "production/saving.h"
@@ -63,6 +64,7 @@ struct Workplace {
     Journal journal;
     Playlist datList;
     StepMarks marks;
+    std::vector<NetworkStation> stations; ///< of the network; empty where there is no list
     VoiceTracks tracks;
     DriveMap drives;
     Catalogues catalogues;
@@ -91,6 +93,9 @@ struct Workplace {
     void tidyTakes();
     /// Only what lies between these moments of the selected step's take stays, milliseconds.
     void cutTake(double from, double to);
+    [[nodiscard]] ImportDesk importDesk();
+    /// Reads the station list anew; one that cannot be read leaves none.
+    void readStations();
     /// A take came back from recovery: its step is selected where the open playlist has it, and it can be saved.
     void showTake(const QString &name);
     /// How loud the selected step's take is, where that is known; else empty.

@@ -85,8 +85,7 @@ void FakePrompts::expectReport(const QString &beginning) {
     expect({QStringLiteral("message"), beginning}, {}, true);
 }
 
-void FakePrompts::expectAsk(const QString &text, const QString &title, bool answer, Preset preset,
-                            const Verbs &verbs) {
+void FakePrompts::expectAsk(const QString &text, const QString &title, bool answer, Preset preset, const Verbs &verbs) {
     expect({questionKind(preset, verbs), text, title}, answer ? QStringLiteral("yes") : QString());
 }
 

@@ -302,4 +302,28 @@ TEST_F(Multivoice, TheChooserStaysWhileItsVersionIsConverted) {
     EXPECT_EQ(filed(), QStringList{name + QStringLiteral(".mp3")});
 }
 
+TEST_F(Multivoice, ChooserAndRowTellWhichStationsHaveTheirVersion) {
+    openDemo();
+    record(300);
+    save();
+    QString own;
+    int places = 0;
+    const QComboBox &stations = *chooser()->cobStation;
+    for (int index = 1; index < stations.count(); ++index) {
+        const QString code = stations.model()->index(index, 1).data().toString();
+        ++places;
+        own = code != QStringLiteral("000") ? code : own;
+    }
+    const QTableWidget *list = chooser()->versions->lstVersions;
+    ASSERT_EQ(list->rowCount(), places + 1);
+    EXPECT_FALSE(list->item(0, 1)->text().contains(QStringLiteral("ingesproken")));
+    chooseCode(own);
+    prompts.expectAsk(ready, title, true);
+    click(chooser()->cmdSave);
+    EXPECT_EQ(window->panels().gridPanel->steps().index(row, ImportedColumn).data().toString(),
+              QStringLiteral("1 van %1").arg(places));
+    EXPECT_TRUE(window->panels().lblStatus->text().startsWith(QStringLiteral("Van %1 is er nog geen versie").arg(name)))
+        << window->panels().lblStatus->text().toStdString();
+}
+
 } // namespace orvel

@@ -100,8 +100,8 @@ TEST_F(SavingTakes, AServerFileThatMayNotBeOverwrittenLeavesEverythingAsItWas) {
     openDemo(QStringLiteral("[Files]\nVoiceTrackPath=%1/server\n[Program]\nServer=1").arg(folder.path()));
     disk.write(path(QStringLiteral("server/") + name + QStringLiteral(".mp3")), "oud");
     record(500);
-    prompts.expectOverwrite(QStringLiteral("Het bestand %1.mp3 bestaat al. Wilt U het overschrijven ?").arg(name), copying,
-                      false);
+    prompts.expectOverwrite(QStringLiteral("Het bestand %1.mp3 bestaat al. Wilt U het overschrijven ?").arg(name),
+                            copying, false);
     save();
     EXPECT_EQ(content(QStringLiteral("server/") + name + QStringLiteral(".mp3")), "oud");
     EXPECT_EQ(filesIn(QStringLiteral("temp")), QStringList{name + QStringLiteral(".wav")});

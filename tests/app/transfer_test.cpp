@@ -106,7 +106,8 @@ TEST_F(Transfer, AFileWhoseCopyWasNotWantedIsNotDeleted) {
     putOnStick(QStringLiteral("een.mdb"));
     addPlaylist(QStringLiteral("unicode.mdb"), QStringLiteral("een.mdb"));
     openImport(forced());
-    prompts.expectOverwrite(QStringLiteral("Het bestand een.mdb bestaat al. Wilt U het overschrijven ?"), copyingOut, false);
+    prompts.expectOverwrite(QStringLiteral("Het bestand een.mdb bestaat al. Wilt U het overschrijven ?"), copyingOut,
+                            false);
     prompts.expectAsk(mayDelete, deleteTitle, true, Preset::No);
     click(import->cmdImport);
     EXPECT_EQ(filesIn(QStringLiteral("stick")), QStringList{QStringLiteral("een.mdb")});
@@ -248,7 +249,8 @@ TEST_F(Transfer, APlaylistThatIsImportedOverTheOpenOneIsOpenedAnew) {
     select(2);
     putOnStick(QStringLiteral("een.mdb"), QStringLiteral("steps-150.mdb"));
     window->tlbMain_ButtonClick(2);
-    prompts.expectOverwrite(QStringLiteral("Het bestand een.mdb bestaat al. Wilt U het overschrijven ?"), copyingOut, true);
+    prompts.expectOverwrite(QStringLiteral("Het bestand een.mdb bestaat al. Wilt U het overschrijven ?"), copyingOut,
+                            true);
     prompts.expectAsk(mayDelete, deleteTitle, false, Preset::No);
     click(import->cmdImport);
     EXPECT_EQ(window->workplace().datList.stepCount(), 150);
@@ -294,10 +296,10 @@ TEST_F(Transfer, ATakeThatBeganDuringTheQuestionIsUntouched) {
         const QString take = window->workplace().step.VoiceTrackName;
         prompts.whileOpen([this] { beginRecording(); });
         if (overwrites) {
-            prompts.expectOverwrite(QStringLiteral("Het bestand een.mdb bestaat al. Wilt U het overschrijven ?"), copyingOut,
-                              true);
-            prompts.expectOverwrite(QStringLiteral("Het bestand twee.mdb bestaat al. Wilt U het overschrijven ?"), copyingOut,
-                              false);
+            prompts.expectOverwrite(QStringLiteral("Het bestand een.mdb bestaat al. Wilt U het overschrijven ?"),
+                                    copyingOut, true);
+            prompts.expectOverwrite(QStringLiteral("Het bestand twee.mdb bestaat al. Wilt U het overschrijven ?"),
+                                    copyingOut, false);
         }
         prompts.expectAsk(mayDelete, deleteTitle, false, Preset::No);
         click(import->cmdImport);

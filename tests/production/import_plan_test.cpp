@@ -28,8 +28,8 @@ class Planning : public Desk {
 } // namespace
 
 TEST_F(Planning, EveryFileHasItsSlotAndWhatDoesNotFitIsSaid) {
-    const auto lines = plan({QStringLiteral("1.wav"), QStringLiteral("2.mp3"), QStringLiteral("3.wav")},
-                            {5000, 10300, 1000});
+    const auto lines =
+        plan({QStringLiteral("1.wav"), QStringLiteral("2.mp3"), QStringLiteral("3.wav")}, {5000, 10300, 1000});
     const std::vector<PlannedImport> wanted{
         {QStringLiteral("1.wav"), seconds(5.0), QStringLiteral("Stap 1: A"), seconds(5.0), QString()},
         {QStringLiteral("2.mp3"), seconds(10.3), QStringLiteral("Stap 3: B"), seconds(9.0),
@@ -50,8 +50,8 @@ TEST_F(Planning, WhatIsLeftOverIsSaidOnBothSides) {
     EXPECT_EQ(few[1].problem, QStringLiteral("geen bestand voor deze link"));
     EXPECT_EQ(few[1].file, QString());
     EXPECT_EQ(few[1].slot, QStringLiteral("Stap 3: B"));
-    const auto many = plan({QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3"), QStringLiteral("4")},
-                           {0, 0, 0, 2000});
+    const auto many =
+        plan({QStringLiteral("1"), QStringLiteral("2"), QStringLiteral("3"), QStringLiteral("4")}, {0, 0, 0, 2000});
     ASSERT_EQ(many.size(), 4U);
     EXPECT_EQ(many[3].problem, QStringLiteral("geen link voor dit bestand"));
     EXPECT_EQ(many[3].length, seconds(2.0));
@@ -59,7 +59,8 @@ TEST_F(Planning, WhatIsLeftOverIsSaidOnBothSides) {
 }
 
 TEST_F(Planning, LengthsThatAreNotKnownAreNoMisfitAndUnreadableFilesAre) {
-    const auto lines = plan({QStringLiteral("1"), QStringLiteral("2")}, {SoundLengths::notYet, SoundLengths::unreadable});
+    const auto lines =
+        plan({QStringLiteral("1"), QStringLiteral("2")}, {SoundLengths::notYet, SoundLengths::unreadable});
     EXPECT_EQ(lines[0].length, QStringLiteral("..."));
     EXPECT_EQ(lines[0].problem, QString());
     EXPECT_EQ(lines[1].length, QString());
@@ -74,11 +75,9 @@ TEST_F(Planning, AHundredthTooLongIsNoMisfit) {
 TEST_F(Planning, TheSingleImportNamesItsStep) {
     EXPECT_EQ(singleTarget(playlist, 2),
               QStringLiteral("Importeer Bestand is voor stap 3 (B), praattijd %1.").arg(seconds(9.0)));
-    EXPECT_EQ(singleTarget(playlist, -1),
-              QStringLiteral("Er is geen stap gekozen om een bestand voor te importeren."));
+    EXPECT_EQ(singleTarget(playlist, -1), QStringLiteral("Er is geen stap gekozen om een bestand voor te importeren."));
     playlist.close();
-    EXPECT_EQ(singleTarget(playlist, 2),
-              QStringLiteral("Er is geen stap gekozen om een bestand voor te importeren."));
+    EXPECT_EQ(singleTarget(playlist, 2), QStringLiteral("Er is geen stap gekozen om een bestand voor te importeren."));
 }
 
 TEST_F(Planning, WithoutAPlaylistOrFilesThereIsNothingToShow) {

@@ -57,15 +57,18 @@ class Questions : public Desk {
         Deletion deletion{{asking.files, asking.prompts, recovery, [] { return false; }, tell}};
         deletion.deleteToDo({settings.NewPath, {QStringLiteral("a.mdb")}, {}}, [] {});
         DriveMap drives{files, folder.path()};
-        PlaylistImport import({asking, settings, drives, recovery, [](const QStringList &) {}, tell, [] { return false; }});
+        PlaylistImport import(
+            {asking, settings, drives, recovery, [](const QStringList &) {}, tell, [] { return false; }});
         import.run(path(QStringLiteral("van"))); // two: overwriting, and deleting the sources
         Global::ShellCopyFile(asking, path(QStringLiteral("van/a.mdb")), path(QStringLiteral("weg/a.mdb")), false,
                               QString());
         recovery.keepCopy(path(QStringLiteral("new/a.mdb")));
         Restoring restoring{{asking.files, asking.prompts, recovery, folder.path(), [] { return false; }}};
         static_cast<void>(restoring.putBack(recovery.kept().front()));
-        Completion finishing({asking, settings, playlist, step, recovery, [] {}, [](int) {}, [] {}, [] {}, [] {}, tell});
-        SoundDrop dropping{{asking, settings, places, step, playlist, session, marks, filing, finishing, [](int) {}, tell}};
+        Completion finishing(
+            {asking, settings, playlist, step, recovery, [] {}, [](int) {}, [] {}, [] {}, [] {}, tell});
+        SoundDrop dropping{
+            {asking, settings, places, step, playlist, session, marks, filing, finishing, [](int) {}, tell}};
         dropping.drop({path(QStringLiteral("van/stem.wav"))}, link2);
         for (int row = 0; row < playlist.stepCount(); ++row) {
             playlist.setValue(row, ImportedColumn, true);
@@ -114,8 +117,8 @@ TEST_F(Questions, SayWhatTheyDoAndNeverPresetWhatDestroys) {
 TEST(TheTableOfQuestions, IsComplete) {
     std::size_t places = 0;
     for (const char *room : {"station", "settings", "playlist", "recording", "production", "windows", "app"}) {
-        QDirIterator sources(QStringLiteral(ORVEL_SOURCE_DIR "/") + QString::fromLatin1(room), {QStringLiteral("*.cpp")},
-                             QDir::Files);
+        QDirIterator sources(QStringLiteral(ORVEL_SOURCE_DIR "/") + QString::fromLatin1(room),
+                             {QStringLiteral("*.cpp")}, QDir::Files);
         while (sources.hasNext()) {
             QFile source(sources.next());
             ASSERT_TRUE(source.open(QIODevice::ReadOnly));

@@ -27,8 +27,9 @@ class Dropping : public Desk {
         return file;
     }
     void expectReplace(bool answer) {
-        prompts.expectAsk(QStringLiteral("Stap 4 heeft al een voicetrack (LINK2). Wilt U die vervangen door stem.wav ?"),
-                          title, answer, Preset::No, replaceOrNot);
+        prompts.expectAsk(
+            QStringLiteral("Stap 4 heeft al een voicetrack (LINK2). Wilt U die vervangen door stem.wav ?"), title,
+            answer, Preset::No, replaceOrNot);
     }
     [[nodiscard]] QByteArray track() const { return disk.read(path(QStringLiteral("ok/LINK2.mp3"))); }
 

@@ -120,8 +120,8 @@ TEST_F(LookingAtThePlaylist, StationsWithoutTheirVersionAreToldFirst) {
     const std::vector<NetworkStation> network{{QStringLiteral("Algemeen"), QStringLiteral("999")},
                                               {QStringLiteral("Noord"), QStringLiteral("012")},
                                               {QStringLiteral("Oost"), QStringLiteral("034")}};
-    Completion shared({platform, settings, playlist, step, recovery, [] {}, [](int) {}, [] {}, [] {}, [] {}, tell,
-                       &network});
+    Completion shared(
+        {platform, settings, playlist, step, recovery, [] {}, [](int) {}, [] {}, [] {}, [] {}, tell, &network});
     prompts.expectMessage(QStringLiteral("Deze stappen zijn nog niet voor alle stations ingesproken: LINK2 (Oost)."),
                           QStringLiteral("Playlist overzetten"), MessageIcon::Exclamation);
     prompts.expectAsk(QStringLiteral("Playlist Klaar ?"), QStringLiteral("Playlist overzetten"), false, Preset::No);

@@ -73,7 +73,8 @@ TEST_F(CopyAndRecovery, ANoKeepsOneFileTheOthersAreCopied) {
         QDir(folder.path()).mkpath(QStringLiteral("new"));
         writeContent(folder.path(name), name);
     }
-    prompts.expectOverwrite(QStringLiteral("Het bestand 1.mdb bestaat al. Wilt U het overschrijven ?"), copyTitle, false);
+    prompts.expectOverwrite(QStringLiteral("Het bestand 1.mdb bestaat al. Wilt U het overschrijven ?"), copyTitle,
+                            false);
     EXPECT_EQ(copy("*.mdb", folder.path("new")).copied, 1);
     EXPECT_EQ(contentOf(folder.path("new/1.mdb")), "new/1.mdb");
     EXPECT_EQ(contentOf(folder.path("new/2.mdb")), "2.mdb");

@@ -1,4 +1,5 @@
 // The drive, folder and file lists, on a real disk with drives that come and go.
+#include "platform/fake/fake_prompts.h"
 #include "platform/qt/disk_file_system.h"
 #include "windows/folder_browser.h"
 
@@ -217,6 +218,29 @@ TEST_F(Browsing, EveryListHasItsCaptionAndItsName) {
                                 static_cast<QWidget *>(browser.File1)}) {
         EXPECT_FALSE(list->accessibleName().isEmpty());
     }
+}
+
+TEST_F(Browsing, TheSystemsOwnDialogIsOfferedBesideTheLists) {
+    FakePrompts prompts;
+    browser.show();
+    EXPECT_FALSE(browser.cmdBrowse->isVisible());
+    browser.letBrowse(prompts);
+    EXPECT_TRUE(browser.cmdBrowse->isVisible());
+    browser.setFolder(folder.path());
+    prompts.expectFolder(QStringLiteral("Kies een map"), folder.path(), path("muziek"));
+    browser.cmdBrowse->click();
+    EXPECT_EQ(browser.folder(), path("muziek"));
+    EXPECT_EQ(texts(*browser.File1).join(u' '), QStringLiteral("x.mp3"));
+    prompts.expectFolder(QStringLiteral("Kies een map"), path("muziek"), QString());
+    browser.cmdBrowse->click();
+    EXPECT_EQ(browser.folder(), path("muziek")) << "the dialog was cancelled";
+    browser.setFolder(path("weg"));
+    prompts.expectFolder(QStringLiteral("Kies een map"), QDir::homePath(), QString());
+    browser.cmdBrowse->click();
+    browser.force(folder.path());
+    EXPECT_FALSE(browser.cmdBrowse->isEnabled()) << "the settings say which";
+    browser.letChoose();
+    EXPECT_TRUE(browser.cmdBrowse->isEnabled());
 }
 
 } // namespace orvel

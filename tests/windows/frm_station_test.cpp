@@ -5,6 +5,7 @@
 #include "windows/frm_station.h"
 
 #include <QLabel>
+#include <QTest>
 
 #include <gtest/gtest.h>
 
@@ -60,6 +61,44 @@ TEST_F(Stations, TheQuestionNamesTheChooser) {
     EXPECT_EQ(labels.first()->text(), question);
     EXPECT_EQ(labels.first()->buddy(), window.cobStation);
     EXPECT_EQ(window.cobStation->accessibleName(), question);
+}
+
+TEST_F(Stations, TheChooserTellsWhoHasItsVersionHowLongItIsAndPlaysIt) {
+    const auto writer = realAudioFiles.wavWriter();
+    writer->create(folder.path("02L.wav"), 44100);
+    writer->write(std::vector<std::int16_t>(44100 * 7, 1000));
+    writer->close();
+    const std::vector<StationVersion> versions{
+        {{QStringLiteral("Algemeen"), QStringLiteral("999")}, folder.path("L.wav"), false},
+        {{QStringLiteral("Gamma"), QStringLiteral("02")}, folder.path("02L.wav"), true}};
+    frmStation window(
+        platform, folder.path(), [](const QString &) { return true; }, [&] { return versions; });
+    window.show();
+    QTableWidget &list = *window.versions->lstVersions;
+    ASSERT_EQ(list.rowCount(), 2);
+    EXPECT_TRUE(list.item(0, 1)->text().contains(QStringLiteral("nog niet")));
+    EXPECT_TRUE(list.item(1, 1)->text().contains(QStringLiteral("ingesproken")));
+    EXPECT_EQ(window.cobStation->currentIndex(), -1) << "nothing is chosen by itself";
+    EXPECT_FALSE(window.versions->cmdPlay->isEnabled());
+    for (int looks = 0; looks < 200 && list.item(1, 2)->text() == QStringLiteral("..."); ++looks) {
+        QTest::qWait(10);
+        timers.advance(100);
+    }
+    EXPECT_EQ(list.item(1, 2)->text(), QLocale().toString(7.0, 'f', 1) + QStringLiteral(" s"));
+    EXPECT_TRUE(list.item(0, 2)->text().isEmpty());
+    list.selectRow(0);
+    EXPECT_FALSE(window.versions->cmdPlay->isEnabled());
+    EXPECT_EQ(window.cobStation->currentText(), QStringLiteral("Algemeen"));
+    list.selectRow(1);
+    EXPECT_EQ(window.cobStation->currentText(), QStringLiteral("Gamma"));
+    window.versions->cmdPlay->click();
+    EXPECT_EQ(sound.player(0).file(), folder.path("02L.wav"));
+    EXPECT_EQ(sound.player(0).state(), WavePlayer::playing);
+    window.versions->cmdPlay->click();
+    EXPECT_NE(sound.player(0).state(), WavePlayer::playing);
+    window.versions->cmdPlay->click();
+    window.close();
+    EXPECT_NE(sound.player(0).state(), WavePlayer::playing);
 }
 
 } // namespace orvel
