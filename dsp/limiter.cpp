@@ -35,27 +35,6 @@ double besselI0(double x) {
 }
 
 using Point = std::array<float, taps>;
-using Points = std::array<Point, phases - 1>;
-
-/// The highest absolute value of the points that are made of the taps samples from around on.
-ORVEL_WIDE_VECTORS float highestOf(const Points &points, const float *around) {
-    float highest = 0;
-    for (const Point &point : points) {
-        // Sums side by side, so that the processor can run them at once.
-        std::array<float, 8> sums{};
-        for (std::size_t i = 0; i < taps; i += sums.size()) {
-            for (std::size_t lane = 0; lane < sums.size(); ++lane) {
-                sums[lane] += point[i + lane] * around[i + lane];
-            }
-        }
-        float sum = 0;
-        for (const float part : sums) {
-            sum += part;
-        }
-        highest = std::max(highest, std::abs(sum));
-    }
-    return highest;
-}
 
 /// What makes the points between two samples out of their neighbours.
 class Interpolator {
@@ -66,7 +45,8 @@ class Interpolator {
         }
     }
 
-    [[nodiscard]] const Points &points() const { return points_; }
+    /// The highest absolute value of the points between the samples [reach - 1] and [reach] of around.
+    [[nodiscard]] float highest(const float *around) const;
 
     /// No point is higher than the highest sample that it is made of, times this.
     [[nodiscard]] float bound() const {
@@ -98,8 +78,27 @@ class Interpolator {
         }
     }
 
-    Points points_{};
+    std::array<Point, phases - 1> points_{};
 };
+
+ORVEL_WIDE_VECTORS float Interpolator::highest(const float *around) const {
+    float highest = 0;
+    for (const Point &point : points_) {
+        // Sums side by side, so that the processor can run them at once.
+        std::array<float, 8> sums{};
+        for (std::size_t i = 0; i < taps; i += sums.size()) {
+            for (std::size_t lane = 0; lane < sums.size(); ++lane) {
+                sums[lane] += point[i + lane] * around[i + lane];
+            }
+        }
+        float sum = 0;
+        for (const float part : sums) {
+            sum += part;
+        }
+        highest = std::max(highest, std::abs(sum));
+    }
+    return highest;
+}
 
 /// The highest the sound gets around every sample, in the order of the samples.
 class TruePeaks {
@@ -124,7 +123,7 @@ class TruePeaks {
         if (at % block == 0) {
             load(at);
         }
-        return isLoud_ ? highestOf(interpolator_.points(), window_.data() + at % block + 1) : 0.0F;
+        return isLoud_ ? interpolator_.highest(window_.data() + at % block + 1) : 0.0F;
     }
 
     /// The samples of a block with all that its points are made of, as floats.

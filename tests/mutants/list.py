@@ -279,3 +279,34 @@ behaviour(
     DSP, "Normalise.ALevelOfNothingIsDigitalSilence", "dsp/normalise.cpp",
     ("normalising to 0 % changes nothing", "        std::fill(samples.begin(), samples.end(), std::int16_t{0});\n", ""),
 )
+
+# --- nothing wrong unnoticed
+
+behaviour(
+    DSP, "Limiter.*", "dsp/limiter.cpp",
+    ("only the samples count, not what lies between", "return isLoud_ ? interpolator_", "return false ? interpolator_"),
+    ("the gain comes too late", "return 2 * half_ - 2;", "return half_;"))
+behaviour(
+    DSP, "Limiter.TheGainMovesSmoothlyAndComesBack", "dsp/limiter.cpp",
+    ("the gain jumps", "second_.next(first_.next(released_))", "released_"),
+    ("the gain never comes back", "(1 - released_) * release_", "0.0F"))
+behaviour(
+    RECORDING, "TheGuard.*", "recording/guard.cpp",
+    ("a quiet room is a dead line", "constexpr float deadLine = 10.0F", "constexpr float deadLine = 100.0F"),
+    ("four seconds of silence are let pass", "silentMs = 3000", "silentMs = 4000"),
+    ("the lamp goes out with the take", "if (begins && look.state == SessionState::Recording) {", "if (begins) {"),
+    ("five minutes of disk are enough", "leastSeconds = 600", "leastSeconds = 300"))
+behaviour(
+    RECORDING, "InputLevel.*", "recording/input_level.cpp",
+    ("a steady noise is a voice", "loud - soft >= riseOfVoice", "loud - soft >= -riseOfVoice"),
+    ("the mean counts, not the loud parts", "levelOf(0.9)", "levelOf(0.5)"))
+behaviour(
+    RECORDING, "TheWatch.LeavesTheTakeToTheSession", "recording/watch.cpp",
+    ("the card is let go while it records", "isOpen_ = isOpen_ && !isSessions(state);", ""))
+behaviour(
+    RECORDING, "TheWatch.*", "recording/watch.cpp",
+    ("a card that was let go stays open", "context_.platform.sound.recorder().stop()", "static_cast<void>(0)"),
+    ("the disk is looked at once", "surveys_ % diskInterval == 0", "surveys_ == 0"))
+behaviour(
+    PRODUCTION, "LoudnessStage.WhereTheLimiterWorksHardTheGoalIsReachedAllTheSame", "production/loudness_stage.cpp",
+    ("what the limiter takes away is not made up for", "mostTries = 8", "mostTries = 1"))

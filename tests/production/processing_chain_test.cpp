@@ -517,7 +517,7 @@ TEST_F(Processing, ALoudnessGoalThatCannotBeIsToldAndLeavesTheTake) {
 TEST_F(Processing, ATakeThatIsTooSoftForTheGoalIsTold) {
     Samples soft = makeTake();
     for (std::int16_t &sample : soft) {
-        sample = static_cast<std::int16_t>(sample / 1000);
+        sample = static_cast<std::int16_t>(sample / 300);
     }
     writeTake(soft);
     goal = {-16, -1};

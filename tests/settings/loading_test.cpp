@@ -132,6 +132,18 @@ TEST_F(Loading, AnUnreadableFileReadsAsEmptyAndIsNeverOverwritten) {
     EXPECT_EQ(test::contentOf(path), test::everyKey());
 }
 
+TEST_F(Loading, ALoudnessGoalIsOffUnlessAStationSetsIt) {
+    load("");
+    EXPECT_EQ(settings.LoudnessTarget, 0);
+    EXPECT_EQ(settings.TruePeak, -1);
+    load("[Loudness]\nTarget=-18\nTruePeak=-2\n");
+    EXPECT_EQ(settings.LoudnessTarget, -18);
+    EXPECT_EQ(settings.TruePeak, -2);
+    load("[Loudness]\nTarget=hard\nTruePeak=\n");
+    EXPECT_EQ(settings.LoudnessTarget, 0);
+    EXPECT_EQ(settings.TruePeak, -1);
+}
+
 TEST_F(Loading, DriveLettersAreFound) {
     writeFile("[Drives]\nm=" + folder.path("muziek").toUtf8() + "\nJ=jingles\nX=\n");
     const DriveMap drives = loadDrives(disk, folder.path());
