@@ -12,6 +12,7 @@
 #include "station/ignore_errors.h"
 #include "station/work_folders.h"
 #include "windows/card_panel.h"
+#include "windows/edit_panel.h"
 #include "windows/file_panel.h"
 #include "windows/frm_adv.h"
 #include "windows/frm_convert.h"
@@ -102,6 +103,7 @@ void frmMain::makePanels() {
         new FilePanel(platform_, work.settings, work.step, *panels_.gridPanel, work.recovery, work.view.tell, this);
     panels_.recorderPanel = new RecorderPanel(work.session, this);
     panels_.savePanel = new SavePanel(work.saving, this);
+    panels_.editPanel = new EditPanel(work.retouching, this);
     panels_.playbackPanel = new PlaybackPanel(work.listening, work.session, this);
     panels_.cardPanel = new CardPanel(platform_, work.view.tell, this);
     panels_.meterPanel = new MeterPanel(this);
@@ -284,6 +286,9 @@ void frmMain::showDesk() {
     panels_.savePanel->cmdSave->setEnabled(may.cmdSave);
     panels_.savePanel->cmdImport->setEnabled(may.cmdImport);
     panels_.savePanel->cmdMultivoice->setEnabled(may.cmdMultivoice);
+    panels_.editPanel->cmdFit->setEnabled(may.cmdFit);
+    panels_.editPanel->cmdUndo->setEnabled(may.cmdUndo);
+    panels_.editPanel->cmdRedo->setEnabled(may.cmdRedo);
     panels_.filePanel->tabFiles->setEnabled(may.lists);
     panels_.gridPanel->dbgLijst->setEnabled(may.dbgLijst);
     for (int index = 1; index <= 3; ++index) {
@@ -292,6 +297,7 @@ void frmMain::showDesk() {
     panels_.recorderPanel->show();
     panels_.playbackPanel->show();
     panels_.savePanel->show();
+    panels_.editPanel->show();
     panels_.stepPanel->show(workplace_.step, workplace_.session.fileName());
     escape_->setEnabled(workplace_.session.state() == SessionState::CountingDown);
     showProgress();

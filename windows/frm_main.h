@@ -22,6 +22,7 @@ class QShortcut;
 namespace orvel {
 
 class CardPanel;
+class EditPanel;
 class FilePanel;
 class GridPanel;
 class Joystick;
@@ -53,6 +54,7 @@ struct Panels {
     RecorderPanel *recorderPanel = nullptr;
     PlaybackPanel *playbackPanel = nullptr;
     SavePanel *savePanel = nullptr;
+    EditPanel *editPanel = nullptr;
     CardPanel *cardPanel = nullptr;
     MeterPanel *meterPanel = nullptr;
     QSplitter *lists = nullptr; ///< playlists and grid
