@@ -100,7 +100,9 @@ void Retouching::ended(const QString &take) {
 
 QString Retouching::sentence() const {
     const auto found = speech_.constFind(context_.step.VoiceTrackName);
-    if (found == speech_.constEnd() || !context_.session.facts().canSave) {
+    const SessionState state = context_.session.state();
+    const bool isAtRest = state == SessionState::Idle || state == SessionState::Listening;
+    if (found == speech_.constEnd() || !isAtRest || !context_.session.facts().canSave) {
         return {};
     }
     return speechSentence(*found, postOf(context_.step, context_.session.mode));

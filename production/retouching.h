@@ -43,7 +43,8 @@ class Retouching {
     void recorded(const QString &take);
     /// The take was filed, deleted or recorded anew.
     void ended(const QString &take);
-    /// About the selected step's take; empty where there is none, and before it was looked at.
+    /// About the selected step's take; empty where there is none, before it was looked at, and while something is done
+    /// with it.
     [[nodiscard]] QString sentence() const;
     [[nodiscard]] EditFacts facts(const QString &take) const;
     /// Of what cmdUndo and cmdRedo would do; empty where there is nothing.

@@ -15,6 +15,7 @@
 #include "windows/card_panel.h"
 #include "windows/desk_drops.h"
 #include "windows/desk_menus.h"
+#include "windows/edit_panel.h"
 #include "windows/file_panel.h"
 #include "windows/frm_adv.h"
 #include "windows/frm_convert.h"
@@ -115,6 +116,7 @@ void frmMain::makePanels() {
         new FilePanel(platform_, work.settings, work.step, *panels_.gridPanel, work.recovery, work.view.tell, this);
     panels_.recorderPanel = new RecorderPanel(work.session, this);
     panels_.savePanel = new SavePanel(work.saving, this);
+    panels_.editPanel = new EditPanel(work.retouching, this);
     panels_.playbackPanel = new PlaybackPanel(work.listening, work.session, this);
     panels_.joinPanel = new JoinPanel(work.joins, work.talkAlong, this);
     panels_.cardPanel = new CardPanel(platform_, work.view.tell, this);
@@ -315,6 +317,9 @@ void frmMain::showDesk() {
     panels_.savePanel->cmdSave->setEnabled(may.cmdSave);
     panels_.savePanel->cmdImport->setEnabled(may.cmdImport);
     panels_.savePanel->cmdMultivoice->setEnabled(may.cmdMultivoice);
+    panels_.editPanel->cmdFit->setEnabled(may.cmdFit);
+    panels_.editPanel->cmdUndo->setEnabled(may.cmdUndo);
+    panels_.editPanel->cmdRedo->setEnabled(may.cmdRedo);
     panels_.filePanel->tabFiles->setEnabled(may.lists);
     panels_.gridPanel->dbgLijst->setEnabled(may.dbgLijst);
     for (int index = 1; index <= 3; ++index) {
@@ -324,6 +329,7 @@ void frmMain::showDesk() {
     panels_.playbackPanel->show();
     panels_.savePanel->show();
     panels_.joinPanel->show(may);
+    panels_.editPanel->show();
     panels_.stepPanel->show(workplace_.step, workplace_.session.fileName(),
                             neighboursOf(workplace_.datList, workplace_.step));
     showTake();

@@ -22,6 +22,7 @@ class QShortcut;
 namespace orvel {
 
 class CardPanel;
+class EditPanel;
 class FilePanel;
 class GridPanel;
 class AlarmLine;
@@ -59,6 +60,7 @@ struct Panels {
     PlaybackPanel *playbackPanel = nullptr;
     JoinPanel *joinPanel = nullptr;
     SavePanel *savePanel = nullptr;
+    EditPanel *editPanel = nullptr;
     CardPanel *cardPanel = nullptr;
     MeterPanel *meterPanel = nullptr;
     InputPanel *inputPanel = nullptr;

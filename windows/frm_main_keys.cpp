@@ -1,5 +1,6 @@
 // The keys of the main window: one for each thing that a presenter does all day.
 #include "playlist/progress.h"
+#include "windows/edit_panel.h"
 #include "windows/frm_keys.h"
 #include "windows/frm_main.h"
 #include "windows/grid_panel.h"
@@ -33,6 +34,9 @@ void frmMain::makeKeys() {
         keyOf(panels_.takesPanel->cmdNextTake, Qt::Key_F2, tr("Een andere take van deze stap kiezen")),
         keyOf(panels_.joinPanel->cmdInVerband, QKeySequence(Qt::SHIFT | Qt::Key_F3),
               tr("De opname in verband beluisteren, of stoppen")),
+        keyOf(panels_.editPanel->cmdFit, Qt::Key_F11, tr("De opname op de intro laten passen")),
+        keyOf(panels_.editPanel->cmdUndo, Qt::CTRL | Qt::Key_Z, tr("De laatste bewerking ongedaan maken")),
+        keyOf(panels_.editPanel->cmdRedo, Qt::CTRL | Qt::Key_Y, tr("De bewerking opnieuw doen")),
         {Qt::Key_F6, tr("Naar de volgende link die nog niet klaar is"), [this] { showNextOpenSlot(); }},
         {Qt::Key_F7, tr("Het gekozen nummer voorbeluisteren"), [this] { panels_.gridPanel->dbgLijst_DblClick(); }},
         {Qt::Key_F8, tr("De playlist afdrukken"), [this] { panels_.tlbMain->actions().constFirst()->trigger(); }},

@@ -1,6 +1,7 @@
 // How the main window is put together: which panel stands where.
 #include "widgets/alarm_line.h"
 #include "windows/card_panel.h"
+#include "windows/edit_panel.h"
 #include "windows/file_panel.h"
 #include "windows/frm_main.h"
 #include "windows/grid_panel.h"
@@ -80,14 +81,22 @@ QWidget *frmMain::recordingStrip() {
     buttons->setSpacing(fontMetrics().height());
     auto *side = new QVBoxLayout;
     auto *actions = new Reflow(strip);
-    actions->add(panels_.playbackPanel);
+    auto *take = new QWidget(actions);
+    auto *takeButtons = new QHBoxLayout(take);
+    takeButtons->setContentsMargins(0, 0, 0, 0);
+    takeButtons->addWidget(panels_.playbackPanel);
+    takeButtons->addWidget(panels_.editPanel, 1);
+    actions->add(take);
     actions->add(panels_.savePanel);
     side->addWidget(actions);
     side->addWidget(panels_.joinPanel);
     auto *meters = new QHBoxLayout;
     meters->addWidget(panels_.meterPanel, 1);
     meters->addWidget(panels_.inputPanel);
+    meters->addWidget(panels_.editPanel->cmdUndo);
+    meters->addWidget(panels_.editPanel->cmdRedo);
     side->addLayout(meters);
+    panels_.recorderPanel->addNotice(panels_.editPanel->lblSpraak);
     buttons->addWidget(panels_.recorderPanel);
     buttons->addLayout(side, 1);
     auto *layout = new QVBoxLayout(strip);

@@ -73,6 +73,11 @@ void RecorderPanel::layOut() {
     grid->setRowStretch(3, 1);
 }
 
+void RecorderPanel::addNotice(QLabel *label) {
+    label->setAlignment(Qt::AlignCenter);
+    static_cast<QGridLayout *>(layout())->addWidget(label, 0, 1, 1, 2);
+}
+
 void RecorderPanel::cmdRec_Click() {
     session_.cmdRec_Click();
 }

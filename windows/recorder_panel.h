@@ -29,6 +29,9 @@ class RecorderPanel : public QWidget {
     /// Milliseconds, of the running take or of what is listened to. Throws Overflow.
     void showElapsed(std::int32_t milliseconds);
 
+    /// A label that says something when no take runs, where the notices of a running one stand.
+    void addNotice(QLabel *label);
+
     void cmdRec_Click();
 
   private:

@@ -61,6 +61,9 @@ TEST_F(RetouchingTest, AfterTheStopOneSentenceTellsWhereSpeechIs) {
     EXPECT_EQ(retouching.sentence(), QStringLiteral("Spraak 1,0 tot 5,5 s, 3,5 s vóór de zang"));
     EXPECT_TRUE(may().cmdFit);
     EXPECT_FALSE(may().cmdUndo);
+    startTake();
+    EXPECT_EQ(retouching.sentence(), QString()) << "another one is recorded";
+    session.cmdRec_Click(); // nothing came from the microphone
     select(link2);
     EXPECT_EQ(retouching.sentence(), QString()) << "another slot's take";
     EXPECT_FALSE(may().cmdFit);
