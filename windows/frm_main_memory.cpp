@@ -12,6 +12,8 @@
 #include <QStackedWidget>
 #include <QTabBar>
 
+#include <algorithm>
+
 namespace orvel {
 
 namespace {
@@ -24,7 +26,8 @@ constexpr int tallScreen = 900;
 void frmMain::fold(bool folded) {
     isFolded_ = folded;
     QTabWidget &tab = *panels_.tabRec;
-    tab.setMaximumHeight(folded ? tab.tabBar()->sizeHint().height() : QWIDGETSIZE_MAX);
+    tab.setMaximumHeight(folded ? std::max(tab.tabBar()->sizeHint().height(), tab.cornerWidget()->sizeHint().height())
+                                : QWIDGETSIZE_MAX);
     // Nothing that is not seen has the focus, or is read out.
     tab.findChild<QStackedWidget *>(QString(), Qt::FindDirectChildrenOnly)->setHidden(folded);
     panels_.cmdFold->setArrowType(folded ? Qt::UpArrow : Qt::DownArrow);
