@@ -12,8 +12,6 @@
 #include <QStackedWidget>
 #include <QTabBar>
 
-#include <algorithm>
-
 namespace orvel {
 
 namespace {
@@ -26,8 +24,7 @@ constexpr int tallScreen = 900;
 void frmMain::fold(bool folded) {
     isFolded_ = folded;
     QTabWidget &tab = *panels_.tabRec;
-    tab.setMaximumHeight(folded ? std::max(tab.tabBar()->sizeHint().height(), tab.cornerWidget()->sizeHint().height())
-                                : QWIDGETSIZE_MAX);
+    tab.setMaximumHeight(folded ? tab.tabBar()->sizeHint().height() : QWIDGETSIZE_MAX);
     // Nothing that is not seen has the focus, or is read out.
     tab.findChild<QStackedWidget *>(QString(), Qt::FindDirectChildrenOnly)->setHidden(folded);
     panels_.cmdFold->setArrowType(folded ? Qt::UpArrow : Qt::DownArrow);

@@ -44,9 +44,8 @@ void JoinPanel::layOut() {
     sldMeeluisteren->setRange(0, 100);
     sldMeeluisteren->setPageStep(10);
     sldMeeluisteren->setFixedWidth(fontMetrics().averageCharWidth() * 10);
-    // As high as the tabs beside them.
     for (QPushButton *button : {cmdInVerband, cmdHeleUur}) {
-        button->setFixedHeight(fontMetrics().height() * 3 / 2);
+        button->setProperty("role", QStringLiteral("low"));
     }
     sldMeeluisteren->setToolTip(tr("Hoe luid het vorige en het volgende item bij de opname te horen zijn"));
     // It gives way to everything else: the whole of it is its tooltip, and the status line tells what matters.
