@@ -73,7 +73,6 @@ void TalkAlong::countDownBegan(Moment takeBegins) {
         }
     } catch (const RuntimeError &error) {
         say(tr("Meeluisteren lukt nu niet: %1.").arg(error.description()));
-        context_.tell(remark_);
     }
 }
 
@@ -89,17 +88,18 @@ std::optional<TalkAlong::Moment> TalkAlong::outroBegins() {
 
 void TalkAlong::ended() {
     if (player_->brokeOff()) {
-        say(tr("Meeluisteren is gestopt: de uitgang is weg."));
-        context_.tell(tr("Meeluisteren is gestopt: de uitgang is weg. De opname gaat gewoon door."));
+        say(tr("Meeluisteren is gestopt: de uitgang is weg. De opname gaat gewoon door."));
     } else if (!player_->unreadable().isEmpty()) {
         say(tr("Niet leesbaar: %1").arg(player_->unreadable().join(QStringLiteral(", "))));
     }
 }
 
 void TalkAlong::say(const QString &remark) {
-    if (remark_ != remark) {
-        remark_ = remark;
+    // The whole sentence: beside the switch there is little room.
+    if (!remark.isEmpty() && remark_ != remark) {
+        context_.tell(remark);
     }
+    remark_ = remark;
     context_.changed();
 }
 

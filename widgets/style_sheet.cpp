@@ -37,6 +37,7 @@ QToolBar QToolButton:disabled { border: 1px solid transparent; }
 QPushButton[role="primary"] { background: @accent; color: @accentText; border-color: @accent; font-weight: bold; }
 QPushButton[role="primary"]:hover { border-color: @text; }
 QPushButton[role="primary"]:focus { border: 2px solid @text; }
+QPushButton[role="low"] { padding: 0px 0.9em; }
 QPushButton[role="quiet"] { background: transparent; border-color: transparent; }
 QPushButton[role="quiet"]:hover { background: @raised; border-color: @border; }
 QPushButton[role="quiet"]:focus { border: 2px solid @accent; }

@@ -39,10 +39,9 @@ ThemeVariant chooseTheme(const QString &wish, std::optional<ThemeVariant> deskto
 ///
 /// Dynamic properties that the style sheet knows:
 /// - QPushButton `role`: "record" (the large record button; see setRecording), "primary" (the one main action of a
-///   window), "quiet" (a button without a frame);
+///   window), "quiet" (a button without a frame), "low" (no higher than a tab);
 /// - QLabel `role`: "title", "muted", "value" (a figure that matters), "attention" (in red, bold), "alarm" (large, on
-/// the
-///   recording's red).
+///   the recording's red).
 void applyTheme(QApplication &application);
 void applyTheme(QApplication &application, ThemeVariant variant);
 

@@ -89,7 +89,6 @@ QWidget *frmMain::recordingStrip() {
     actions->add(take);
     actions->add(panels_.savePanel);
     side->addWidget(actions);
-    side->addWidget(panels_.joinPanel);
     auto *meters = new QHBoxLayout;
     meters->addWidget(panels_.meterPanel, 1);
     meters->addWidget(panels_.inputPanel);
@@ -125,7 +124,13 @@ void frmMain::layOut() {
     panels_.cmdFold = new QToolButton(this);
     panels_.cmdFold->setObjectName(QStringLiteral("cmdFold"));
     panels_.cmdFold->setAutoRaise(true);
-    panels_.tabRec->setCornerWidget(panels_.cmdFold);
+    // Beside the tabs there is room that is in sight, folded or not.
+    auto *corner = new QWidget(this);
+    auto *cornerLayout = new QHBoxLayout(corner);
+    cornerLayout->setContentsMargins(0, 0, 0, 0);
+    cornerLayout->addWidget(panels_.joinPanel);
+    cornerLayout->addWidget(panels_.cmdFold);
+    panels_.tabRec->setCornerWidget(corner);
     on(panels_.cmdFold, &QToolButton::clicked, this, [this] { fold(!isFolded_); });
     // A tab that is wanted is seen.
     on(panels_.tabRec, &QTabWidget::tabBarClicked, this, [this] { fold(false); });

@@ -43,10 +43,14 @@ JoinPanel::JoinPanel(JoinListening &joins, TalkAlong &along, QWidget *parent)
 void JoinPanel::layOut() {
     sldMeeluisteren->setRange(0, 100);
     sldMeeluisteren->setPageStep(10);
-    sldMeeluisteren->setFixedWidth(fontMetrics().averageCharWidth() * 12);
+    sldMeeluisteren->setFixedWidth(fontMetrics().averageCharWidth() * 10);
+    for (QPushButton *button : {cmdInVerband, cmdHeleUur}) {
+        button->setProperty("role", QStringLiteral("low"));
+    }
     sldMeeluisteren->setToolTip(tr("Hoe luid het vorige en het volgende item bij de opname te horen zijn"));
     // It gives way to everything else: the whole of it is its tooltip, and the status line tells what matters.
-    lblMeeluisteren->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
+    lblMeeluisteren->setMinimumWidth(1);
+    lblMeeluisteren->setMaximumWidth(remarkWidth());
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(cmdInVerband);
@@ -55,6 +59,10 @@ void JoinPanel::layOut() {
     layout->addWidget(chkMeeluisteren);
     layout->addWidget(sldMeeluisteren);
     layout->addWidget(lblMeeluisteren, 1);
+}
+
+int JoinPanel::remarkWidth() const {
+    return fontMetrics().averageCharWidth() * 28;
 }
 
 void JoinPanel::show(const Allowed &may) {
@@ -72,7 +80,8 @@ void JoinPanel::show(const Allowed &may) {
     chkMeeluisteren->setAccessibleDescription(remark);
     sldMeeluisteren->setEnabled(isPossible && along_.isOn());
     sldMeeluisteren->setValue((along_.volume() * 100 + fullVolume / 2) / fullVolume);
-    lblMeeluisteren->setText(remark);
+    lblMeeluisteren->setText(fontMetrics().elidedText(remark, Qt::ElideRight, remarkWidth()));
+    lblMeeluisteren->setAccessibleName(remark);
     lblMeeluisteren->setToolTip(remark);
 }
 

@@ -35,6 +35,7 @@ class JoinPanel : public QWidget {
 
   private:
     void layOut();
+    [[nodiscard]] int remarkWidth() const;
 
     JoinListening &joins_;
     TalkAlong &along_;
