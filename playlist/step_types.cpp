@@ -1,5 +1,7 @@
 #include "playlist/step_types.h"
 
+#include <QObject>
+
 namespace orvel {
 
 namespace {
@@ -31,6 +33,16 @@ QString styleName(int type) {
         return QStringLiteral("Event");
     }
     return within(type, 10, 15) ? QStringLiteral("Promo") : QString();
+}
+
+QString kindLabel(int type) {
+    static const std::map<QString, QString> labels = {
+        {QStringLiteral("Track"), QObject::tr("♪ Muziek")},  {QStringLiteral("Pres"), QObject::tr("◉ Link")},
+        {QStringLiteral("Jingle"), QObject::tr("★ Jingle")}, {QStringLiteral("Tijd"), QObject::tr("◷ Tijd")},
+        {QStringLiteral("Event"), QObject::tr("▶ Event")},   {QStringLiteral("Promo"), QObject::tr("€ Reclame")},
+    };
+    const auto found = labels.find(styleName(type));
+    return found == labels.end() ? QString() : found->second;
 }
 
 StepStyles applyStepStyles(const Settings &settings) {

@@ -16,6 +16,9 @@ enum StepType { TrackStep = 1, PresStep = 2, JingleStep = 3 };
 /// that have none.
 QString styleName(int type);
 
+/// What kind of step a type code is, for people: a symbol and a word, "♪ Muziek"; empty for codes that are no kind.
+QString kindLabel(int type);
+
 /// Colours as the settings keep them: red in the low byte, blue in the high one.
 struct StepStyle {
     std::int32_t back = 0;

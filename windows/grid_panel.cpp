@@ -21,7 +21,8 @@ void setUp(QTableView &grid) {
     grid.setSelectionMode(QAbstractItemView::SingleSelection);
     grid.setEditTriggers(QAbstractItemView::SelectedClicked | QAbstractItemView::EditKeyPressed |
                          QAbstractItemView::DoubleClicked);
-    grid.verticalHeader()->hide();
+    grid.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
+    grid.verticalHeader()->setHighlightSections(false);
     // Tight rows: a presenter wants to see the whole half hour.
     grid.verticalHeader()->setDefaultSectionSize(grid.fontMetrics().height() * 8 / 5);
     grid.setShowGrid(false);

@@ -2,6 +2,8 @@
 
 #include "platform/runtime_error.h"
 #include "playlist/field_values.h"
+#include "playlist/step_types.h"
+#include "station/ignore_errors.h"
 #include "windows/mix_type.h"
 #include "windows/stored_colour.h"
 
@@ -157,8 +159,23 @@ bool StepsModel::setData(const QModelIndex &index, const QVariant &value, int ro
     return true;
 }
 
+/// What a row is, in a symbol and a word: its colour alone says nothing to many.
+QVariant StepsModel::kind(int row, int role) const {
+    if (role == Qt::TextAlignmentRole) {
+        return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+    }
+    QString label;
+    if (role == Qt::DisplayRole && row >= 0 && row < rowCount()) {
+        ignoringErrors([&] { label = kindLabel(playlist_.value(row, TypeColumn).toInt()); }); // its cells tell why
+    }
+    return role == Qt::DisplayRole ? QVariant(label) : QVariant();
+}
+
 QVariant StepsModel::headerData(int section, Qt::Orientation orientation, int role) const {
-    if (orientation != Qt::Horizontal || role != Qt::DisplayRole || section < 0 || section >= StepColumnCount) {
+    if (orientation == Qt::Vertical) {
+        return kind(section, role);
+    }
+    if (role != Qt::DisplayRole || section < 0 || section >= StepColumnCount) {
         return {};
     }
     return QString::fromLatin1(stepField(section).caption);

@@ -49,6 +49,7 @@ class StepsModel : public QAbstractTableModel {
     /// "2 van 4" for a step that is voiced per station.
     [[nodiscard]] QVariant stationsOf(int row) const;
     [[nodiscard]] QVariant shown(int row, int column) const;
+    [[nodiscard]] QVariant kind(int row, int role) const;
     [[nodiscard]] QVariant toolTip(int row, int column) const;
     void tellOnce(int row, int column, const QString &reason) const;
 
