@@ -19,7 +19,10 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
       loudness(platform), session({platform, settings, datList, step, marks, takes, places,
                                    [this](const QString &take) {
                                        chain.AudioProcessing(take);
+                                       // Of an hour: five seconds.
+                                       view.showProcess(true);
                                        loudness.measure(take);
+                                       view.showProcess(false);
                                    },
                                    view.tell,
                                    [this] {
