@@ -14,6 +14,8 @@ namespace orvel {
 
 namespace {
 
+namespace limiting {
+
 constexpr std::size_t phases = 8; ///< points looked at from one sample to the next
 constexpr std::size_t reach = 16; ///< samples on either side that a point between two is made of
 constexpr std::size_t taps = 2 * reach;
@@ -223,16 +225,18 @@ class SmoothGain {
     float released_ = 1;
 };
 
+} // namespace limiting
+
 } // namespace
 
 void limit(std::span<std::int16_t> samples, const LimiterSettings &settings, int sampleRate, Dither &dither) {
     const float factor = decibelsToFactor(settings.gain);
-    const float ceiling = fullScale * margin * decibelsToFactor(settings.ceiling) / factor;
+    const float ceiling = limiting::fullScale * limiting::margin * decibelsToFactor(settings.ceiling) / factor;
     if (!std::isfinite(factor) || !std::isfinite(ceiling) || ceiling <= 0 || sampleRate <= 0) {
         return;
     }
-    TruePeaks peaks(samples, ceiling);
-    SmoothGain gain(sampleRate);
+    limiting::TruePeaks peaks(samples, ceiling);
+    limiting::SmoothGain gain(sampleRate);
     const auto nextGain = [&] {
         const float peak = peaks.next();
         return gain.next(peak > ceiling ? ceiling / peak : 1.0F);

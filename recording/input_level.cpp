@@ -8,8 +8,8 @@ namespace orvel {
 namespace {
 
 // dB below full scale, of the highest samples of 40 ms.
-constexpr float nothing = -96;
-constexpr float fullScale = -0.001F;
+constexpr float noLevel = -96;
+constexpr float clippedLevel = -0.001F;
 constexpr float softestVoice = -52; ///< below this nobody can be told from the room
 constexpr float loudestRoom = -32;  ///< what is louder is spoken, also when it does not rise and fall
 constexpr float softestGood = -24;
@@ -21,7 +21,7 @@ constexpr std::size_t leastLooks = 10; ///< 0.4 s
 } // namespace
 
 void InputLevel::heard(float peak) {
-    levels_[next_] = peak > 0 ? std::max(nothing, 20 * std::log10(peak)) : nothing;
+    levels_[next_] = peak > 0 ? std::max(noLevel, 20 * std::log10(peak)) : noLevel;
     next_ = next_ + 1 == looks ? 0 : next_ + 1;
     count_ = std::min(count_ + 1, looks);
     if (count_ >= leastLooks) {
@@ -41,7 +41,7 @@ InputVerdict InputLevel::judged() const {
     const float loud = levelOf(0.9);
     const float soft = levelOf(0.2);
     const float highest = *std::max_element(levels_.begin(), levels_.begin() + static_cast<std::ptrdiff_t>(count_));
-    if (highest >= fullScale) {
+    if (highest >= clippedLevel) {
         return InputVerdict::TooLoud;
     }
     // What the verdict is now may be missed by a little.

@@ -11,10 +11,10 @@ namespace orvel {
 
 namespace {
 
-constexpr int lookMs = InputLevel::lookMs;
+constexpr int watchLookMs = InputLevel::lookMs;
 constexpr int surveyMs = 1000;
 /// Looks without a sample after which there is no level any more: servers bring samples every few hundredths.
-constexpr int mostUnheard = 1000 / lookMs;
+constexpr int mostUnheard = 1000 / watchLookMs;
 // In surveys.
 constexpr int diskInterval = 10;
 constexpr int serverInterval = 60;
@@ -32,7 +32,7 @@ std::int64_t millisecondsOf(std::int64_t frame) {
 
 Watch::Watch(WatchContext context)
     : context_(std::move(context)),
-      tmrLook_(context_.platform.timers.create(lookMs, MissedTicks::Drop, [this] { tmrLook_Timer(); })),
+      tmrLook_(context_.platform.timers.create(watchLookMs, MissedTicks::Drop, [this] { tmrLook_Timer(); })),
       tmrSurvey_(context_.platform.timers.create(surveyMs, MissedTicks::Drop, [this] { tmrSurvey_Timer(); })) {}
 
 void Watch::begin() {
@@ -98,7 +98,7 @@ void Watch::recorded(const RecorderStatus &status) {
 }
 
 void Watch::look(const RecorderStatus &status) {
-    now_ += lookMs;
+    now_ += watchLookMs;
     unheard_ = status.isHeard ? 0 : unheard_ + 1;
     if (status.isHeard) {
         level_.heard(status.peak);

@@ -13,7 +13,7 @@ namespace orvel {
 namespace {
 
 /// A sign and a word: never the colour alone.
-QString caption(InputVerdict verdict) {
+QString verdictCaption(InputVerdict verdict) {
     switch (verdict) {
     case InputVerdict::Silent:
         return QStringLiteral("\u25CB ") + InputPanel::tr("stil");
@@ -37,7 +37,7 @@ void keepWidth(QLabel &label) {
          {InputVerdict::Silent, InputVerdict::TooSoft, InputVerdict::Good, InputVerdict::TooLoud}) {
         QFont bold = label.font();
         bold.setBold(true);
-        width = std::max(width, QFontMetrics(bold).horizontalAdvance(caption(verdict)));
+        width = std::max(width, QFontMetrics(bold).horizontalAdvance(verdictCaption(verdict)));
     }
     label.setMinimumWidth(width + label.fontMetrics().averageCharWidth());
 }
@@ -74,7 +74,7 @@ InputPanel::InputPanel(QWidget *parent)
 }
 
 void InputPanel::show(InputVerdict verdict, bool hasClipped) {
-    lblInput->setText(caption(verdict));
+    lblInput->setText(verdictCaption(verdict));
     setStyleProperty(*lblInput, "role",
                      verdict == InputVerdict::TooLoud ? QStringLiteral("attention") : QStringLiteral("value"));
     ledClip->setLit(hasClipped);

@@ -46,7 +46,9 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
 
 void Workplace::process(const QString &take) {
     chain.AudioProcessing(take);
+    view.showProcess(true); // of an hour: five seconds
     loudness.measure(take);
+    view.showProcess(false);
 }
 
 void Workplace::deskChanged() {

@@ -25,8 +25,8 @@ using Clock = std::chrono::steady_clock;
 /// How long samples wait at most before they go to disk.
 constexpr auto kWriteInterval = 50ms;
 constexpr auto kHeaderInterval = 1s;
-/// Of either sign.
-constexpr int fullScale = 32767;
+/// At full scale, of either sign.
+constexpr int kClipped = 32767;
 
 } // namespace
 
@@ -118,7 +118,7 @@ class TakeWriter::Impl {
 
     void raisePeak(std::span<const std::int16_t> samples) noexcept {
         const int highest = highestOf(samples);
-        if (highest >= fullScale) {
+        if (highest >= kClipped) {
             tellClipped(samples);
         }
         int known = peak_.load(std::memory_order_relaxed);
@@ -129,7 +129,7 @@ class TakeWriter::Impl {
     /// Only the first one since the last look is told: that is a matter of hundredths of a second.
     void tellClipped(std::span<const std::int16_t> samples) noexcept {
         const auto first = std::find_if(samples.begin(), samples.end(),
-                                        [](std::int16_t sample) { return std::abs(int{sample}) >= fullScale; });
+                                        [](std::int16_t sample) { return std::abs(int{sample}) >= kClipped; });
         std::int64_t none = -1;
         clippedAt_.compare_exchange_strong(none, pushed_ + (first - samples.begin()), std::memory_order_relaxed);
     }

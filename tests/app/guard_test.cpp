@@ -12,8 +12,8 @@ namespace orvel {
 
 namespace {
 
-constexpr int firstLink = 1; // rows of access-2003.mdb
-constexpr int voice = 6000;
+constexpr int guardedLink = 1; // rows of access-2003.mdb
+constexpr int guardedVoice = 6000;
 
 /// Relative luminance, as WCAG 2 says.
 double luminance(const QColor &colour) {
@@ -66,11 +66,11 @@ TEST_F(OnGuard, TheInputIsHeardAsSoonAsASlotIsSelected) {
     openDemo();
     EXPECT_FALSE(sound.isOpen());
     EXPECT_EQ(verdict(), QString());
-    select(firstLink);
+    select(guardedLink);
     EXPECT_TRUE(sound.isOpen());
     hear(20, 2000);
     EXPECT_EQ(verdict(), QStringLiteral("\u25CB stil"));
-    hear(voice, 1000);
+    hear(guardedVoice, 1000);
     EXPECT_EQ(verdict(), QStringLiteral("\u2713 goed"));
     EXPECT_GT(window->panels().meterPanel->levLeft->levelDb(), -20);
     hear(32767, 1000);
@@ -84,7 +84,7 @@ TEST_F(OnGuard, TheInputIsHeardAsSoonAsASlotIsSelected) {
 
 TEST_F(OnGuard, ASilentMicrophoneIsToldAtTheEndOfTheCountDownAndNothingBelowMoves) {
     openDemo();
-    select(firstLink);
+    select(guardedLink);
     hear(0, 1000);
     const QRect button = placeOf(window->panels().recorderPanel->cmdRec);
     click(window->panels().recorderPanel->cmdRec);
@@ -94,16 +94,16 @@ TEST_F(OnGuard, ASilentMicrophoneIsToldAtTheEndOfTheCountDownAndNothingBelowMove
     EXPECT_EQ(sign().text(), QStringLiteral("\u26A0 Er komt geen geluid uit de microfoon."));
     EXPECT_EQ(placeOf(window->panels().recorderPanel->cmdRec), button);
     EXPECT_GT(sign().fontInfo().pixelSize(), window->fontInfo().pixelSize());
-    hear(voice, 40);
+    hear(guardedVoice, 40);
     EXPECT_FALSE(sign().isVisible());
 }
 
 TEST_F(OnGuard, TheClippingLampStaysOnUntilTheNextTake) {
     openDemo(QStringLiteral("[Program]\nCountdown=0"));
-    select(firstLink);
+    select(guardedLink);
     InputPanel &input = *window->panels().inputPanel;
     beginRecording();
-    hear(voice, 1000);
+    hear(guardedVoice, 1000);
     EXPECT_FALSE(input.lblClip->isVisible());
     hear(-32768, 40);
     EXPECT_TRUE(sign().text().contains(QStringLiteral("vervormt"))) << sign().text().toStdString();
@@ -111,10 +111,10 @@ TEST_F(OnGuard, TheClippingLampStaysOnUntilTheNextTake) {
     EXPECT_FALSE(sign().isVisible());
     EXPECT_TRUE(input.lblClip->isVisible());
     EXPECT_TRUE(input.ledClip->isLit());
-    hear(voice, 5000);
+    hear(guardedVoice, 5000);
     EXPECT_TRUE(input.lblClip->isVisible());
     beginRecording();
-    hear(voice, 80);
+    hear(guardedVoice, 80);
     EXPECT_FALSE(input.lblClip->isVisible());
     click(window->panels().recorderPanel->cmdRec);
 }
@@ -146,7 +146,7 @@ TEST_F(OnGuard, AServerThatCannotBeWrittenIsToldBeforeTheTake) {
     openDemo(QStringLiteral("[Program]\nServer=1\n[Files]\nVoicetrackPath=") + path(QStringLiteral("server")));
     timers.advance(2000);
     EXPECT_FALSE(sign().isVisible()) << "nothing is asked of a server before there is a link to make";
-    select(firstLink);
+    select(guardedLink);
     timers.advance(1000);
     EXPECT_TRUE(sign().text().contains(QStringLiteral("Op de server kan niet worden bewaard")));
 }
@@ -154,18 +154,18 @@ TEST_F(OnGuard, AServerThatCannotBeWrittenIsToldBeforeTheTake) {
 TEST_F(OnGuard, TheTakesLoudnessIsShownWithItsStep) {
     openDemo(QStringLiteral("[Program]\nCountdown=0"));
     const QLabel &shown = *window->panels().lblLoudness;
-    select(firstLink);
+    select(guardedLink);
     record(2000); // 1 kHz at a quarter of full scale, on both channels
     EXPECT_EQ(shown.text(), QStringLiteral("-12,0 LUFS, piek -12,0 dBTP"));
     select(0);
     EXPECT_EQ(shown.text(), QString());
-    select(firstLink);
+    select(guardedLink);
     EXPECT_FALSE(shown.text().isEmpty());
 }
 
 TEST_F(OnGuard, AStationsLoudnessIsThatOfTheTake) {
     openDemo(QStringLiteral("[Program]\nCountdown=0\n[Loudness]\nTarget=-20"));
-    select(firstLink);
+    select(guardedLink);
     record(2000);
     EXPECT_TRUE(window->panels().lblLoudness->text().startsWith(QStringLiteral("-20,0 LUFS")))
         << window->panels().lblLoudness->text().toStdString();

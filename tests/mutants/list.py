@@ -302,7 +302,8 @@ behaviour(
     ("the mean counts, not the loud parts", "levelOf(0.9)", "levelOf(0.5)"))
 behaviour(
     RECORDING, "TheWatch.LeavesTheTakeToTheSession", "recording/watch.cpp",
-    ("the card is let go while it records", "isOpen_ = isOpen_ && !isSessions(state);", ""))
+    ("the card is let go while it records", "isOpen_ = isOpen_ && !isSessions(state);",
+     "static_cast<void>(isSessions(state));"))
 behaviour(
     RECORDING, "TheWatch.*", "recording/watch.cpp",
     ("a card that was let go stays open", "context_.platform.sound.recorder().stop()", "static_cast<void>(0)"),

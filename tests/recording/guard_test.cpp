@@ -41,6 +41,7 @@ TEST_F(TheGuard, HasNothingToTellWhenAllIsWell) {
     guard.server(ServerState::Writable, QStringLiteral("/srv"));
     look(SessionState::Idle, 2000, room);
     look(SessionState::CountingDown, 2000, room, 1);
+    EXPECT_TRUE(guard.warnings().empty()) << "a quiet room is no dead microphone";
     look(SessionState::Recording, 2000, room);
     look(SessionState::Recording, 2000, voice);
     look(SessionState::Recording, 2800, room);

@@ -6,13 +6,13 @@ namespace orvel {
 namespace {
 
 /// Samples so loud for so long.
-std::vector<std::int16_t> level(int steps, int milliseconds) {
+std::vector<std::int16_t> steady(int steps, int milliseconds) {
     return std::vector<std::int16_t>(static_cast<std::size_t>(milliseconds) * 44100 / 1000,
                                      static_cast<std::int16_t>(steps));
 }
 
-constexpr int voice = 6000;
-constexpr int room = 20;
+constexpr int watchedVoice = 6000;
+constexpr int watchedRoom = 20;
 
 class TheWatch : public Desk {
   protected:
@@ -28,7 +28,7 @@ class TheWatch : public Desk {
     /// Lets so much time pass while the microphone brings this.
     void hear(int steps, int milliseconds) {
         for (int passed = 0; passed < milliseconds; passed += 40) {
-            sound.deliver(level(steps, 40));
+            sound.deliver(steady(steps, 40));
             timers.advance(40);
         }
     }
@@ -51,8 +51,8 @@ TEST_F(TheWatch, ListensWhereARecordingCanBeginAndWritesNothing) {
     EXPECT_FALSE(sound.isOpen()) << "no slot is selected";
     select(link1);
     EXPECT_TRUE(sound.isOpen());
-    hear(voice, 1000);
-    EXPECT_NEAR(shown, voice / 32768.0F, 0.001F);
+    hear(watchedVoice, 1000);
+    EXPECT_NEAR(shown, watchedVoice / 32768.0F, 0.001F);
     EXPECT_EQ(watch.verdict(), InputVerdict::Good);
     EXPECT_GT(changed, 0);
     EXPECT_EQ(filesIn(QStringLiteral("temp")), QStringList());
@@ -72,11 +72,11 @@ TEST_F(TheWatch, DoesNothingBeforeItBegins) {
 
 TEST_F(TheWatch, LeavesTheTakeToTheSession) {
     begin();
-    hear(room, 1000);
+    hear(watchedRoom, 1000);
     session.cmdRec_Click();
-    hear(voice, 3000);
+    hear(watchedVoice, 3000);
     ASSERT_EQ(session.state(), SessionState::Recording);
-    hear(voice, 2000);
+    hear(watchedVoice, 2000);
     EXPECT_EQ(watch.verdict(), InputVerdict::Good) << "the verdict goes on in the take";
     select(0); // the grid is moved while it records
     EXPECT_TRUE(sound.recorder().isRecording());
@@ -89,10 +89,10 @@ TEST_F(TheWatch, LeavesTheTakeToTheSession) {
 TEST_F(TheWatch, ListensAgainAfterACountDownThatWasCalledOff) {
     begin();
     session.cmdRec_Click();
-    hear(room, 1000);
+    hear(watchedRoom, 1000);
     session.cancelCountDown();
     EXPECT_TRUE(sound.isOpen());
-    hear(voice, 1000);
+    hear(watchedVoice, 1000);
     EXPECT_EQ(watch.verdict(), InputVerdict::Good);
 }
 
@@ -105,15 +105,15 @@ TEST_F(TheWatch, ADeadMicrophoneIsToldWithASecondLeft) {
     EXPECT_FALSE(tells(Danger::MicrophoneSilent));
     hear(0, 80);
     EXPECT_TRUE(tells(Danger::MicrophoneSilent));
-    hear(voice, 80);
+    hear(watchedVoice, 80);
     EXPECT_FALSE(tells(Danger::MicrophoneSilent));
 }
 
 TEST_F(TheWatch, ClippingIsKeptWithItsPlaceInTheTake) {
     begin();
     session.cmdRec_Click();
-    hear(room, 3000);
-    hear(voice, 1000);
+    hear(watchedRoom, 3000);
+    hear(watchedVoice, 1000);
     hear(-32768, 40);
     EXPECT_TRUE(tells(Danger::Clipping));
     EXPECT_EQ(watch.verdict(), InputVerdict::TooLoud);
@@ -126,12 +126,12 @@ TEST_F(TheWatch, ClippingIsKeptWithItsPlaceInTheTake) {
 
 TEST_F(TheWatch, AMicrophoneThatIsPulledOutHasNoVerdictAndIsFoundAgain) {
     begin();
-    hear(voice, 2000);
+    hear(watchedVoice, 2000);
     ASSERT_EQ(watch.verdict(), InputVerdict::Good);
     sound.unplug();
     sound.plug({});
     sound.audioRecord().refresh();
-    hear(voice, 2000);
+    hear(watchedVoice, 2000);
     EXPECT_EQ(watch.verdict(), InputVerdict::Unknown);
     EXPECT_EQ(shown, 0);
     ASSERT_TRUE(tells(Danger::OtherCard));
