@@ -19,9 +19,9 @@ constexpr DeskMode desk{false, true};
 constexpr DeskMode recorder{true, false};
 constexpr StepFacts slot{true};
 constexpr StepFacts music{false};
-constexpr TakeFacts nothing{false, false};
-constexpr TakeFacts waiting{true, true};
-constexpr TakeFacts filed{true, false};
+constexpr TakeFacts nothing{false, false, {}};
+constexpr TakeFacts waiting{true, true, {}};
+constexpr TakeFacts filed{true, false, {}};
 
 const Row rows[] = {
     {"start, nothing selected",
