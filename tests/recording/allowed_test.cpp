@@ -20,9 +20,9 @@ constexpr DeskMode recorder{true, false};
 constexpr StepFacts slot{true, true};
 constexpr StepFacts music{false, true};
 constexpr StepFacts nowhere{false, false};
-constexpr TakeFacts nothing{false, false};
-constexpr TakeFacts waiting{true, true};
-constexpr TakeFacts filed{true, false};
+constexpr TakeFacts nothing{false, false, {}};
+constexpr TakeFacts waiting{true, true, {}};
+constexpr TakeFacts filed{true, false, {}};
 
 const Row rows[] = {
     {"start, nothing selected",
