@@ -7,6 +7,7 @@ import argparse
 import os
 import sys
 
+import reader_roads
 import recording_roads
 import share_roads
 import sound_roads
@@ -16,8 +17,8 @@ from road import Road
 from share import Skipped
 from sound_servers import SERVERS
 
-ROADS = {road.__name__: road for road in recording_roads.ROADS + share_roads.ROADS + sound_roads.ROADS +
-         take_roads.ROADS + window_roads.ROADS}
+ROADS = {road.__name__: road for road in reader_roads.ROADS + recording_roads.ROADS + share_roads.ROADS +
+         sound_roads.ROADS + take_roads.ROADS + window_roads.ROADS}
 SKIPPED = 77  # CTest's agreed exit code
 
 
