@@ -83,12 +83,16 @@ class WidgetAccessible : public ShowsText, public QAccessibleValueInterface {
     }
 
     QVariant currentValue() const override { return widget()->property("value"); }
-    QVariant minimumValue() const override { return widget()->property("minimum"); }
+    /// A box may begin outside its limits; what is told makes sense all the same.
+    QVariant minimumValue() const override {
+        const QVariant least = widget()->property("minimum");
+        return least.isValid() && least.toDouble() > currentValue().toDouble() ? currentValue() : least;
+    }
     QVariant maximumValue() const override { return widget()->property("maximum"); }
     QVariant minimumStepSize() const override { return widget()->property("step"); }
     void setCurrentValue(const QVariant &value) override {
         if (minimumStepSize().isValid()) {
-            const int lowest = minimumValue().toInt();
+            const int lowest = widget()->property("minimum").toInt();
             widget()->setProperty("value", qBound(lowest, value.toInt(), qMax(lowest, maximumValue().toInt())));
         }
     }
@@ -115,6 +119,7 @@ class ComboAccessible : public ShowsText {
 
     int childCount() const override { return 1; }
     QAccessibleInterface *child(int index) const override {
+        box().view()->setAccessibleName(text(QAccessible::Name));
         return index == 0 ? QAccessible::queryAccessibleInterface(list()) : nullptr;
     }
     int indexOfChild(const QAccessibleInterface *child) const override {

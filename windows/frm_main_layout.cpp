@@ -50,6 +50,7 @@ QScrollArea *scrollable(QWidget *panel) {
     area->setFrameShape(QFrame::NoFrame);
     area->setWidget(panel);
     area->setWidgetResizable(true);
+    area->setFocusPolicy(Qt::NoFocus); // its controls have it; they are scrolled to
     // The tab's own background shows through.
     area->viewport()->setAutoFillBackground(false);
     panel->setAutoFillBackground(false);

@@ -414,4 +414,23 @@ TEST_F(Convert, ABatchBeginsWithTheFirstFileSelected) {
     EXPECT_EQ(convert->browser->File1->currentRow(), count - 1) << "then one after the other";
 }
 
+TEST_F(Convert, ATableShowsWhatTheBatchWouldDoAndALineWhichStepIsMeant) {
+    makeSound(QStringLiteral("a.wav"), 1000, 300.0);
+    openConvert();
+    ASSERT_EQ(slots_.size(), 2);
+    EXPECT_TRUE(convert->lblStep->text().contains(names.first())) << convert->lblStep->text().toStdString();
+    QTableWidget &plan = *convert->lstPlan;
+    ASSERT_EQ(plan.rowCount(), slots_.size());
+    for (int looks = 0; looks < 200 && plan.item(0, 1)->text() == QStringLiteral("..."); ++looks) {
+        QTest::qWait(10);
+        timers.advance(100);
+    }
+    EXPECT_EQ(plan.item(0, 0)->text(), QStringLiteral("a.wav"));
+    EXPECT_TRUE(plan.item(0, 2)->text().contains(names.first()));
+    EXPECT_TRUE(plan.item(0, 4)->text().contains(QStringLiteral("te lang")));
+    EXPECT_EQ(plan.item(1, 4)->text(), QStringLiteral("geen bestand voor deze link"));
+    convert->browser->setFolder(folder.path() + QStringLiteral("/temp"));
+    EXPECT_EQ(plan.item(0, 0)->text(), QString()) << "another folder";
+}
+
 } // namespace orvel

@@ -221,9 +221,18 @@ class Desk(PrivateMachine):
         self.run("xdotool", "key", name)
 
     def choose(self, box, text):
-        """Chooses an entry of the drop-down list that shows `box`."""
+        """Chooses an entry of the drop-down list that is called `box`."""
         self.click(self.find(box, "combo box"))
         self.click(self.find(text, "list item"))
+
+    @staticmethod
+    def shown(node):
+        """The text that a control shows."""
+        return Atspi.Text.get_text(node, 0, -1)
+
+    def walk(self, window):
+        """Everything in the window of this name, but the cells of its tables."""
+        return list(self._walk(self.find(window), cells=False))
 
     def open_playlist(self, name):
         self.click(self.find(name, "list item"))

@@ -10,6 +10,7 @@ import sys
 import edit_roads
 import guard_roads
 import join_roads
+import reader_roads
 import recording_roads
 import share_roads
 import sound_roads
@@ -19,7 +20,8 @@ from road import Road
 from share import Skipped
 from sound_servers import SERVERS
 
-ROADS = {road.__name__: road for road in edit_roads.ROADS + guard_roads.ROADS + join_roads.ROADS + recording_roads.ROADS + share_roads.ROADS +
+ROADS = {road.__name__: road for road in edit_roads.ROADS + guard_roads.ROADS + join_roads.ROADS + reader_roads.ROADS +
+         recording_roads.ROADS + share_roads.ROADS +
          sound_roads.ROADS + take_roads.ROADS + window_roads.ROADS}
 SKIPPED = 77  # CTest's agreed exit code
 

@@ -36,7 +36,7 @@ def all_stages(road):
     road.start()
     road.desk.find(RECORD, "push button", 20)
     road.desk.click(road.desk.find("Opname en kaart", "page tab"))  # folded away on a screen this small
-    road.desk.choose("Studiomicrofoon", "Mengtafel")
+    road.desk.choose("Opnamekaart", "Mengtafel")
     road.desk.open_playlist("ochtend-0700.mdb")
     road.desk.select_step("Link 1")
     begin, end = road.record(silence=2.0, card="table")
@@ -77,7 +77,7 @@ def card_comes_back(road):
     road.start()
     road.desk.find(RECORD, "push button", 20)
     road.desk.click(road.desk.find("Opname en kaart", "page tab"))  # folded away on a screen this small
-    road.desk.choose("Studiomicrofoon", "Mengtafel")
+    road.desk.choose("Opnamekaart", "Mengtafel")
     road.desk.remove_card("table")
     wait_for("the news", lambda: road.desk.look("De gekozen opnamekaart is losgekoppeld."))
     road.picture("unplugged")

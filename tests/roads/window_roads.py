@@ -14,7 +14,7 @@ def setup_survives_restart(road):
     road.start()
     road.desk.press("Instellingen")
     road.desk.click(road.desk.find("Algemeen", "page tab"))
-    road.desk.choose("256 Kbit/Sec", "128 Kbit/Sec")
+    road.desk.choose("MP3-Bitrate", "128 Kbit/Sec")
     road.picture("changed")
     road.desk.press("Bewaren")
     road.desk.find("Start het programma opnieuw op")
@@ -100,7 +100,8 @@ def two_stations(road):
         road.desk.find("Selecteer een station", seconds=10)
         for _ in range(place):
             road.desk.key("Down")
-        road.desk.find(name, "combo box")
+        box = road.desk.find("Kies het station waarvoor deze presentatie bedoeld is", "combo box")
+        wait_for(f"{name} in the box", lambda shown=box, wanted=name: road.desk.shown(shown) == wanted)
         road.picture(f"station-{number + 1}")
         road.desk.press("Presentatie bewaren voor het gekozen station")
         road.desk.find("Bent U klaar met deze inteksting ?", seconds=20)
