@@ -30,7 +30,7 @@ double window(double x) {
 
 Resampler::Resampler(int from, int to)
     : up_(static_cast<std::size_t>(to / std::gcd(from, to))),
-      down_(static_cast<std::size_t>(from / std::gcd(from, to))), half_(0) {
+      down_(static_cast<std::size_t>(from / std::gcd(from, to))) {
     if (up_ == down_) {
         return;
     }

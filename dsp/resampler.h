@@ -23,7 +23,7 @@ class Resampler {
 
     std::size_t up_;            ///< the ratio without common factors: up_ samples come out
     std::size_t down_;          ///< for down_ that go in
-    std::size_t half_;          ///< input frames that a sample looks at on either side
+    std::size_t half_ = 0;      ///< input frames that a sample looks at on either side
     std::vector<float> kernel_; ///< 2 * half_ weights for each of the up_ phases
     std::vector<float> input_;  ///< frames that are still looked at; begins with silence before the first
     std::size_t first_ = 0;     ///< frame of input_ that the next sample's kernel begins at

@@ -109,12 +109,13 @@ void JoinListening::endHour() {
 void JoinListening::ended() {
     const bool brokeOff = player_->brokeOff();
     const QStringList unreadable = player_->unreadable();
-    if (brokeOff || !hour_) {
-        stop();
-    } else if (hour_->playlist != context_.playlist.fullPath() || !context_.playlist.isOpen()) {
-        stop(); // another playlist stands on the desk
-    } else {
+    // Not where another playlist stands on the desk by now.
+    const bool goesOn =
+        !brokeOff && hour_ && context_.playlist.isOpen() && hour_->playlist == context_.playlist.fullPath();
+    if (goesOn) {
         playNext(hour_->row + 1);
+    } else {
+        stop();
     }
     if (brokeOff) {
         context_.tell(tr("De weergave werd afgebroken: de uitgang is weg."));

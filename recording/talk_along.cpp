@@ -50,6 +50,9 @@ QString TalkAlong::remark() const {
 }
 
 void TalkAlong::stepSelected() {
+    if (context_.step.PlaylistTakeRunning) {
+        return; // nothing is looked for on a share while a take runs
+    }
     QStringList problems;
     if (isOn_ && isPossible() && context_.step.times.visible && context_.step.row >= 0) {
         try {
@@ -68,7 +71,9 @@ void TalkAlong::countDownBegan(Moment takeBegins) {
     try {
         const JoinSchedule schedule = alongTake(context_.files.around(context_.step.row), joinLeadMs);
         say(schedule.problems.join(u' '));
-        if (!schedule.clips.empty()) {
+        // Looking for files may have let the window's events in, and one of them may have cancelled it all.
+        if (!schedule.clips.empty() && context_.step.PlaylistTakeRunning) {
+            takeBegins_ = takeBegins;
             player_->play(schedule.clips, takeBegins);
         }
     } catch (const RuntimeError &error) {
@@ -77,8 +82,12 @@ void TalkAlong::countDownBegan(Moment takeBegins) {
 }
 
 std::optional<TalkAlong::Moment> TalkAlong::outroBegins() {
+    const auto isNow = [](Moment moment) { return std::chrono::abs(moment - JoinPlayer::Clock::now()) <= kFarthest; };
     const std::optional<Moment> heard = player_->zeroHeardAt();
-    if (heard && std::chrono::abs(*heard - JoinPlayer::Clock::now()) > kFarthest) {
+    if (!heard && player_->isPlaying() && isNow(takeBegins_)) {
+        return takeBegins_; // files that come late are laid where they belong
+    }
+    if (heard && !isNow(*heard)) {
         player_->stop();
         context_.tell(tr("Meeluisteren is gestopt: de computer liep achter. De opname loopt gewoon."));
         return {};

@@ -64,6 +64,7 @@ class TalkAlong {
     std::unique_ptr<JoinPlayer> player_;
     bool isOn_ = false;
     int volume_ = 32768;
+    Moment takeBegins_; ///< of the count-down that runs, or the latest
     QString remark_;
 };
 

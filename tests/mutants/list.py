@@ -311,3 +311,32 @@ behaviour(
 behaviour(
     PRODUCTION, "LoudnessStage.WhereTheLimiterWorksHardTheGoalIsReachedAllTheSame", "production/loudness_stage.cpp",
     ("what the limiter takes away is not made up for", "mostTries = 8", "mostTries = 1"))
+# --- joins
+
+behaviour(
+    DSP, "Mixer.NothingClicksAtStartsAndStops", "dsp/mixer.cpp",
+    ("clips click at their ends", "std::min({before + 1, behind + 1, Mixer::rampFrames})",
+     "std::min({before + 1, Mixer::rampFrames, Mixer::rampFrames + 0 * behind})"),
+    ("clips click at their starts", "std::min({before + 1, behind + 1, Mixer::rampFrames})",
+     "std::min({behind + 1, Mixer::rampFrames, Mixer::rampFrames + 0 * before})"),
+)
+behaviour(
+    RECORDING, "Join.AlongATakeTheOutroBeginsWithItAndTheNextItemFollowsWhenItEnds", "recording/join.cpp",
+    ("the next item begins with the take", "JoinClip::Anchor::Begin, outro, outro, JoinClip::wholeFile",
+     "JoinClip::Anchor::Begin, 0, 0, JoinClip::wholeFile"),
+)
+behaviour(
+    RECORDING, "Joins.AlongATakeTheItemsAreHeardSoThatTheOutroBeginsWithIt", "recording/take_session.cpp",
+    ("the take begins at any moment", "wavRec.startAt(*begin);", "wavRec.start();"),
+    ("the bar lags behind what is heard", "        catchUp(*begin);\n", ""),
+    ("the items sound on after the stop", "        context_.takeOver();\n", ""),
+)
+behaviour(
+    RECORDING, "Joins.WithTheOutputClosedItIsOffAndSaysWhy", "recording/talk_along.cpp",
+    ("listening along with the output closed", "!context_.settings.Mute && ", ""),
+)
+behaviour(
+    "audio_join_test", "Every/JoinPlayerTest.TheTakeBeginsWhereTheOutroIsHeardToBegin/PulseAudio",
+    "platform/pulse/pulse_recorder.cpp",
+    ("a take's begin is not the moment's", "        beginAt(*moment);\n", ""),
+)
