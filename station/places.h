@@ -30,7 +30,7 @@ class Places {
     [[nodiscard]] QString journalEntry(const QString &name) const;
     [[nodiscard]] QString takeLock(const QString &name) const;
     [[nodiscard]] QString stageOutput(const QString &name) const;
-    [[nodiscard]] QString rawTake(const QString &name) const; ///< as it was before processing
+    [[nodiscard]] QString rawTake(const QString &name) const;               ///< as it was before processing
     [[nodiscard]] QString shelf(const QString &name) const;                 ///< what is known of a step's takes
     [[nodiscard]] QString shelvedTake(const QString &name, int take) const; ///< as it was left
     [[nodiscard]] QString dryTake(const QString &name, int take) const;     ///< as recorded
