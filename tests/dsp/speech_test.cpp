@@ -31,12 +31,13 @@ double msFrom(std::size_t one, std::size_t other) {
     return std::abs(static_cast<double>(one) - static_cast<double>(other)) / oneMs;
 }
 
-struct Room {
+struct Surroundings {
     double noiseBelowLoudest; ///< dB
     bool pink;
 };
 
-constexpr std::array rooms = {Room{200, false}, Room{50, true}, Room{40, false}, Room{30, true}, Room{30, false}};
+constexpr std::array places = {Surroundings{200, false}, Surroundings{50, true}, Surroundings{40, false},
+                               Surroundings{30, true}, Surroundings{30, false}};
 
 void listen(SpeechWatch &watch, const Samples &take, std::size_t block = 441) {
     for (std::size_t at = 0; at < take.size(); at += block) {
@@ -63,7 +64,7 @@ TEST(Speech, NineteenOfTwentyEdgesAreWithinTwentyMilliseconds) {
                 ASSERT_GT(peakOf(clean), 0) << "espeak-ng is not installed";
                 const Levels levels(clean);
                 const double loudest = levels.highest(0, clean.size());
-                for (const Room &room : rooms) {
+                for (const Surroundings &room : places) {
                     const auto [first, last] = levels.passage(loudest - std::min(30.0, room.noiseBelowLoudest - 6));
                     const Samples take = inNoise(clean, room.noiseBelowLoudest, room.pink, seed++);
                     const std::vector<SpeechSegment> found = findSpeech(take, testRate);
