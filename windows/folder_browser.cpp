@@ -9,6 +9,7 @@
 
 #include <QDir>
 #include <QGridLayout>
+#include <QHBoxLayout>
 #include <QKeyEvent>
 
 #include <functional>
@@ -97,8 +98,10 @@ void FolderBrowser::layOut(Files shown) {
     grid->addWidget(Drive1, 1, 0);
     grid->addWidget(caption(this, "Label2", QStringLiteral("Map"), Dir1), 2, 0);
     grid->addWidget(Dir1, 3, 0);
-    grid->addWidget(path_, 4, 0, 1, shown == Files::Shown ? 2 : 1);
-    grid->addWidget(cmdBrowse, 5, 0, Qt::AlignLeft);
+    auto *place = new QHBoxLayout;
+    place->addWidget(cmdBrowse);
+    place->addWidget(path_, 1);
+    grid->addLayout(place, 4, 0, 1, shown == Files::Shown ? 2 : 1);
     grid->setRowStretch(3, 1);
     if (shown == Files::Hidden) {
         File1->hide();
