@@ -144,7 +144,7 @@ TEST_P(JoinPlayerTest, TheTakeBeginsWhereTheOutroIsHeardToBegin) {
     player->play({{previous, JoinClip::Anchor::End, 1500, -1200, 1500}, {next, JoinClip::Anchor::Begin, 1500, 1500}},
                  zero);
     EXPECT_FALSE(player->zeroHeardAt()) << "nobody knows yet";
-    live(zero + 5ms);
+    live(zero + 150ms); // the window's thread comes late
     ASSERT_TRUE(player->zeroHeardAt());
     const double offset = std::chrono::duration<double, std::milli>(*player->zeroHeardAt() - zero).count();
     card->recorder().startAt(*player->zeroHeardAt());
