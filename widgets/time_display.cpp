@@ -10,8 +10,8 @@ namespace orvel {
 
 namespace {
 
-constexpr double digitHeightInLines = 1.9;
-constexpr double paddingInLines = 0.4;
+constexpr double timeHeightInLines = 1.9;
+constexpr double timePaddingInLines = 0.4;
 
 } // namespace
 
@@ -48,7 +48,7 @@ QString TimeDisplay::text() const {
 }
 
 QSize TimeDisplay::sizeHint() const {
-    return sizeForHeight(fontMetrics().height() * digitHeightInLines);
+    return sizeForHeight(fontMetrics().height() * timeHeightInLines);
 }
 
 QSize TimeDisplay::minimumSizeHint() const {
@@ -62,13 +62,13 @@ void TimeDisplay::paintEvent(QPaintEvent *event) {
 }
 
 QRectF TimeDisplay::digitArea() const {
-    const double padding = fontMetrics().height() * paddingInLines;
+    const double padding = fontMetrics().height() * timePaddingInLines;
     return QRectF(rect()).adjusted(padding, padding, -padding, -padding);
 }
 
 QSize TimeDisplay::sizeForHeight(double digitHeight) const {
     const QString widest = fields_ == Fields::Seconds ? QStringLiteral("88") : QStringLiteral("8:88:88.88");
-    const double padding = fontMetrics().height() * paddingInLines;
+    const double padding = fontMetrics().height() * timePaddingInLines;
     return QSizeF(led::textWidth(widest, digitHeight) + 2 * padding, digitHeight + 2 * padding).toSize() + QSize(1, 1);
 }
 

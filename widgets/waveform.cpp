@@ -16,7 +16,7 @@ namespace orvel {
 
 namespace {
 
-constexpr double frame = 3;
+constexpr double glassFrame = 3;
 constexpr double leastSpan = 50; // milliseconds
 constexpr double emptyAxis = 10'000;
 constexpr double widening = 1.25; // of the axis, and of one notch of the wheel
@@ -117,7 +117,7 @@ QSize Waveform::minimumSizeHint() const {
 }
 
 QRectF Waveform::area() const {
-    return QRectF(rect()).adjusted(frame, frame, -frame, -frame);
+    return QRectF(rect()).adjusted(glassFrame, glassFrame, -glassFrame, -glassFrame);
 }
 
 double Waveform::whole() const {

@@ -56,7 +56,6 @@ class Questions : public Desk {
     void askEverything() {
         Deletion deletion{{asking.files, asking.prompts, recovery, [] { return false; }, tell}};
         deletion.deleteToDo({settings.NewPath, {QStringLiteral("a.mdb")}, {}}, [] {});
-        DriveMap drives{files, folder.path()};
         PlaylistImport import(
             {asking, settings, drives, recovery, [](const QStringList &) {}, tell, [] { return false; }});
         import.run(path(QStringLiteral("van"))); // two: overwriting, and deleting the sources
@@ -82,7 +81,7 @@ class Questions : public Desk {
     }
 
     NotingPrompts notes;
-    Platform asking{sound, audioFiles, databases, files, notes, timers, joystick, report};
+    Platform asking{sound, audioFiles, databases, files, notes, timers, joystick, report, loudness};
 };
 
 const std::vector<Row> table{

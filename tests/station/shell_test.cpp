@@ -85,7 +85,7 @@ TEST_F(Shell, ASlowCopyShowsOneWindowUnderItsTitleThatStopsIt) {
     }
     disk.makeFolder(path(QStringLiteral("naar")));
     SlowFileSystem slow(disk);
-    Platform slowPlatform{sound, audioFiles, databases, slow, prompts, timers, joystick, report};
+    Platform slowPlatform{sound, audioFiles, databases, slow, prompts, timers, joystick, report, loudness};
     prompts.stopAt = QStringLiteral("2.mdb"); // shows that the window is still the same one
     const ShellCopyResult result = Global::ShellCopyFile(slowPlatform, path(QStringLiteral("van/*.mdb")),
                                                          path(QStringLiteral("naar")), false, title);
@@ -101,7 +101,7 @@ TEST_F(Shell, ASilentSlowCopyShowsNoWindow) {
     put(QStringLiteral("van/1.mdb"), "inhoud");
     disk.makeFolder(path(QStringLiteral("naar")));
     SlowFileSystem slow(disk);
-    Platform slowPlatform{sound, audioFiles, databases, slow, prompts, timers, joystick, report};
+    Platform slowPlatform{sound, audioFiles, databases, slow, prompts, timers, joystick, report, loudness};
     const ShellCopyResult result = Global::ShellCopyFile(slowPlatform, path(QStringLiteral("van/1.mdb")),
                                                          path(QStringLiteral("naar")), true, title);
     EXPECT_EQ(result.copied, 1);
