@@ -53,13 +53,13 @@ struct Allowed {
     bool lists = false; ///< tabFiles with its delete buttons
     bool dbgLijst = false;
     bool playlistTools = false; ///< print, import and export of playlists
-    bool takes = false;         ///< the list of the step's takes
-    bool cut = false;           ///< the take's ends, in its outline
+    bool cmdInVerband = false;
+    bool cmdHeleUur = false;
+    bool takes = false; ///< the list of the step's takes
+    bool cut = false;   ///< the take's ends, in its outline
     bool cmdFit = false;
     bool cmdUndo = false;
     bool cmdRedo = false;
-    bool cmdInVerband = false;
-    bool cmdHeleUur = false;
 
     bool operator==(const Allowed &) const = default;
 };

@@ -136,11 +136,14 @@ TEST_F(EditingOnTheDesk, NothingOfItMakesTheWindowLargerOrMovesWhenTheSentenceCo
         EXPECT_EQ(middle(panels.playbackPanel->cmdPlay) == middle(panels.savePanel->cmdSave), size.width() == 1280);
         const QLabel &label = *panel().lblSpraak;
         EXPECT_GE(label.height(), label.sizeHint().height()) << "the whole sentence is to be read";
+        const bool hasOneTake = window->workplace().session.takes().size() == 1;
         const QRect withSentence = panels.recorderPanel->geometry();
         select(linkRow + 2);
         QTest::qWait(20);
         EXPECT_EQ(sentence(), QString());
-        EXPECT_EQ(panels.recorderPanel->geometry(), withSentence);
+        // The second take brings the row of the step's takes, which another step has not.
+        const QRect without = panels.recorderPanel->geometry();
+        EXPECT_EQ(hasOneTake ? without : QRect(withSentence.topLeft(), without.size()), withSentence);
         select(linkRow);
     }
 }

@@ -54,6 +54,10 @@ QString shownFor(const QString &field, const QString &value) {
         EXPECT_TRUE(value.startsWith(QStringLiteral("1899-12-30T"))) << value.toStdString();
         return value.mid(11);
     }
+    if (field == QStringLiteral("intro") || field == QStringLiteral("outtro")) {
+        const qint64 tenths = (value.toLongLong() + 50) / 100;
+        return QStringLiteral("%1,%2").arg(tenths / 10).arg(tenths % 10);
+    }
     const QStringList mixTypes = {QStringLiteral("Geen Mix"), QStringLiteral("Normale Mix"), QStringLiteral("Intro"),
                                   QStringLiteral("Outtro")};
     return field == QStringLiteral("mixtype") ? mixTypes.value(value.toInt(), value) : value;

@@ -27,7 +27,7 @@ TEST_F(TheDesksMemory, IsAsItWasLeft) {
                           QStringLiteral("avond 20 \"uur\".mdb"), 50000,     true, 12345};
     saveDesk(files, folder.path(), left);
     EXPECT_EQ(loadDesk(files, folder.path()), left);
-    const DeskMemory other{"a", "b", "c", false, QString(), 0};
+    const DeskMemory other{"a", "b", "c", false, QString(), 0, false, 0};
     saveDesk(files, folder.path(), other);
     EXPECT_EQ(loadDesk(files, folder.path()), other);
 }

@@ -23,7 +23,7 @@ namespace {
 using Operation = FaultyFileSystem::Operation;
 
 const QStringList workFolders = {QStringLiteral("journal"), QStringLiteral("new"), QStringLiteral("ok"),
-                                 QStringLiteral("temp"), QStringLiteral("temp2")};
+                                 QStringLiteral("takes"), QStringLiteral("temp"), QStringLiteral("temp2")};
 
 class AStation : public testing::Test, protected TestPlatform<FakeDatabaseEngine> {
   protected:
