@@ -43,7 +43,8 @@ std::optional<TakeShelf::Shelf> TakeShelf::read(const QString &name) const {
                 object[QStringLiteral("stap")].toInt(),
                 object[QStringLiteral("current")].toInt(),
                 {}};
-    for (const QJsonValue &value : object[QStringLiteral("takes")].toArray()) {
+    const QJsonArray takes = object[QStringLiteral("takes")].toArray();
+    for (const auto &value : takes) {
         const QJsonObject entry = value.toObject();
         shelf.entries.push_back({entry[QStringLiteral("number")].toInt(), entry[QStringLiteral("begun")].toString(),
                                  entry[QStringLiteral("filed")].toBool()});

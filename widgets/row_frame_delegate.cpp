@@ -60,8 +60,8 @@ void RowFrameDelegate::paint(QPainter *painter, const QStyleOptionViewItem &opti
 
 // Room for the frame above and below the text.
 QSize RowFrameDelegate::sizeHint(const QStyleOptionViewItem &option, const QModelIndex &index) const {
-    const int frame = 4;
-    return QStyledItemDelegate::sizeHint(option, index) + QSize(frame, 2 * frame);
+    const int edge = 4;
+    return QStyledItemDelegate::sizeHint(option, index) + QSize(edge, 2 * edge);
 }
 
 } // namespace orvel

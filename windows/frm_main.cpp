@@ -140,12 +140,14 @@ void frmMain::connectPanels() {
     on(panels_.gridPanel, &GridPanel::previewWanted, this, &frmMain::showPreview);
     on(&panels_.gridPanel->steps(), &StepsModel::unreadable, this,
        [this](const auto &...sentence) { (tell(sentence), ...); });
-    for (const auto &from : {&Waveform::seekWanted, &Waveform::scrubbed}) {
-        on(panels_.stepPanel->wavTake, from, this, [this](auto... milliseconds) {
-            (workplace_.listening.listenFrom(static_cast<std::int32_t>(milliseconds)), ...);
-        });
-    }
-    on(panels_.stepPanel->wavTake, &Waveform::cutWanted, this, [this](auto... ends) { workplace_.cutTake(ends...); });
+    const auto listen = [this](auto... milliseconds) { (wavTake_seekWanted(milliseconds), ...); };
+    on(panels_.stepPanel->wavTake, &Waveform::seekWanted, this, listen);
+    on(panels_.stepPanel->wavTake, &Waveform::scrubbed, this, listen);
+    on(panels_.stepPanel->wavTake, &Waveform::cutWanted, this, [this](auto... ends) {
+        if constexpr (sizeof...(ends) == 2) {
+            wavTake_cutWanted(ends...);
+        }
+    });
     on(panels_.filePanel, &FilePanel::recoverWanted, this, &frmMain::showRecover);
 }
 
@@ -339,6 +341,14 @@ void frmMain::showDesk() {
         chooser->versions->stop(); // what is heard would be recorded
     }
     showProgress();
+}
+
+void frmMain::wavTake_seekWanted(double milliseconds) {
+    workplace_.listening.listenFrom(static_cast<std::int32_t>(milliseconds));
+}
+
+void frmMain::wavTake_cutWanted(double from, double to) {
+    workplace_.cutTake(from, to);
 }
 
 void frmMain::showTake() {

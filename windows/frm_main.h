@@ -161,6 +161,8 @@ class frmMain : public QMainWindow {
     void showProcess(bool visible);
     /// Everything that follows from the session: what is enabled, captions, labels.
     void showDesk();
+    void wavTake_seekWanted(double milliseconds);
+    void wavTake_cutWanted(double from, double to);
     /// The take's outline, and how it fits.
     void showTake();
     void showTalk();

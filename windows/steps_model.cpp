@@ -162,7 +162,7 @@ bool StepsModel::setData(const QModelIndex &index, const QVariant &value, int ro
 /// What a row is, in a symbol and a word: its colour alone says nothing to many.
 QVariant StepsModel::kind(int row, int role) const {
     if (role == Qt::TextAlignmentRole) {
-        return QVariant(Qt::AlignLeft | Qt::AlignVCenter);
+        return static_cast<int>(Qt::AlignLeft | Qt::AlignVCenter);
     }
     QString label;
     if (role == Qt::DisplayRole && row >= 0 && row < rowCount()) {

@@ -40,10 +40,10 @@ class CaptureClock {
     /// When frame 0 was, seconds.
     [[nodiscard]] double start() const {
         std::array<double, 32> sorted = starts_;
-        const auto end = sorted.begin() + static_cast<std::ptrdiff_t>(std::min(count_, sorted.size()));
-        const auto middle = sorted.begin() + (end - sorted.begin()) / 2;
-        std::nth_element(sorted.begin(), middle, end);
-        return *middle;
+        const std::size_t known = std::min(count_, sorted.size());
+        const auto middle = static_cast<std::ptrdiff_t>(known / 2);
+        std::nth_element(sorted.begin(), sorted.begin() + middle, sorted.begin() + static_cast<std::ptrdiff_t>(known));
+        return sorted.at(known / 2);
     }
 
     std::array<double, 32> starts_{};

@@ -161,4 +161,32 @@ TEST_F(TakeInSight, OriginalsArePackedBesideTheWork) {
     EXPECT_TRUE(filesIn(QStringLiteral("takes")).filter(QStringLiteral("droog.wav")).isEmpty());
 }
 
+TEST_F(TakeInSight, WhatIsCutOffCanBeUndone) {
+    openDemo();
+    record(2000);
+    timers.advance(100);
+    const QByteArray whole = content(window->workplace().listening.file().mid(folder.path().size() + 1));
+    ASSERT_FALSE(whole.isEmpty());
+    Q_EMIT wave().scrubbed(500); // a handle is dragged, and heard
+    EXPECT_EQ(window->workplace().session.state(), SessionState::Listening);
+    Q_EMIT wave().cutWanted(500, 1750);
+    EXPECT_EQ(window->workplace().session.state(), SessionState::Idle);
+    timers.advance(100);
+    EXPECT_NEAR(wave().length(), 1250, 1);
+    window->workplace().retouching.cmdUndo_Click();
+    timers.advance(100);
+    EXPECT_NEAR(wave().length(), 2000, 1);
+    EXPECT_EQ(content(window->workplace().listening.file().mid(folder.path().size() + 1)), whole);
+}
+
+TEST_F(TakeInSight, AVoiceTrackIsNotCut) {
+    openDemo();
+    record(1000);
+    click(window->panels().savePanel->cmdSave);
+    select(link);
+    const QByteArray filed = content(QStringLiteral("ok/") + filesIn(QStringLiteral("ok")).constFirst());
+    Q_EMIT wave().cutWanted(100, 500);
+    EXPECT_EQ(content(QStringLiteral("ok/") + filesIn(QStringLiteral("ok")).constFirst()), filed);
+}
+
 } // namespace orvel

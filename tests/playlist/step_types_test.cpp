@@ -51,4 +51,22 @@ TEST(StepTypes, EveryKindHasItsOwnTwoColours) {
     EXPECT_EQ(applyStepStyles(settings), wanted);
 }
 
+/// The rows' colours were all that told them apart, and most of them look alike to many.
+TEST(StepTypes, EachKindHasASymbolAndAWordOfItsOwn) {
+    QStringList symbols;
+    QStringList words;
+    for (const int type : {1, 2, 3, 4, 5, 10}) {
+        const QStringList parts = kindLabel(type).split(u' ');
+        ASSERT_EQ(parts.size(), 2) << type;
+        symbols << parts.at(0);
+        words << parts.at(1);
+    }
+    EXPECT_EQ(symbols.removeDuplicates(), 0);
+    EXPECT_EQ(words.removeDuplicates(), 0);
+    EXPECT_EQ(words.at(1), QStringLiteral("Link"));
+    EXPECT_EQ(kindLabel(15), kindLabel(10)) << "advertising";
+    EXPECT_EQ(kindLabel(47), kindLabel(4)) << "an event";
+    EXPECT_EQ(kindLabel(99), QString());
+}
+
 } // namespace orvel
