@@ -22,8 +22,8 @@ namespace {
 
 using Operation = FaultyFileSystem::Operation;
 
-const QStringList workFolders = {QStringLiteral("journal"), QStringLiteral("new"), QStringLiteral("ok"),
-                                 QStringLiteral("takes"), QStringLiteral("temp"), QStringLiteral("temp2")};
+const QStringList workFolders = {QStringLiteral("journal"), QStringLiteral("new"),  QStringLiteral("ok"),
+                                 QStringLiteral("takes"),   QStringLiteral("temp"), QStringLiteral("temp2")};
 
 class AStation : public testing::Test, protected TestPlatform<FakeDatabaseEngine> {
   protected:
