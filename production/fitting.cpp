@@ -3,7 +3,7 @@
 #include "dsp/cutting.h"
 #include "dsp/speech.h"
 #include "platform/tempo.h"
-#include "recording/speech_words.h"
+#include "recording/talk_words.h"
 
 #include <QCoreApplication>
 #include <QStringList>
@@ -114,27 +114,27 @@ class Fit {
         result_.leftMs = static_cast<std::int32_t>(toMs(spare) + beforePostMs);
         result_.sentence = say(result_.changed ? "Past al, %1 s vóór de zang; de stilte erachter is weg."
                                                : "Past al, %1 s vóór de zang.")
-                               .arg(tenths(result_.leftMs));
+                               .arg(inSeconds(result_.leftMs));
     }
 
     void beTooLong(double samples) {
         result_.outcome = Fitted::Outcome::TooLong;
         // Never "nog 0,0 s": what is too much is rounded up.
         result_.leftMs = static_cast<std::int32_t>(std::ceil(samples * 10 / rate_) * 100);
-        result_.sentence = say("Past niet: nog %1 s te lang.").arg(tenths(result_.leftMs));
+        result_.sentence = say("Past niet: nog %1 s te lang.").arg(inSeconds(result_.leftMs));
     }
 
     [[nodiscard]] QString whatWasDone() const {
         QStringList parts;
         if (result_.beforeMs >= 50) {
-            parts << say("%1 s stilte vooraf weg").arg(tenths(result_.beforeMs));
+            parts << say("%1 s stilte vooraf weg").arg(inSeconds(result_.beforeMs));
         }
         if (result_.pausesMs >= 50) {
-            parts << say("pauzes %1 s korter").arg(tenths(result_.pausesMs));
+            parts << say("pauzes %1 s korter").arg(inSeconds(result_.pausesMs));
         }
         const auto perMille = static_cast<std::int32_t>(std::lrint((result_.tempo - 1) * 1000));
         if (perMille > 0) {
-            parts << say("%1 % sneller").arg(tenths(perMille * 100));
+            parts << say("%1 % sneller").arg(inSeconds(perMille * 100));
         }
         return parts.isEmpty() ? say("Past op de intro.")
                                : say("Past op de intro: %1.").arg(parts.join(QStringLiteral(", ")));

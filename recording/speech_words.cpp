@@ -2,6 +2,7 @@
 
 #include "playlist/current_step.h"
 #include "recording/allowed.h"
+#include "recording/talk_words.h"
 
 #include <QCoreApplication>
 
@@ -26,8 +27,8 @@ QString distance(std::int64_t late) {
     }
     const auto apart =
         static_cast<std::int32_t>(std::min<std::int64_t>(std::abs(late), std::numeric_limits<std::int32_t>::max()));
-    return late < 0 ? QCoreApplication::translate("SpeechWords", "%1 s vóór de zang").arg(tenths(apart))
-                    : QCoreApplication::translate("SpeechWords", "%1 s over de intro").arg(tenths(apart));
+    return late < 0 ? QCoreApplication::translate("SpeechWords", "%1 s vóór de zang").arg(inSeconds(apart))
+                    : QCoreApplication::translate("SpeechWords", "%1 s over de intro").arg(inSeconds(apart));
 }
 
 } // namespace
@@ -45,18 +46,12 @@ std::optional<SpeechTimes> speechTimes(const std::vector<SpeechSegment> &segment
                        millisecondsOf(segments.back().end, sampleRate)};
 }
 
-QString tenths(std::int32_t milliseconds) {
-    const std::int64_t rounded = (std::abs(std::int64_t{milliseconds}) + 50) / 100;
-    const QString sign = milliseconds < 0 && rounded > 0 ? QStringLiteral("-") : QString();
-    return QStringLiteral("%1%2,%3").arg(sign).arg(rounded / 10).arg(rounded % 10);
-}
-
 QString speechSentence(const std::optional<SpeechTimes> &speech, std::optional<std::int32_t> post) {
     if (!speech) {
         return QCoreApplication::translate("SpeechWords", "Geen spraak gevonden");
     }
     const QString times = QCoreApplication::translate("SpeechWords", "Spraak %1 tot %2 s")
-                              .arg(tenths(speech->begin), tenths(speech->end));
+                              .arg(inSeconds(speech->begin), inSeconds(speech->end));
     return post ? times + QStringLiteral(", ") + distance(std::int64_t{speech->end} - *post) : times;
 }
 

@@ -29,9 +29,6 @@ struct SpeechTimes {
 /// From the first stretch's beginning to the last one's end.
 [[nodiscard]] std::optional<SpeechTimes> speechTimes(const std::vector<SpeechSegment> &segments, int sampleRate);
 
-/// "0,4", whatever the desktop's language is; halves round away from zero.
-[[nodiscard]] QString tenths(std::int32_t milliseconds);
-
 /// One sentence about a take: "Spraak 0,4 tot 9,1 s, 0,5 s vóór de zang", "Spraak 0,4 tot 10,9 s, 1,3 s over de intro",
 /// "... precies op de zang" for less than 50 ms, only the times without a post, "Geen spraak gevonden".
 [[nodiscard]] QString speechSentence(const std::optional<SpeechTimes> &speech, std::optional<std::int32_t> post);

@@ -272,6 +272,7 @@ void Waveform::paintEvent(QPaintEvent *event) {
     paintZones(painter);
     paintSeconds(painter);
     paintSound(painter, event->rect());
+    paintWords(painter);
     paintHandles(painter);
     paintPosition(painter);
 }
@@ -282,12 +283,22 @@ void Waveform::paintZones(QPainter &painter) const {
         const double end = &zone == &zones_.back() ? std::max(whole(), zone.end) : zone.end;
         const QRectF place(QPointF(placeOf(begin), area().top()), QPointF(placeOf(end), area().bottom()));
         painter.fillRect(place, tint(led::litColour(zone.colour, isEnabled())));
-        const QRectF word = place.adjusted(4, 1, -2, 0);
-        if (fontMetrics().horizontalAdvance(zone.word) <= word.width()) {
-            painter.setPen(QColor(brightText));
-            painter.drawText(word, Qt::AlignLeft | Qt::AlignTop, zone.word);
-        }
         begin = end;
+    }
+}
+
+/// Over the sound, on a ground of their own.
+void Waveform::paintWords(QPainter &painter) const {
+    double begin = 0;
+    for (const Zone &zone : zones_) {
+        const QRectF place(QPointF(placeOf(begin) + 4, area().top() + 1), QPointF(placeOf(zone.end), area().bottom()));
+        const QRectF word(place.topLeft(), QSizeF(fontMetrics().size(0, zone.word)));
+        if (&zone == &zones_.back() ? placeOf(whole()) > word.right() : word.width() <= place.width()) {
+            painter.fillRect(word, tint(led::litColour(zone.colour, isEnabled())));
+            painter.setPen(QColor(brightText));
+            painter.drawText(word, Qt::AlignCenter, zone.word);
+        }
+        begin = zone.end;
     }
 }
 

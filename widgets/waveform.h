@@ -97,6 +97,7 @@ class Waveform : public QWidget {
     void drop();
     void cut(double from, double to);
     void paintZones(QPainter &painter) const;
+    void paintWords(QPainter &painter) const;
     void paintSound(QPainter &painter, const QRect &exposed) const;
     void paintSeconds(QPainter &painter) const;
     void paintHandles(QPainter &painter) const;

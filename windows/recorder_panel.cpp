@@ -7,6 +7,7 @@
 #include "windows/on.h"
 
 #include <QGridLayout>
+#include <QScopeGuard>
 
 namespace orvel {
 
@@ -79,6 +80,13 @@ void RecorderPanel::addNotice(QLabel *label) {
 }
 
 void RecorderPanel::cmdRec_Click() {
+    // While a take is processed the button is disabled, and the focus would go on to whatever stands behind it.
+    const bool hadFocus = cmdRec->hasFocus();
+    const auto keep = qScopeGuard([this, hadFocus] {
+        if (hadFocus) {
+            cmdRec->setFocus();
+        }
+    });
     session_.cmdRec_Click();
 }
 

@@ -49,7 +49,9 @@ QToolButton *TakesPanel::buttonOf(const ShelvedTake &take) {
     button->setCheckable(true);
     button->setChecked(take.isCurrent);
     const QString filed = take.isFiled ? tr(" ✓ bewaard") : QString();
-    button->setText(tr("Take %1 · %2 s%3").arg(take.number).arg(inSeconds(take.lengthMs), filed));
+    // Not by its shade alone.
+    const QString current = take.isCurrent ? QStringLiteral("● ") : QString();
+    button->setText(tr("%1Take %2 · %3 s%4").arg(current).arg(take.number).arg(inSeconds(take.lengthMs), filed));
     button->setToolTip(tr("Opgenomen om %1").arg(take.begun));
     button->setAccessibleDescription(take.isCurrent ? tr("Deze take wordt beluisterd en bewaard") : QString());
     on(button, &QToolButton::clicked, this, [this, number = take.number] { session_.choose(number); });

@@ -85,6 +85,24 @@ TEST_F(TheDesk, EscapeCallsTheCountDownOffAndTheStepIsAsBefore) {
     EXPECT_TRUE(filesIn(QStringLiteral("temp")).isEmpty());
 }
 
+// The button is disabled while a take is processed: the focus went on to Multi - voice, which the next space bar then
+// switched.
+TEST_F(TheDesk, TheFocusStaysOnTheRecordButtonWhenATakeIsReady) {
+    openDemo(QStringLiteral("[Program]\nCountdown=0"));
+    select(firstLink);
+    activate();
+    QPushButton &button = *window->panels().recorderPanel->cmdRec;
+    button.setFocus();
+    press(Qt::Key_Space);
+    timers.advance(1000);
+    ASSERT_EQ(state(), SessionState::Recording);
+    sound.deliver(44100);
+    timers.advance(1000);
+    press(Qt::Key_Space);
+    ASSERT_EQ(state(), SessionState::Idle);
+    EXPECT_TRUE(button.hasFocus());
+}
+
 TEST_F(TheDesk, EscapeDoesNothingToARunningTake) {
     openDemo(QStringLiteral("[Program]\nCountdown=0"));
     select(firstLink);

@@ -147,7 +147,7 @@ TEST_F(TakeInSight, TheTakesOfAStepStandBelowItAndAKeyGoesThroughThem) {
     for (const QToolButton *button : buttons()) {
         texts << button->text();
     }
-    EXPECT_TRUE(texts.contains(QStringLiteral("Take 1 · 1,0 s ✓ bewaard"))) << texts.join(u'|').toStdString();
+    EXPECT_TRUE(texts.contains(QStringLiteral("● Take 1 · 1,0 s ✓ bewaard"))) << texts.join(u'|').toStdString();
     EXPECT_TRUE(texts.contains(QStringLiteral("Take 2 · 1,5 s")));
     select(0);
     EXPECT_FALSE(takes.isVisible());

@@ -37,15 +37,6 @@ TEST(SpeechWords, OneSentenceTellsHowTheTakeFits) {
     }
 }
 
-TEST(SpeechWords, TenthsHaveACommaAndRoundAwayFromZero) {
-    EXPECT_EQ(tenths(0), QStringLiteral("0,0"));
-    EXPECT_EQ(tenths(49), QStringLiteral("0,0"));
-    EXPECT_EQ(tenths(50), QStringLiteral("0,1"));
-    EXPECT_EQ(tenths(12345), QStringLiteral("12,3"));
-    EXPECT_EQ(tenths(-49), QStringLiteral("0,0"));
-    EXPECT_EQ(tenths(-1350), QStringLiteral("-1,4"));
-}
-
 TEST(SpeechWords, SpeechIsFromTheFirstStretchToTheLast) {
     EXPECT_FALSE(speechTimes({}, 44100));
     EXPECT_EQ(speechTimes({{441, 44100}}, 44100), (SpeechTimes{10, 1000}));

@@ -71,8 +71,7 @@ def open_slot(road):
     road.start()
     road.desk.find(RECORD, "push button", 30)
     road.desk.click(road.desk.find("Opname en kaart", "page tab"))  # folded away on a screen this small
-    if not road.desk.look("Lus", "combo box"):
-        road.desk.choose("Studiomicrofoon", "Lus")
+    road.desk.choose("Opnamekaart", "Lus")
     road.desk.open_playlist("ochtend-0700.mdb")
     road.desk.select_step("Link 1")
 
