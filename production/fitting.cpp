@@ -134,7 +134,7 @@ class Fit {
         }
         const auto perMille = static_cast<std::int32_t>(std::lrint((result_.tempo - 1) * 1000));
         if (perMille > 0) {
-            parts << say("%1 % sneller").arg(inSeconds(perMille * 100));
+            parts << say("%1 % sneller").arg(inSeconds(std::int64_t{perMille} * 100));
         }
         return parts.isEmpty() ? say("Past op de intro.")
                                : say("Past op de intro: %1.").arg(parts.join(QStringLiteral(", ")));
