@@ -220,7 +220,12 @@ std::vector<QString> TakeShelf::unpacked() const {
 void TakeShelf::clearFinished(const QString &newFolder) {
     const QString extension = QStringLiteral(".takes");
     QStringList shelves;
-    ignoringErrors([&] { shelves = files_.list(places_.takesFolder(), u'*' + extension); });
+    // In a folder that is away, a share that is not mounted say, no playlist is finished.
+    ignoringErrors([&] {
+        if (files_.folderExists(newFolder)) {
+            shelves = files_.list(places_.takesFolder(), u'*' + extension);
+        }
+    });
     for (const QString &file : std::as_const(shelves)) {
         const QString name = file.chopped(extension.size());
         if (const auto shelf = read(name); shelf && !files_.fileExists(inFolder(newFolder, shelf->playlist))) {

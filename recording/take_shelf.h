@@ -49,7 +49,7 @@ class TakeShelf {
     /// The current take as it was recorded; empty when there is none.
     [[nodiscard]] QString dry(const Take &take) const;
 
-    /// The shelves of playlists that are not in this folder any more are cleared.
+    /// The shelves of playlists that are not in this folder any more are cleared; none where the folder itself is away.
     void clearFinished(const QString &newFolder);
     /// Originals that are not packed yet.
     [[nodiscard]] std::vector<QString> unpacked() const;

@@ -207,6 +207,15 @@ TEST_F(Shelving, AFinishedPlaylistLeavesTheOriginalsToRecovery) {
     EXPECT_GE(dry, 2);
 }
 
+/// With the share that holds the playlists away, every one of them looked finished.
+TEST_F(Shelving, AFolderThatIsNotThereFinishesNoPlaylist) {
+    select(link1);
+    recordLevel(1000);
+    recordLevel(2000);
+    takes.shelf().clearFinished(path(QStringLiteral("weg")));
+    EXPECT_EQ(numbers(), (std::vector{1, 2}));
+}
+
 /// A list that another program, or a broken disk, left behind.
 TEST_F(Shelving, AListThatIsNoneIsAnEmptyShelf) {
     select(link1);
