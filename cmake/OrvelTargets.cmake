@@ -9,8 +9,10 @@ target_compile_options(orvel_flags INTERFACE
   -Wold-style-cast -Woverloaded-virtual -Wnull-dereference)
 target_compile_definitions(orvel_flags INTERFACE QT_NO_CAST_TO_ASCII QT_NO_FOREACH QT_NO_KEYWORDS)
 if(ORVEL_SANITIZE)
+  # Tests are read once and run once: unoptimised they are compiled in less than half the time. Line numbers are all
+  # that a report needs.
   target_compile_options(orvel_flags INTERFACE "-fsanitize=${ORVEL_SANITIZE}" -fno-sanitize-recover=all
-    -fno-omit-frame-pointer -O1
+    -fno-omit-frame-pointer $<IF:$<BOOL:$<TARGET_PROPERTY:ORVEL_UNOPTIMISED>>,-O0,-O1> -g1
     # GCC sees null paths in its own instrumentation; the plain build keeps this warning.
     -Wno-null-dereference)
   target_link_options(orvel_flags INTERFACE "-fsanitize=${ORVEL_SANITIZE}")
@@ -45,13 +47,14 @@ function(orvel_precompile name)
   target_precompile_headers(${name} PRIVATE <QtWidgets> <memory> <string> <vector>)
 endfunction()
 
-# orvel_test(<name> SOURCES <files...> LINKS <targets...> [TIMEOUT <seconds>] [LABELS <labels...>] [OWN_MAIN])
+# orvel_test(<name> SOURCES <files...> LINKS <targets...> [TIMEOUT <seconds>] [LABELS <labels...>] [OWN_MAIN] [COMPUTES])
 #   Every test of the executable becomes a CTest test of its own, run without a display.
 #   LABELS: "threads" where it has threads of its own, "server" where it talks to a real sound server; one word, since
 #   CTest's discovery takes no list.
 #   OWN_MAIN: one of the sources has the main function (a QApplication, say).
+#   COMPUTES: its sources judge so many samples that they must be optimised, with sanitizers too.
 function(orvel_test name)
-  cmake_parse_arguments(ARG "OWN_MAIN" "TIMEOUT" "SOURCES;LINKS;LABELS" ${ARGN})
+  cmake_parse_arguments(ARG "OWN_MAIN;COMPUTES" "TIMEOUT" "SOURCES;LINKS;LABELS" ${ARGN})
   if(NOT ARG_TIMEOUT)
     set(ARG_TIMEOUT 120)
   endif()
@@ -62,6 +65,9 @@ function(orvel_test name)
   endif()
   target_compile_definitions(${name} PRIVATE ORVEL_SOURCE_DIR="${CMAKE_SOURCE_DIR}")
   set_target_properties(${name} PROPERTIES RUNTIME_OUTPUT_DIRECTORY "${CMAKE_BINARY_DIR}/tests")
+  if(NOT ARG_COMPUTES)
+    set_target_properties(${name} PROPERTIES ORVEL_UNOPTIMISED ON)
+  endif()
   add_dependencies(orvel_tests ${name})
   if(ARG_LABELS MATCHES "threads")
     add_dependencies(orvel_threads_tests ${name})
