@@ -12,7 +12,7 @@ namespace orvel {
 namespace {
 
 constexpr double shortestLine = 0.052; ///< seconds, in a room of 1 s
-constexpr double longestLine = 0.130;
+constexpr double longestLine = 0.150;
 constexpr double widestSwing = 0.00014; ///< seconds
 /// At low sample rates the splines take so much that the bass would not end if 1 kHz were to keep its promise.
 constexpr double longestBass = 1.25;
@@ -98,7 +98,7 @@ void hadamard(std::array<RoomBlock, count> &blocks) {
 
 Room::Room(float seconds, float hertz, int sampleRate)
     : sampleRate_(sampleRate), lowCut_(static_cast<float>(1 - std::exp(-2 * std::numbers::pi * rumble / sampleRate_))) {
-    const double size = std::pow(seconds, seconds < 1 ? 1.25 : 0.5);
+    const double size = std::pow(seconds, seconds < 1 ? 1.3 : 0.5);
     makeLines(size, seconds, hertz);
     makeDiffusers(size);
     balance();

@@ -12,7 +12,7 @@ namespace orvel {
 /// networks for designing artificial reverberators", AES Convention 90, 1991), behind three all-pass diffusers
 /// (M. R. Schroeder, "Natural sounding artificial reverberation", J. Audio Eng. Soc. 10, 1962).
 ///
-/// - The lines have sixteen prime lengths, 52 to 130 ms in a room of 1 s, together so long that no partial stands out
+/// - The lines have sixteen prime lengths, 52 to 150 ms in a room of 1 s, together so long that no partial stands out
 ///   of the others; smaller rooms are shorter in proportion and a little more, larger ones longer with the square
 ///   root of their time. Each loses 60 dB in the reverberation time, at 1 kHz.
 /// - The lengths of every other line swing slowly, each at its own speed, by at most 0.14 ms: as everything passes them
