@@ -1,7 +1,10 @@
 #include "windows/takes_panel.h"
 
+#include "production/dry_listening.h"
+#include "production/retouching.h"
 #include "recording/take_session.h"
 #include "recording/talk_words.h"
+#include "windows/named.h"
 #include "windows/on.h"
 
 #include <QHBoxLayout>
@@ -10,17 +13,26 @@
 
 namespace orvel {
 
-TakesPanel::TakesPanel(TakeSession &session, QWidget *parent)
-    : QWidget(parent), cmdNextTake(new QToolButton(this)), session_(session), list_(new QHBoxLayout) {
+TakesPanel::TakesPanel(TakeSession &session, Retouching &retouching, DryListening &dry, QWidget *parent)
+    : QWidget(parent), cmdNextTake(new QToolButton(this)),
+      cmdDroog(namedButton(this, "cmdDroog", {}, tr("Hoor bij het beluisteren de opname zonder bewerking, even luid"))),
+      cmdOpnieuw(namedButton(this, "cmdOpnieuw", tr("Opnieuw bewerken"),
+                             tr("Bewerk de droge opname opnieuw, zoals de processor nu staat"))),
+      session_(session), retouching_(retouching), dry_(dry), list_(new QHBoxLayout) {
     cmdNextTake->setObjectName(QStringLiteral("cmdNextTake"));
     cmdNextTake->setText(tr("Volgende take"));
     cmdNextTake->setToolTip(tr("Een andere take van deze stap beluisteren en bewaren"));
+    cmdDroog->setCheckable(true);
+    cmdDroog->setAccessibleName(tr("Droog"));
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addLayout(list_);
     layout->addWidget(cmdNextTake);
     layout->addStretch();
     on(cmdNextTake, &QToolButton::clicked, this, &TakesPanel::cmdNextTake_Click);
+    on(cmdDroog, &QPushButton::clicked, this, &TakesPanel::cmdDroog_Click);
+    on(cmdOpnieuw, &QPushButton::clicked, this, &TakesPanel::cmdOpnieuw_Click);
+    showDry();
     hide();
 }
 
@@ -30,8 +42,20 @@ void TakesPanel::show() {
         shown_ = std::move(takes);
         rebuild();
     }
+    const Allowed may = session_.allowed();
     setVisible(shown_.size() > 1);
-    setEnabled(session_.allowed().takes);
+    setEnabled(may.takes);
+    cmdOpnieuw->setEnabled(may.cmdOpnieuw);
+    cmdDroog->setEnabled(may.cmdDroog);
+    showDry();
+}
+
+/// Not by its shade alone.
+void TakesPanel::showDry() {
+    cmdDroog->setChecked(dry_.isOn());
+    cmdDroog->setText(dry_.isOn() ? tr("● Droog") : tr("○ Droog"));
+    cmdDroog->setAccessibleDescription(dry_.isOn() ? tr("De droge opname is te horen")
+                                                   : tr("De bewerkte opname is te horen"));
 }
 
 void TakesPanel::rebuild() {
@@ -60,6 +84,15 @@ QToolButton *TakesPanel::buttonOf(const ShelvedTake &take) {
 
 void TakesPanel::cmdNextTake_Click() {
     session_.chooseNext();
+}
+
+void TakesPanel::cmdDroog_Click() {
+    dry_.cmdDroog_Click();
+    showDry(); // a click checks it, whatever came of that
+}
+
+void TakesPanel::cmdOpnieuw_Click() {
+    retouching_.cmdOpnieuw_Click();
 }
 
 } // namespace orvel
