@@ -93,8 +93,6 @@ QWidget *frmMain::recordingStrip() {
     auto *meters = new QHBoxLayout;
     meters->addWidget(panels_.meterPanel, 1);
     meters->addWidget(panels_.inputPanel);
-    meters->addWidget(panels_.takesPanel->cmdDroog);
-    meters->addWidget(panels_.takesPanel->cmdOpnieuw);
     meters->addWidget(panels_.editPanel->cmdUndo);
     meters->addWidget(panels_.editPanel->cmdRedo);
     side->addLayout(meters);

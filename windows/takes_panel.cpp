@@ -6,6 +6,7 @@
 #include "recording/talk_words.h"
 #include "windows/named.h"
 #include "windows/on.h"
+#include "windows/reflow.h"
 
 #include <QHBoxLayout>
 #include <QLabel>
@@ -13,22 +14,41 @@
 
 namespace orvel {
 
+namespace {
+
+QHBoxLayout *rowIn(QWidget *widget) {
+    auto *row = new QHBoxLayout(widget);
+    row->setContentsMargins(0, 0, 0, 0);
+    return row;
+}
+
+} // namespace
+
 TakesPanel::TakesPanel(TakeSession &session, Retouching &retouching, DryListening &dry, QWidget *parent)
     : QWidget(parent), cmdNextTake(new QToolButton(this)),
       cmdDroog(namedButton(this, "cmdDroog", {}, tr("Hoor bij het beluisteren de opname zonder bewerking, even luid"))),
       cmdOpnieuw(namedButton(this, "cmdOpnieuw", tr("Opnieuw bewerken"),
                              tr("Bewerk de droge opname opnieuw, zoals de processor nu staat"))),
-      session_(session), retouching_(retouching), dry_(dry), list_(new QHBoxLayout) {
+      session_(session), retouching_(retouching), dry_(dry), choice_(new QWidget(this)), list_(new QHBoxLayout) {
     cmdNextTake->setObjectName(QStringLiteral("cmdNextTake"));
     cmdNextTake->setText(tr("Volgende take"));
     cmdNextTake->setToolTip(tr("Een andere take van deze stap beluisteren en bewaren"));
     cmdDroog->setCheckable(true);
     cmdDroog->setAccessibleName(tr("Droog"));
+    auto *choice = rowIn(choice_);
+    choice->addLayout(list_);
+    choice->addWidget(cmdNextTake);
+    auto *original = new QWidget(this);
+    auto *buttons = rowIn(original);
+    buttons->addWidget(cmdDroog);
+    buttons->addWidget(cmdOpnieuw);
+    buttons->addStretch();
+    auto *row = new Reflow(this);
+    row->add(choice_);
+    row->add(original);
     auto *layout = new QHBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
-    layout->addLayout(list_);
-    layout->addWidget(cmdNextTake);
-    layout->addStretch();
+    layout->addWidget(row);
     on(cmdNextTake, &QToolButton::clicked, this, &TakesPanel::cmdNextTake_Click);
     on(cmdDroog, &QPushButton::clicked, this, &TakesPanel::cmdDroog_Click);
     on(cmdOpnieuw, &QPushButton::clicked, this, &TakesPanel::cmdOpnieuw_Click);
@@ -43,8 +63,9 @@ void TakesPanel::show() {
         rebuild();
     }
     const Allowed may = session_.allowed();
-    setVisible(shown_.size() > 1);
-    setEnabled(may.takes);
+    choice_->setVisible(shown_.size() > 1);
+    choice_->setEnabled(may.takes);
+    setVisible(shown_.size() > 1 || (!shown_.empty() && session_.facts().canSave));
     cmdOpnieuw->setEnabled(may.cmdOpnieuw);
     cmdDroog->setEnabled(may.cmdDroog);
     showDry();

@@ -25,7 +25,6 @@ class TakesPanel : public QWidget {
 
     /// Chooses the take behind the current one.
     QToolButton *const cmdNextTake;
-    // These stand elsewhere on the window, where there is room for them.
     QPushButton *const cmdDroog; ///< checked while the dry take is heard
     QPushButton *const cmdOpnieuw;
 
@@ -44,6 +43,7 @@ class TakesPanel : public QWidget {
     Retouching &retouching_;
     DryListening &dry_;
     std::vector<ShelvedTake> shown_;
+    QWidget *choice_; ///< the takes, where there is more than one
     QHBoxLayout *list_;
 };
 
