@@ -14,6 +14,18 @@ constexpr float outlineScale = 32768.0F;
 
 } // namespace
 
+/// Two plain results in one loop become vector code; minmax_element does not.
+template <std::size_t count>
+Peaks::Pair Peaks::extentOf(std::span<const std::int16_t, count> samples) {
+    std::int16_t low = samples.front();
+    std::int16_t high = samples.front();
+    for (const std::int16_t sample : samples) {
+        low = std::min(low, sample);
+        high = std::max(high, sample);
+    }
+    return {low, high};
+}
+
 void Peaks::clear() {
     levels_.clear();
     samples_ = 0;
@@ -24,14 +36,8 @@ void Peaks::append(std::span<const std::int16_t> samples) {
     while (!samples.empty()) {
         const auto room = static_cast<std::size_t>(finest - samples_ % finest);
         const auto part = samples.first(std::min(room, samples.size()));
-        // Two plain loops become vector code; minmax_element does not.
-        std::int16_t low = part.front();
-        std::int16_t high = part.front();
-        for (const std::int16_t sample : part) {
-            low = std::min(low, sample);
-            high = std::max(high, sample);
-        }
-        widen({low, high});
+        // A block whose length is known becomes vector code without any rest.
+        widen(part.size() == finest ? extentOf(part.first<finest>()) : extentOf(part));
         samples_ += static_cast<std::int64_t>(part.size());
         samples = samples.subspan(part.size());
     }

@@ -38,6 +38,8 @@ class Peaks {
     using Level = std::vector<Pair>;
 
     static Pair both(Pair one, Pair other);
+    template <std::size_t count>
+    static Pair extentOf(std::span<const std::int16_t, count> samples);
     void widen(Pair pair);
     void sumUp(std::size_t first);
 
