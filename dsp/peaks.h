@@ -37,7 +37,11 @@ class Peaks {
     };
     using Level = std::vector<Pair>;
 
-    void widen(std::int64_t sample, Pair pair);
+    static Pair both(Pair one, Pair other);
+    template <std::size_t count>
+    static Pair extentOf(std::span<const std::int16_t, count> samples);
+    void widen(Pair pair);
+    void sumUp(std::size_t first);
 
     std::vector<Level> levels_;
     std::int64_t samples_ = 0;

@@ -89,6 +89,7 @@ SpeechSearch::SpeechSearch(int sampleRate) : powers_(sampleRate) {}
 
 void SpeechSearch::add(std::span<const std::int16_t> samples) {
     const NoDenormals noDenormals;
+    samples_ += samples.size();
     powers_.add(samples, [this](double power) { sums_.push_back(sums_.back() + power); });
 }
 
@@ -168,7 +169,10 @@ void SpeechWatch::hear(double window) {
     }
     if (!begin_) {
         begin_ = firstSound();
+        stretch_ = *begin_;
         loudest_ = 0;
+    } else if (above_ == clickMs + 1) {
+        stretch_ = start_;
     }
     loudest_ = std::max(loudest_, window);
     lastSound_ = now_;
@@ -206,13 +210,23 @@ bool SpeechWatch::isSpeaking() const {
     return lastSound_ && now_ - *lastSound_ < pauseMs;
 }
 
-std::optional<std::size_t> SpeechWatch::begin() const {
+/// Of the middle of the window that ends at this millisecond.
+std::size_t SpeechWatch::sampleAt(std::size_t millisecond) const {
     constexpr std::size_t middle = windowMs / 2;
-    return begin_ ? std::optional(*begin_ > middle ? (*begin_ - middle) * powers_.blockLength() : 0) : std::nullopt;
+    return (millisecond > middle ? millisecond - middle : 0) * powers_.blockLength();
+}
+
+std::optional<std::size_t> SpeechWatch::begin() const {
+    return begin_ ? std::optional(sampleAt(*begin_)) : std::nullopt;
 }
 
 std::optional<std::size_t> SpeechWatch::lastHeard() const {
-    return lastSound_ ? std::optional((*lastSound_ - windowMs / 2) * powers_.blockLength()) : std::nullopt;
+    return lastSound_ ? std::optional(sampleAt(*lastSound_)) : std::nullopt;
+}
+
+std::optional<SpeechSegment> SpeechWatch::latest() const {
+    return begin_ && lastSound_ ? std::optional(SpeechSegment{sampleAt(stretch_), sampleAt(*lastSound_)})
+                                : std::nullopt;
 }
 
 } // namespace orvel

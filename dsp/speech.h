@@ -67,9 +67,16 @@ class SpeechSearch {
     void add(std::span<const std::int16_t> samples);
     /// In what was added so far.
     [[nodiscard]] std::vector<SpeechSegment> found() const;
+    /// The sums of the powers of all whole milliseconds before each, and of all of them; full scale is 1.
+    [[nodiscard]] std::span<const double> sums() const { return sums_; }
+    /// Samples of such a millisecond.
+    [[nodiscard]] std::size_t blockLength() const { return powers_.blockLength(); }
+    /// That were added.
+    [[nodiscard]] std::size_t samples() const { return samples_; }
 
   private:
     SpeechPowers powers_;
+    std::size_t samples_ = 0;
     std::vector<double> sums_ = {0}; ///< of the powers of all milliseconds before
 };
 
@@ -87,6 +94,9 @@ class SpeechWatch {
     [[nodiscard]] std::optional<std::size_t> begin() const;
     /// Where it was last heard, in samples.
     [[nodiscard]] std::optional<std::size_t> lastHeard() const;
+    /// The stretch that is being spoken, or was the last one; it ends where it was last heard. Nothing as long as there
+    /// was none.
+    [[nodiscard]] std::optional<SpeechSegment> latest() const;
 
   private:
     static constexpr std::size_t firstMs = 2000;
@@ -96,6 +106,7 @@ class SpeechWatch {
     [[nodiscard]] std::size_t firstSound() const;
     void learnNoise(double window);
     [[nodiscard]] double threshold() const;
+    [[nodiscard]] std::size_t sampleAt(std::size_t millisecond) const;
 
     // Times in milliseconds.
     SpeechPowers powers_;
@@ -107,9 +118,10 @@ class SpeechWatch {
     std::optional<double> noise_;
     std::size_t now_ = 0;
     std::optional<std::size_t> lastAbove_;
-    std::size_t start_ = 0; ///< of what was above the threshold last, without a pause
-    std::size_t above_ = 0; ///< of it
-    double loudest_ = 0;    ///< window since the beginning
+    std::size_t start_ = 0;   ///< of what was above the threshold last, without a pause
+    std::size_t above_ = 0;   ///< of it
+    std::size_t stretch_ = 0; ///< where the latest stretch of speech began
+    double loudest_ = 0;      ///< window since the beginning
     std::optional<std::size_t> begin_;
     std::optional<std::size_t> lastSound_;
 };

@@ -81,6 +81,9 @@ struct RecorderStatus {
     float peak = 0.0F;           ///< highest sample since the last look, 0..1; also of a card that is only open
     bool isHeard = false;        ///< samples came in since the last look, for a take or not: the peak is a level
     std::int64_t clippedAt = -1; ///< frame of the take's first sample at full scale since the last look; -1: none
+    /// Frames of the take between which somebody spoke last, or still does; -1 as long as nobody did.
+    std::int64_t speechFrom = -1;
+    std::int64_t speechTo = -1;
 };
 
 /// Records mono 16-bit 44100 Hz into a WAV file, on threads of its own. The take on disk is a valid WAV file at any

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstdint>
+#include <memory>
 #include <optional>
 #include <span>
 
@@ -26,6 +27,8 @@ class LoudnessMeter {
     virtual void add(std::span<const std::int16_t> samples) = 0;
     /// Of all that was added. Nothing for what has no loudness: less than 400 ms, or nothing above -70 LUFS.
     [[nodiscard]] virtual std::optional<Loudness> result() = 0;
+    /// For a take that is measured on another thread meanwhile.
+    [[nodiscard]] virtual std::unique_ptr<LoudnessMeter> another() const = 0;
 
     /// Of a whole take.
     [[nodiscard]] std::optional<Loudness> measure(std::span<const std::int16_t> samples, int sampleRate) {

@@ -36,14 +36,19 @@ QString LoudnessGoal::problem() const {
 
 std::optional<Loudness> bringToLoudness(AudioTransform &transform, std::vector<std::int16_t> &samples, int sampleRate,
                                         const LoudnessGoal &goal, LoudnessMeter &meter) {
+    return bringToLoudness(transform, samples, sampleRate, goal.target, goal.truePeak, meter);
+}
+
+std::optional<Loudness> bringToLoudness(AudioTransform &transform, std::vector<std::int16_t> &samples, int sampleRate,
+                                        double target, double truePeak, LoudnessMeter &meter) {
     const std::optional<Loudness> before = meter.measure(samples, sampleRate);
     if (!before) {
         return std::nullopt;
     }
     const std::vector<std::int16_t> original = samples;
     std::optional<Loudness> reached;
-    double gain = std::min(goal.target - before->lufs, mostGain);
-    double ceiling = goal.truePeak;
+    double gain = std::min(target - before->lufs, mostGain);
+    double ceiling = truePeak;
     for (int tries = 0; tries < mostTries; ++tries) {
         samples = original;
         transform.limit(samples, {static_cast<float>(gain), static_cast<float>(ceiling)});
@@ -51,8 +56,8 @@ std::optional<Loudness> bringToLoudness(AudioTransform &transform, std::vector<s
         if (!reached) {
             break;
         }
-        const double missing = goal.target - reached->lufs;
-        const double above = std::max(reached->truePeak - goal.truePeak, 0.0);
+        const double missing = target - reached->lufs;
+        const double above = std::max(reached->truePeak - truePeak, 0.0);
         const bool canBeLouder = missing < 0 || gain < mostGain;
         if (above == 0 && (std::abs(missing) <= loudnessTolerance || !canBeLouder)) {
             break;

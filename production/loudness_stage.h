@@ -28,5 +28,8 @@ inline constexpr double loudnessTolerance = 0.1;
 /// there is nothing to measure. More than 30 dB is never added: beyond that there is more noise than voice.
 std::optional<Loudness> bringToLoudness(AudioTransform &transform, std::vector<std::int16_t> &samples, int sampleRate,
                                         const LoudnessGoal &goal, LoudnessMeter &meter);
+/// The same, to any loudness (LUFS) with true peaks up to any height (dBTP).
+std::optional<Loudness> bringToLoudness(AudioTransform &transform, std::vector<std::int16_t> &samples, int sampleRate,
+                                        double target, double truePeak, LoudnessMeter &meter);
 
 } // namespace orvel

@@ -10,9 +10,6 @@
 #include <QFileInfo>
 #include <QScopeGuard>
 
-#include <algorithm>
-#include <cmath>
-#include <cstdlib>
 #include <new>
 #include <utility>
 
@@ -30,14 +27,6 @@ void fatally(Action action) {
     }
 }
 
-/// Whether there is anything louder than so many steps.
-bool isLouder(const std::vector<std::int16_t> &samples, int steps) {
-    return std::any_of(samples.begin(), samples.end(), [steps](int sample) { return std::abs(sample) > steps; });
-}
-
-constexpr int audible = 32;   ///< steps: -60 dB below full scale
-constexpr int inaudible = 10; ///< -70 dB
-
 } // namespace
 
 ProcessingChain::ProcessingChain(ProcessingContext context)
@@ -49,26 +38,30 @@ void ProcessingChain::AudioProcessing(const QString &wavPath) {
     const auto hide = qScopeGuard([this] { context_.showProcess(false); });
     take_ = wavPath;
     AudioFile2->open(take_);
-    sampleRate_ = AudioFile2->sampleRate();
-    AudioTransform1.setSampleRate(sampleRate_);
-    AudioTransform1.setChannels(1);
+    const int sampleRate = AudioFile2->sampleRate();
     AudioFile2->close();
     raw_.clear();
-    silencer_.clear();
     isChanged_ = false;
+    StageRun run(wishes(), AudioTransform1, context_.platform.loudness);
     try {
-        runStages();
-        bringToGoal();
+        run.run(samples_, sampleRate, [this](const auto &work) { stage(work); });
     } catch (const FatalError &) {
         abandonStage();
-        settleRaw();
+        settleRaw(run.silencer());
         throw;
     } catch (const RuntimeError &) {
         giveUp();
     } catch (const std::bad_alloc &) {
         giveUp(); // a take of many hours
     }
-    settleRaw();
+    for (const QString &note : run.notes()) {
+        context_.tell(note);
+    }
+    settleRaw(run.silencer());
+}
+
+StageWishes ProcessingChain::wishes() const {
+    return {context_.settings(), context_.loudness()};
 }
 
 void ProcessingChain::giveUp() {
@@ -78,7 +71,7 @@ void ProcessingChain::giveUp() {
                                               "De geluidsbewerking is niet voltooid; de opname zelf is bewaard."));
 }
 
-void ProcessingChain::settleRaw() {
+void ProcessingChain::settleRaw(const QString &silencer) {
     if (raw_.isEmpty()) {
         return;
     }
@@ -91,52 +84,21 @@ void ProcessingChain::settleRaw() {
         context_.recovery.keep(raw_);
         place = QStringLiteral("herstel");
     });
-    if (!silencer_.isEmpty()) {
+    if (!silencer.isEmpty()) {
         context_.tell(QCoreApplication::translate("ProcessingChain",
                                                   "%1 heeft de opname onhoorbaar gemaakt; de ruwe opname ligt in %2.")
-                          .arg(silencer_, place));
+                          .arg(silencer, place));
     }
 }
 
-void ProcessingChain::runStages() {
-    const ProcessorSettings settings = context_.settings();
-    for (const Stage *stage : stagesToRun(settings)) {
-        run(QString::fromUtf8(stage->caption),
-            [&] { stage->run(AudioTransform1, samples_, knobValues(*stage, settings)); });
-    }
-}
-
-void ProcessingChain::bringToGoal() {
-    const LoudnessGoal goal = context_.loudness();
-    if (const QString problem = goal.problem(); !problem.isEmpty()) {
-        context_.tell(problem);
-        return;
-    }
-    if (!goal.isSet()) {
-        return;
-    }
-    std::optional<Loudness> reached;
-    run(QCoreApplication::translate("ProcessingChain", "Luidheid"),
-        [&] { reached = bringToLoudness(AudioTransform1, samples_, sampleRate_, goal, context_.platform.loudness); });
-    constexpr double audibleDifference = 0.5; // LU
-    if (reached && std::abs(reached->lufs - goal.target) > audibleDifference) {
-        context_.tell(QCoreApplication::translate("ProcessingChain", "De opname is te zacht om op %1 LUFS te brengen.")
-                          .arg(goal.target));
-    }
-}
-
-void ProcessingChain::run(const QString &caption, const std::function<void()> &work) {
+/// A stage from the take's file into it.
+void ProcessingChain::stage(const std::function<void()> &work) {
     StartOperation();
     if (raw_.isEmpty()) {
         keepRaw();
     }
     work();
     EndOperation();
-    if (isLouder(samples_, inaudible)) {
-        silencer_.clear();
-    } else if (rawIsAudible_ && silencer_.isEmpty()) {
-        silencer_ = caption;
-    }
 }
 
 void ProcessingChain::keepRaw() {
@@ -147,16 +109,13 @@ void ProcessingChain::keepRaw() {
     }
     context_.platform.files.link(take_, path);
     raw_ = path;
-    rawIsAudible_ = isLouder(samples_, audible);
 }
 
 void ProcessingChain::StartOperation() {
     openTake();
-    AudioTransform1.setEnabled(false);
     stageOutput_ = Places(context_.programFolder).stageOutput(QFileInfo(take_).completeBaseName());
     createOutput();
     readTake();
-    AudioTransform1.setEnabled(true);
 }
 
 void ProcessingChain::openTake() {
@@ -191,7 +150,6 @@ void ProcessingChain::readTake() {
 }
 
 void ProcessingChain::EndOperation() {
-    AudioTransform1.setEnabled(false);
     AudioFile3->write(samples_);
     AudioFile2->close();
     AudioFile3->close();

@@ -3,8 +3,7 @@
 #include "dsp/audio_transform.h"
 #include "platform/audio_file.h"
 #include "platform/platform.h"
-#include "production/loudness_stage.h"
-#include "production/stages.h"
+#include "production/stage_run.h"
 #include "station/recovery.h"
 
 #include <QString>
@@ -45,16 +44,15 @@ class ProcessingChain {
     /// goes to recovery; when the stages have made it inaudible (a peak above -60 dB below full scale came in, nothing
     /// above -70 dB came out), the status line names the stage.
     void AudioProcessing(const QString &wavPath);
+    /// What it would do now.
+    [[nodiscard]] StageWishes wishes() const;
 
   private:
-    void runStages();
+    void stage(const std::function<void()> &work);
     void StartOperation();
     void EndOperation();
-    void bringToGoal();
-    /// A stage by its caption and what it does to the samples.
-    void run(const QString &caption, const std::function<void()> &work);
     void keepRaw();
-    void settleRaw();
+    void settleRaw(const QString &silencer);
     void openTake();
     void createOutput();
     void readTake();
@@ -69,11 +67,8 @@ class ProcessingChain {
     std::vector<std::int16_t> samples_; ///< the whole take, reused by every stage
     QString take_;
     QString stageOutput_;
-    QString raw_; ///< a second name of the raw take, as soon as there is one
-    int sampleRate_ = 0;
-    bool rawIsAudible_ = false;
+    QString raw_;                  ///< a second name of the raw take, as soon as there is one
     bool isChanged_ = false;       ///< a stage's sound stands in the take's place
-    QString silencer_;             ///< the stage after which nothing was to be heard any more
     bool outputIsPartial_ = false; ///< nothing but a part of what the take still has
 };
 

@@ -6,13 +6,15 @@
 #include "platform/runtime_error.h"
 #include "playlist/current_step.h"
 #include "production/fitting.h"
+#include "production/take_findings.h"
+#include "production/take_samples.h"
 #include "recording/take_session.h"
+#include "recording/take_store.h"
 #include "station/ignore_errors.h"
 #include "station/places.h"
 
 #include <QScopeGuard>
 
-#include <cstring>
 #include <new>
 
 namespace orvel {
@@ -31,6 +33,10 @@ void Retouching::whileEditing(Action action) {
         context_.tell(tr("De opname is te lang om te bewerken; ze is zoals ze was."));
     }
     recorded(take);
+}
+
+QString Retouching::dry() const {
+    return context_.takes.shelf().dry(context_.session.currentTake());
 }
 
 bool Retouching::edit(const TakeEdit &edit) {
@@ -57,6 +63,50 @@ void Retouching::cmdFit_Click() {
     }
 }
 
+void Retouching::cmdOpnieuw_Click() {
+    if (!context_.session.allowed().cmdOpnieuw) {
+        return;
+    }
+    const QString original = dry();
+    const QString before = undoable();
+    const auto reader = openMono(context_.platform, original);
+    const auto meter = context_.platform.loudness.another();
+    AudioTransform transform;
+    StageRun run(context_.wishes(), transform, *meter);
+    bool isWhole = false;
+    const bool changed = edit({reworked(), [&](TakeEdit::Samples samples, int sampleRate) {
+                                   if (reader->sampleRate() != sampleRate) {
+                                       throw RuntimeError(ErrorNumber::DeviceError, original);
+                                   }
+                                   readSamples(*reader, original, samples);
+                                   run.run(samples, sampleRate, [](const auto &work) { work(); });
+                                   isWhole = true;
+                                   return samples;
+                               }});
+    if (changed) {
+        tellReworked(run, before);
+    } else if (isWhole) {
+        context_.tell(tr("De bewerking geeft hetzelfde: de opname is zoals ze was."));
+    }
+}
+
+QString Retouching::reworked() {
+    return tr("Opnieuw bewerkt");
+}
+
+/// before: the edit that could be undone before.
+void Retouching::tellReworked(const StageRun &run, const QString &before) {
+    const bool hadEdits = !before.isEmpty() && before != reworked();
+    QStringList sentences{hadEdits ? tr("Opnieuw bewerkt vanaf de droge opname. Wat u zelf deed (%1) is daarmee "
+                                        "vervangen; ongedaan maken brengt het terug.")
+                                         .arg(before)
+                                   : tr("Opnieuw bewerkt vanaf de droge opname.")};
+    if (!run.silencer().isEmpty()) {
+        sentences << tr("%1 heeft de opname onhoorbaar gemaakt.").arg(run.silencer());
+    }
+    context_.tell((sentences + run.notes()).join(u' '));
+}
+
 void Retouching::cmdUndo_Click() {
     if (context_.session.allowed().cmdUndo) {
         const QString what = undoable();
@@ -74,38 +124,32 @@ void Retouching::cmdRedo_Click() {
 }
 
 void Retouching::recorded(const QString &take) {
-    speech_.remove(take);
-    ignoringErrors([&] { look(take); });
+    context_.findings.forget(take);
+    ignoringErrors([&] { context_.findings.want(take, dry()); });
 }
 
-void Retouching::look(const QString &take) {
-    const auto reader = context_.platform.audioFiles.reader();
-    reader->open(context_.places.take(take));
-    if (reader->errorState() < 0 || reader->channels() != 1) {
-        return;
+void Retouching::look() {
+    if (isAtRest() && context_.session.facts().canSave) {
+        ignoringErrors([&] { context_.findings.want(context_.step.VoiceTrackName, dry()); });
     }
-    SpeechSearch search(reader->sampleRate());
-    for (QByteArray block = reader->readBlock(); !block.isEmpty(); block = reader->readBlock()) {
-        std::vector<std::int16_t> samples(static_cast<std::size_t>(block.size()) / sizeof(std::int16_t));
-        std::memcpy(samples.data(), block.constData(), samples.size() * sizeof(std::int16_t));
-        search.add(samples);
-    }
-    speech_.insert(take, speechTimes(search.found(), reader->sampleRate()));
 }
 
 void Retouching::ended(const QString &take) {
     context_.editing.forget(take);
-    speech_.remove(take);
+    context_.findings.forget(take);
+}
+
+bool Retouching::isAtRest() const {
+    const SessionState state = context_.session.state();
+    return state == SessionState::Idle || state == SessionState::Listening;
 }
 
 QString Retouching::sentence() const {
-    const auto found = speech_.constFind(context_.step.VoiceTrackName);
-    const SessionState state = context_.session.state();
-    const bool isAtRest = state == SessionState::Idle || state == SessionState::Listening;
-    if (found == speech_.constEnd() || !isAtRest || !context_.session.facts().canSave) {
+    const Findings *found = context_.findings.of(context_.step.VoiceTrackName);
+    if (found == nullptr || !isAtRest() || !context_.session.facts().canSave) {
         return {};
     }
-    return speechSentence(*found, postOf(context_.step, context_.session.mode));
+    return speechSentence(wholeOf(found->marks.speech), postOf(context_.step, context_.session.mode));
 }
 
 EditFacts Retouching::facts(const QString &take) const {
@@ -113,7 +157,7 @@ EditFacts Retouching::facts(const QString &take) const {
     ignoringErrors([&] { isThere = context_.platform.files.fileExists(context_.places.take(take)); });
     return {isThere && postOf(context_.step, context_.session.mode).has_value(),
             isThere && !context_.editing.undoable(take).isEmpty(),
-            isThere && !context_.editing.redoable(take).isEmpty()};
+            isThere && !context_.editing.redoable(take).isEmpty(), isThere && !dry().isEmpty()};
 }
 
 QString Retouching::undoable() const {

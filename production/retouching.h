@@ -1,5 +1,6 @@
 #pragma once
 
+#include "production/stage_run.h"
 #include "production/take_editing.h"
 #include "recording/allowed.h"
 #include "recording/speech_words.h"
@@ -8,7 +9,9 @@
 
 namespace orvel {
 
+class TakeFindings;
 class TakeSession;
+class TakeStore;
 
 /// What retouching needs of the rest of the program; all of it outlives it.
 struct RetouchingContext {
@@ -17,14 +20,18 @@ struct RetouchingContext {
     const CurrentStep &step;
     TakeSession &session;
     TakeEditing &editing;
+    TakeFindings &findings;
+    const TakeStore &takes;
+    /// What the stages would do now.
+    std::function<StageWishes()> wishes;
     /// Shows that the take is being worked on, or takes that away.
     std::function<void(bool visible)> showProcess;
     /// One sentence for the status line.
     std::function<void(const QString &sentence)> tell;
 };
 
-/// What the presenter does to the selected step's recorded take: making it fit the intro, undoing, doing again; and the
-/// sentence that tells where speech is in it.
+/// What the presenter does to the selected step's recorded take: making it fit the intro, having the stages work on it
+/// anew, undoing, doing again; and the sentence that tells where speech is in it.
 class Retouching {
     Q_DECLARE_TR_FUNCTIONS(Retouching)
 
@@ -34,13 +41,18 @@ class Retouching {
     /// Each ignores a call that allowed() does not allow. What the disk refuses leaves the take as it was and is
     /// thrown.
     void cmdFit_Click();
+    /// The stages again, as they are set now, on the take as it was recorded. What was done to it by hand goes, and
+    /// comes back with undo.
+    void cmdOpnieuw_Click();
     void cmdUndo_Click();
     void cmdRedo_Click();
     /// Any other edit of the selected step's take, while it can be saved. False when nothing changed.
     bool edit(const TakeEdit &edit);
 
-    /// Looks where speech is in a take that was recorded. A file that cannot be read has no sentence.
+    /// The selected step's take was recorded, or is another one: it is looked at.
     void recorded(const QString &take);
+    /// Looks at the selected step's take where it can be saved, and nobody did.
+    void look();
     /// The take was filed, deleted or recorded anew.
     void ended(const QString &take);
     /// About the selected step's take; empty where there is none, before it was looked at, and while something is done
@@ -54,10 +66,12 @@ class Retouching {
   private:
     template <class Action>
     void whileEditing(Action action);
-    void look(const QString &take);
+    [[nodiscard]] QString dry() const;
+    [[nodiscard]] static QString reworked(); ///< what that edit is called
+    void tellReworked(const StageRun &run, const QString &before);
+    [[nodiscard]] bool isAtRest() const;
 
     RetouchingContext context_;
-    QHash<QString, std::optional<SpeechTimes>> speech_; ///< of the takes that were looked at
 };
 
 } // namespace orvel

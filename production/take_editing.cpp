@@ -5,6 +5,7 @@
 #include "platform/file_system.h"
 #include "platform/platform.h"
 #include "platform/runtime_error.h"
+#include "production/aside.h"
 #include "production/take_samples.h"
 #include "station/ignore_errors.h"
 #include "station/places.h"
@@ -36,17 +37,13 @@ TakeEdit trimBoth(std::size_t begin, std::size_t end) {
 
 bool TakeEditing::apply(const QString &take, const TakeEdit &edit) {
     const QString path = places_.take(take);
-    const auto reader = platform_.audioFiles.reader();
-    reader->open(path);
-    if (reader->errorState() < 0 || reader->channels() != 1) {
-        throw RuntimeError(platform_.files.fileExists(path) ? ErrorNumber::DeviceError : ErrorNumber::FileNotFound,
-                           path);
-    }
+    const auto reader = openMono(platform_, path);
     TakeEdit::Samples before;
     readSamples(*reader, path, before);
     const int sampleRate = reader->sampleRate();
     reader->close();
-    const TakeEdit::Samples after = edit.apply(before, sampleRate);
+    TakeEdit::Samples after;
+    whileWindowLives([&] { after = edit.apply(before, sampleRate); });
     if (after.empty() || after == before) {
         return false;
     }

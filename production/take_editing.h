@@ -19,7 +19,7 @@ struct TakeEdit {
     using Samples = std::vector<std::int16_t>;
 
     QString name;
-    /// Signed 16-bit mono in and out. What it throws leaves the take as it was.
+    /// Signed 16-bit mono in and out, on a thread of its own. What it throws leaves the take as it was.
     std::function<Samples(Samples samples, int sampleRate)> apply;
 };
 

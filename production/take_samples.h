@@ -3,11 +3,17 @@
 #include <QString>
 
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 namespace orvel {
 
 class AudioFileReader;
+struct Platform;
+
+/// Opens a mono file. It can be read to its end, whatever becomes of its name. Throws FileNotFound, DeviceError (no
+/// sound file, or not mono).
+[[nodiscard]] std::unique_ptr<AudioFileReader> openMono(Platform &platform, const QString &path);
 
 /// Reads an open mono file from its present place to its end. Throws DeviceError when it holds less than it says.
 /// path: for the report.

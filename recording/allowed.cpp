@@ -15,6 +15,8 @@ Allowed allowed(SessionState state, const DeskMode &mode, const StepFacts &step,
     result.cmdFit = result.cmdSave && take.edits.canFit;
     result.cmdUndo = result.cmdSave && take.edits.canUndo;
     result.cmdRedo = result.cmdSave && take.edits.canRedo;
+    result.cmdOpnieuw = result.cmdSave && take.edits.canRework;
+    result.cmdDroog = state == SessionState::Listening && take.canSave && take.edits.canRework;
     result.lists = isFree && !mode.RecorderOnly;
     result.dbgLijst = isFree && !mode.RecorderOnly;
     result.cut = (idle || state == SessionState::Listening) && take.canSave;

@@ -30,6 +30,7 @@ struct EditFacts {
     bool canFit = false; ///< there is an intro that it could fit
     bool canUndo = false;
     bool canRedo = false;
+    bool canRework = false; ///< it is there as it was recorded
 
     bool operator==(const EditFacts &) const = default;
 };
@@ -60,6 +61,8 @@ struct Allowed {
     bool cmdFit = false;
     bool cmdUndo = false;
     bool cmdRedo = false;
+    bool cmdOpnieuw = false; ///< the stages again, on what was recorded
+    bool cmdDroog = false;   ///< what was recorded, while listening
 
     bool operator==(const Allowed &) const = default;
 };

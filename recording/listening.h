@@ -37,7 +37,10 @@ class Listening {
     explicit Listening(ListeningContext context);
 
     /// The card, the buffers and the callback mode of the settings.
-    void setOutput(const PlayerSettings &output) { player_->setOutput(output); }
+    void setOutput(const PlayerSettings &output) {
+        output_ = output;
+        player_->setOutput(output);
+    }
     /// Caption of cmdPlay: "Beluister Opname", or "Stop Weergave" while a take plays.
     [[nodiscard]] QString caption() const;
     /// Starts or stops. Throws what the player throws.
@@ -45,7 +48,15 @@ class Listening {
     /// Plays from this moment of the take on, milliseconds, whether it plays already or not. Throws what the player
     /// throws.
     void listenFrom(std::int32_t milliseconds);
-    void tmrPlay_Timer() { context_.ticked(); }
+    void tmrPlay_Timer();
+    /// A sound with the take's own time axis, that can be heard in its place while it plays. Throws what the player
+    /// throws.
+    void setOther(const QString &path);
+    /// Which of the two is heard: at once, or as soon as both play the same moment. Nothing happens while no take
+    /// plays, or without another sound.
+    void hearOther(bool other);
+    /// There is one; not any more when it broke off.
+    [[nodiscard]] bool hasOther() const { return hasOther_; }
     /// Ends listening, when something else begins that needs the take.
     void interrupt();
     /// The clock that shows the position stands still.
@@ -59,9 +70,22 @@ class Listening {
   private:
     [[nodiscard]] QString takeToPlay() const;
     void backToIdle();
+    void closeOther();
+    [[nodiscard]] WavePlayer &heard() { return hearsOther_ ? *other_ : *player_; }
+    void aim(WavePlayer &next, std::int32_t at);
+    void begin(WavePlayer &next);
+    void settle();
 
     ListeningContext context_;
+    PlayerSettings output_;
     std::unique_ptr<WavePlayer> player_;
+    std::unique_ptr<WavePlayer> other_; ///< made when it is needed
+    bool hasOther_ = false;
+    bool hearsOther_ = false;
+    bool wantsOther_ = false;
+    std::int32_t lead_ = 0;    ///< milliseconds that the one that is not heard yet is sent ahead
+    std::int32_t aimedAt_ = 0; ///< where it began
+    int tries_ = 0;
     std::unique_ptr<Timer> tmrPlay;
     std::unique_ptr<Timer> tmrLevels_;
 };

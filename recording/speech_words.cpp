@@ -38,12 +38,16 @@ std::optional<std::int32_t> postOf(const CurrentStep &step, const DeskMode &mode
     return hasIntro ? std::optional(step.TalkTotalMs) : std::nullopt;
 }
 
-std::optional<SpeechTimes> speechTimes(const std::vector<SpeechSegment> &segments, int sampleRate) {
-    if (segments.empty()) {
-        return std::nullopt;
+std::vector<SpeechTimes> speechTimes(const std::vector<SpeechSegment> &segments, int sampleRate) {
+    std::vector<SpeechTimes> times;
+    for (const SpeechSegment &one : segments) {
+        times.push_back({millisecondsOf(one.begin, sampleRate), millisecondsOf(one.end, sampleRate)});
     }
-    return SpeechTimes{millisecondsOf(segments.front().begin, sampleRate),
-                       millisecondsOf(segments.back().end, sampleRate)};
+    return times;
+}
+
+std::optional<SpeechTimes> wholeOf(const std::vector<SpeechTimes> &stretches) {
+    return stretches.empty() ? std::nullopt : std::optional(SpeechTimes{stretches.front().begin, stretches.back().end});
 }
 
 QString speechSentence(const std::optional<SpeechTimes> &speech, std::optional<std::int32_t> post) {

@@ -26,8 +26,10 @@ struct SpeechTimes {
     bool operator==(const SpeechTimes &) const = default;
 };
 
-/// From the first stretch's beginning to the last one's end.
-[[nodiscard]] std::optional<SpeechTimes> speechTimes(const std::vector<SpeechSegment> &segments, int sampleRate);
+/// Every stretch, in order.
+[[nodiscard]] std::vector<SpeechTimes> speechTimes(const std::vector<SpeechSegment> &segments, int sampleRate);
+/// From the first stretch's beginning to the last one's end; nothing without any.
+[[nodiscard]] std::optional<SpeechTimes> wholeOf(const std::vector<SpeechTimes> &stretches);
 
 /// One sentence about a take: "Spraak 0,4 tot 9,1 s, 0,5 s vóór de zang", "Spraak 0,4 tot 10,9 s, 1,3 s over de intro",
 /// "... precies op de zang" for less than 50 ms, only the times without a post, "Geen spraak gevonden".

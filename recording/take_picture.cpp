@@ -8,7 +8,7 @@
 
 #include <QElapsedTimer>
 
-#include <cstring>
+#include <span>
 #include <utility>
 #include <vector>
 
@@ -19,18 +19,13 @@ namespace {
 constexpr int pieceMs = 8; ///< half of what a window may take between two pictures
 
 /// The first channel of interleaved samples: a take has the same on all of them.
-std::vector<std::int16_t> firstChannel(const QByteArray &block, int channels) {
-    std::vector<std::int16_t> all(static_cast<std::size_t>(block.size()) / sizeof(std::int16_t));
-    std::memcpy(all.data(), block.constData(), all.size() * sizeof(std::int16_t));
-    if (channels <= 1) {
-        return all;
+std::vector<std::int16_t> firstChannel(std::span<const std::int16_t> all, int channels) {
+    const auto step = static_cast<std::size_t>(channels);
+    std::vector<std::int16_t> one(all.size() / step);
+    for (std::size_t frame = 0; frame < one.size(); ++frame) {
+        one[frame] = all[frame * step];
     }
-    const std::size_t frames = all.size() / static_cast<std::size_t>(channels);
-    for (std::size_t frame = 1; frame < frames; ++frame) {
-        all.at(frame) = all.at(frame * static_cast<std::size_t>(channels));
-    }
-    all.resize(frames);
-    return all;
+    return one;
 }
 
 } // namespace
@@ -93,6 +88,20 @@ void TakePicture::grow(std::int64_t samples, float peak) {
     }
 }
 
+void TakePicture::hear(std::int64_t from, std::int64_t to) {
+    if (from < 0) {
+        speech_.clear(); // what seemed to be speech was noise
+        return;
+    }
+    const SpeechSegment latest{static_cast<std::size_t>(from), static_cast<std::size_t>(to)};
+    const SpeechTimes times = speechTimes({latest}, sampleRate_).front();
+    if (speech_.empty() || speech_.back().begin != times.begin) {
+        speech_.push_back(times);
+    } else {
+        speech_.back() = times;
+    }
+}
+
 void TakePicture::read(const QString &path) {
     clear();
     auto reader = platform_.audioFiles.reader();
@@ -110,6 +119,7 @@ void TakePicture::clear() {
     more_->setEnabled(false);
     reader_.reset();
     peaks_.clear();
+    speech_.clear();
     shown_.clear();
     changed_();
 }
@@ -143,7 +153,13 @@ void TakePicture::readBlock() {
         reader_.reset();
         return;
     }
-    peaks_.append(firstChannel(block, reader_->channels()));
+    const std::span samples(reinterpret_cast<const std::int16_t *>(block.constData()),
+                            static_cast<std::size_t>(block.size()) / sizeof(std::int16_t));
+    if (reader_->channels() == 1) {
+        peaks_.append(samples);
+    } else {
+        peaks_.append(firstChannel(samples, reader_->channels()));
+    }
 }
 
 } // namespace orvel

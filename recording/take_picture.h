@@ -4,11 +4,13 @@
 #include "platform/audio_file.h"
 #include "platform/timers.h"
 #include "recording/allowed.h"
+#include "recording/speech_words.h"
 
 #include <QString>
 
 #include <functional>
 #include <memory>
+#include <vector>
 
 namespace orvel {
 
@@ -29,6 +31,8 @@ class TakePicture {
     void begin();
     /// So much is recorded now, in samples, and how loud the latest of it was, 0..1.
     void grow(std::int64_t samples, float peak);
+    /// Somebody spoke last, or still does, between these samples of what is recorded; -1 as long as nobody did.
+    void hear(std::int64_t from, std::int64_t to);
     /// Reads a WAV or MP3 file. What is shown of another one goes first; a file that cannot be read has no outline.
     void read(const QString &path);
     void clear();
@@ -37,6 +41,8 @@ class TakePicture {
     /// Of the peaks' samples, Hz.
     [[nodiscard]] int sampleRate() const { return sampleRate_; }
     [[nodiscard]] double lengthMs() const;
+    /// Where somebody spoke so far in what is being recorded, in order.
+    [[nodiscard]] const std::vector<SpeechTimes> &speech() const { return speech_; }
     /// The whole of the file is there.
     [[nodiscard]] bool isComplete() const { return reader_ == nullptr; }
 
@@ -51,6 +57,7 @@ class TakePicture {
     std::unique_ptr<Timer> more_;
     std::unique_ptr<AudioFileReader> reader_; ///< of a file that is not read to its end
     Peaks peaks_;
+    std::vector<SpeechTimes> speech_;
     QString shown_; ///< what follow() had read last: a path with its size
     SessionState state_ = SessionState::Idle;
     int sampleRate_ = 44100;

@@ -104,6 +104,10 @@ QString Places::packedDryTake(const QString &name, int take) const {
     return takeFile(programFolder_, takes, name, QStringLiteral(".%1.droog.flac").arg(take));
 }
 
+QString Places::dryBeside(const QString &name) const {
+    return takeFile(programFolder_, temp2, name, QStringLiteral(".droog.wav"));
+}
+
 QString Places::takeVersion(const QString &name, int number) const {
     return takeFile(programFolder_, temp2, name, QStringLiteral(".versie-%1.wav").arg(number));
 }

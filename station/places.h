@@ -35,6 +35,7 @@ class Places {
     [[nodiscard]] QString shelvedTake(const QString &name, int take) const; ///< as it was left
     [[nodiscard]] QString dryTake(const QString &name, int take) const;     ///< as recorded
     [[nodiscard]] QString packedDryTake(const QString &name, int take) const;
+    [[nodiscard]] QString dryBeside(const QString &name) const; ///< that one, to be compared with the take
     /// An earlier or later state of a take that was edited.
     [[nodiscard]] QString takeVersion(const QString &name, int number) const;
     [[nodiscard]] QString filed(const QString &name) const;

@@ -10,6 +10,7 @@
 #include <QWheelEvent>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 
 namespace orvel {
@@ -22,7 +23,13 @@ constexpr double emptyAxis = 10'000;
 constexpr double widening = 1.25; // of the axis, and of one notch of the wheel
 constexpr double reach = 6;       // of a handle, in pixels
 constexpr double keyStep = 100;   // milliseconds
+constexpr double markFrame = 1;   // of glass around a mark, so that it stands out of whatever is behind it
+constexpr double bracket = 2;     // thickness
+constexpr double hook = 6;        // height of a bracket's ends
+constexpr double aboveSeconds = 8;
+constexpr double clipHalf = 5; // half of its width
 constexpr QRgb plainSound = 0xffb9c4d0;
+constexpr QRgb spoken = 0xff5ee0c8;
 constexpr QRgb brightText = 0xffe6e9ed;
 
 QColor tint(const QColor &colour) {
@@ -52,6 +59,28 @@ void Waveform::setZones(std::vector<Zone> zones) {
         zones_ = std::move(zones);
         update();
     }
+}
+
+void Waveform::setMarks(std::vector<Stretch> speech, std::vector<double> clips) {
+    // While it is recorded only the last stretch grows: the rest stays painted.
+    const auto [was, is] = std::ranges::mismatch(speech_, speech);
+    if (was != speech_.end() || is != speech.end()) {
+        const bool grows = was != speech_.end() && is != speech.end() && was->begin == is->begin;
+        const double begin =
+            std::min(was != speech_.end() ? was->begin : whole(), is != speech.end() ? is->begin : whole());
+        updateFrom(grows ? std::min(was->end, is->end) : begin);
+    }
+    const auto [before, now] = std::ranges::mismatch(clips_, clips);
+    if (before != clips_.end() || now != clips.end()) {
+        updateFrom(std::min(before != clips_.end() ? *before : whole(), now != clips.end() ? *now : whole()));
+    }
+    speech_ = std::move(speech);
+    clips_ = std::move(clips);
+}
+
+void Waveform::updateFrom(double milliseconds) {
+    const double from = placeOf(milliseconds) - clipHalf - 2 * markFrame - bracket;
+    update(QRectF(QPointF(from, 0), QPointF(width(), height())).toAlignedRect());
 }
 
 void Waveform::setAxis(double milliseconds) {
@@ -272,7 +301,9 @@ void Waveform::paintEvent(QPaintEvent *event) {
     paintZones(painter);
     paintSeconds(painter);
     paintSound(painter, event->rect());
+    paintSpeech(painter);
     paintWords(painter);
+    paintClips(painter);
     paintHandles(painter);
     paintPosition(painter);
 }
@@ -332,6 +363,38 @@ void Waveform::paintSound(QPainter &painter, const QRect &exposed) const {
         const double bottom = middle - half * static_cast<double>(column.low);
         painter.fillRect(QRectF(x, top, wide, std::max(wide, bottom - top)),
                          led::litColour(zone != nullptr ? zone->colour : QColor(plainSound), isEnabled()));
+    }
+}
+
+/// An open bracket above the seconds, as wide as the stretch.
+void Waveform::paintSpeech(QPainter &painter) const {
+    const double bottom = area().bottom() - aboveSeconds;
+    for (const Stretch &stretch : speech_) {
+        const double left = placeOf(stretch.begin);
+        const double right = std::max(placeOf(stretch.end), left + 2 * bracket);
+        const std::array parts = {QRectF(left, bottom - bracket, right - left, bracket),
+                                  QRectF(left, bottom - hook, bracket, hook),
+                                  QRectF(right - bracket, bottom - hook, bracket, hook)};
+        for (const QRectF &part : parts) {
+            painter.fillRect(part.adjusted(-markFrame, -markFrame, markFrame, markFrame), QColor(led::glass));
+        }
+        for (const QRectF &part : parts) {
+            painter.fillRect(part, QColor(spoken));
+        }
+    }
+}
+
+/// A triangle that points down at the moment, and a line through the sound.
+void Waveform::paintClips(QPainter &painter) const {
+    painter.setPen(QPen(QColor(led::glass), markFrame));
+    painter.setBrush(QColor(led::red));
+    for (const double at : clips_) {
+        const double x = std::round(placeOf(at));
+        painter.fillRect(QRectF(x - 1 - markFrame, area().top(), 2 + 2 * markFrame, area().height() - aboveSeconds),
+                         QColor(led::glass));
+        painter.fillRect(QRectF(x - 1, area().top(), 2, area().height() - aboveSeconds), QColor(led::red));
+        painter.drawPolygon(QPolygonF({QPointF(x - clipHalf, area().top()), QPointF(x + clipHalf, area().top()),
+                                       QPointF(x, area().top() + 2 * clipHalf)}));
     }
 }
 

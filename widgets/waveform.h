@@ -37,6 +37,14 @@ class Waveform : public QWidget {
         bool operator==(const Zone &) const = default;
     };
 
+    /// A part of the sound.
+    struct Stretch {
+        double begin = 0;
+        double end = 0;
+
+        bool operator==(const Stretch &) const = default;
+    };
+
     explicit Waveform(QWidget *parent = nullptr);
 
     /// Asked while painting; must not throw.
@@ -45,6 +53,8 @@ class Waveform : public QWidget {
     void refresh();
     /// In order of time; the last one goes on to the end of the axis.
     void setZones(std::vector<Zone> zones);
+    /// Where somebody speaks, under a bracket, and where it was too loud, a triangle on a line; both in order of time.
+    void setMarks(std::vector<Stretch> speech, std::vector<double> clips);
     /// What is shown at least. A longer sound widens it by steps, so that a growing one does not shrink all the time.
     void setAxis(double milliseconds);
     void setLength(double milliseconds);
@@ -100,12 +110,17 @@ class Waveform : public QWidget {
     void paintWords(QPainter &painter) const;
     void paintSound(QPainter &painter, const QRect &exposed) const;
     void paintSeconds(QPainter &painter) const;
+    void paintSpeech(QPainter &painter) const;
+    void paintClips(QPainter &painter) const;
+    void updateFrom(double milliseconds);
     void paintHandles(QPainter &painter) const;
     void paintPosition(QPainter &painter) const;
     [[nodiscard]] const Zone *zoneAt(double milliseconds) const;
 
     Source source_;
     std::vector<Zone> zones_;
+    std::vector<Stretch> speech_;
+    std::vector<double> clips_;
     double axis_ = 0;
     double length_ = 0;
     double from_ = 0;

@@ -100,7 +100,10 @@ View frmMain::view() {
     view.processor = [this] { return panels_.processorPanel->settings(); };
     view.showStations = [this] { showStations(); };
     view.progress = [this](std::optional<int> percent) { panels_.savePanel->showProgress(percent); };
-    view.pictureChanged = [this] { panels_.stepPanel->showPicture(); };
+    view.pictureChanged = [this] {
+        panels_.stepPanel->showPicture();
+        panels_.stepPanel->showMarks(workplace_.marksInSight());
+    };
     view.chosenCard = [this] { return panels_.cardPanel->chosenCard().name; };
     view.watched = [this] { showWatch(); };
     view.showProcess = [this](bool visible) { showProcess(visible); };
@@ -110,7 +113,7 @@ View frmMain::view() {
 void frmMain::makePanels() {
     Workplace &work = workplace_;
     panels_.stepPanel = new StepPanel(work.picture, this);
-    panels_.takesPanel = new TakesPanel(work.session, this);
+    panels_.takesPanel = new TakesPanel(work.session, work.retouching, work.dryListening, this);
     panels_.gridPanel = new GridPanel(work.datList, work.step, work.tracks, this);
     panels_.filePanel =
         new FilePanel(platform_, work.settings, work.step, *panels_.gridPanel, work.recovery, work.view.tell, this);
@@ -313,6 +316,7 @@ void frmMain::Joystick1_ButtonDown(int button) {
 }
 
 void frmMain::showDesk() {
+    workplace_.retouching.look();
     const Allowed may = workplace_.session.allowed();
     panels_.recorderPanel->cmdRec->setEnabled(may.cmdRec);
     panels_.playbackPanel->cmdPlay->setEnabled(may.cmdPlay);
@@ -354,6 +358,7 @@ void frmMain::wavTake_cutWanted(double from, double to) {
 void frmMain::showTake() {
     workplace_.follow();
     panels_.takesPanel->show();
+    panels_.stepPanel->showMarks(workplace_.marksInSight());
     panels_.stepPanel->wavTake->setCuttable(workplace_.session.allowed().cut);
     showTalk();
 }

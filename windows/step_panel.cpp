@@ -1,6 +1,7 @@
 #include "windows/step_panel.h"
 
 #include "playlist/current_step.h"
+#include "recording/take_marks.h"
 #include "recording/take_picture.h"
 #include "widgets/theme.h"
 
@@ -116,6 +117,19 @@ void StepPanel::show(const CurrentStep &step, const QString &fileName, const Nei
 
 void StepPanel::showPicture() {
     wavTake->setLength(picture_.lengthMs());
+}
+
+void StepPanel::showMarks(const TakeMarks &marks) {
+    std::vector<Waveform::Stretch> speech;
+    for (const SpeechTimes &one : marks.speech) {
+        speech.push_back({static_cast<double>(one.begin), static_cast<double>(one.end)});
+    }
+    wavTake->setMarks(std::move(speech), {marks.clips.begin(), marks.clips.end()});
+    const QString words = marksInWords(marks);
+    if (words != wavTake->toolTip()) {
+        wavTake->setToolTip(words);
+        wavTake->setAccessibleDescription(words);
+    }
 }
 
 void StepPanel::showPhase(const TalkPhase &phase) {

@@ -11,6 +11,7 @@
 namespace orvel {
 
 class TakePicture;
+struct TakeMarks;
 struct CurrentStep;
 
 /// What the presenter must know of the selected step while talking: its file name, the talk-over times, what stands
@@ -37,6 +38,8 @@ class StepPanel : public QWidget {
     using QWidget::show;
     /// There is more of the take's outline, or another one.
     void showPicture();
+    /// Where there is speech in the take, and where it was too loud.
+    void showMarks(const TakeMarks &marks);
     void showPhase(const TalkPhase &phase);
     /// The bar alone: this runs a hundred times a second.
     void showBar(const CurrentStep &step);

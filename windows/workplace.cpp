@@ -20,20 +20,23 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
                               [this] {
                                   return LoudnessGoal{settings.LoudnessTarget, settings.TruePeak};
                               }}),
-      loudness(platform), picture(platform, places, view.pictureChanged), editing(platform, places, recovery),
-      session({platform, settings, datList, step, marks, takes, places, [this](const QString &take) { process(take); },
-               view.tell, [this] { deskChanged(); }, view.ticked, view.levels, view.showRow,
-               [this](const RecorderStatus &status) { takeGrew(status); },
+      findings(platform, places, view.changed), picture(platform, places, view.pictureChanged),
+      editing(platform, places, recovery),
+      session({platform, settings, datList, step, marks, takes, places,
+               [this](const QString &take) { chain.AudioProcessing(take); }, view.tell, [this] { deskChanged(); },
+               view.ticked, view.levels, view.showRow, [this](const RecorderStatus &status) { takeGrew(status); },
                [this](const QString &take) { retouching.recorded(take); },
                [this](const QString &take) { return retouching.facts(take); },
                [this](auto moment) { talkAlong.countDownBegan(moment); }, [this] { return talkAlong.outroBegins(); },
                [this] { talkAlong.takeOver(); }}),
       watch({platform, settings, places, session, view.chosenCard, view.levels, view.watched}),
-      retouching({platform, places, step, session, editing, view.showProcess, view.tell}),
+      retouching({platform, places, step, session, editing, findings, takes, [this] { return chain.wishes(); },
+                  view.showProcess, view.tell}),
       joinFiles({platform.files, settings, drives, catalogues, datList, places}),
       talkAlong({platform, settings, step, session.mode, joinFiles, view.tell, view.changed}),
       joins({platform, datList, step, joinFiles, session, view.showRow, view.tell}),
       listening({platform, settings, datList, step, places, session, view.ticked, view.levels}),
+      dryListening({platform, places, step, session, takes, listening, view.tell, view.changed}),
       completion({platform, settings, datList, step, recovery, view.refreshPlaylist, view.showRow, view.changed,
                   view.closePlaylist, view.refreshLists, view.tell, &stations}),
       filing({platform, settings, places, recovery, journal, takes, marks, view.tell, view.progress}),
@@ -44,21 +47,16 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
     takes.ended = [this](const QString &take) { retouching.ended(take); };
 }
 
-void Workplace::process(const QString &take) {
-    chain.AudioProcessing(take);
-    view.showProcess(true); // of an hour: five seconds
-    loudness.measure(take);
-    view.showProcess(false);
-}
-
 void Workplace::deskChanged() {
     watch.sessionChanged();
+    dryListening.sessionChanged();
     view.changed();
 }
 
 void Workplace::takeGrew(const RecorderStatus &status) {
-    picture.grow(status.frames, status.peak);
     watch.recorded(status);
+    picture.hear(status.speechFrom, status.speechTo);
+    picture.grow(status.frames, status.peak);
 }
 
 void Workplace::follow() {
@@ -97,7 +95,6 @@ ImportDesk Workplace::importDesk() {
 
 void Workplace::showTake(const QString &name) {
     retouching.ended(name);
-    retouching.recorded(name);
     if (session.mode.RecorderOnly) {
         step.VoiceTrackName = name;
     }
@@ -109,14 +106,19 @@ void Workplace::showTake(const QString &name) {
     session.stepSelected();
 }
 
+const Findings *Workplace::found() const {
+    return session.facts().canSave ? findings.of(session.currentTake().name()) : nullptr;
+}
+
+TakeMarks Workplace::marksInSight() const {
+    if (session.state() == SessionState::Recording || session.state() == SessionState::Processing) {
+        return {picture.speech(), watch.guard().clips()};
+    }
+    return found() != nullptr ? found()->marks : TakeMarks();
+}
+
 QString Workplace::takeLoudness() const {
-    QString text;
-    ignoringErrors([&] {
-        const std::optional<Loudness> known =
-            session.facts().canSave ? loudness.of(places.take(session.currentTake().name())) : std::nullopt;
-        text = known ? toText(*known) : QString();
-    });
-    return text;
+    return found() != nullptr && found()->loudness ? toText(*found()->loudness) : QString();
 }
 
 void Workplace::keepCopy(const QString &playlist) {

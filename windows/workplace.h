@@ -6,12 +6,13 @@
 #include "playlist/playlist.h"
 #include "playlist/step_marks.h"
 #include "playlist/voice_tracks.h"
+#include "production/dry_listening.h"
 #include "production/filing.h"
 #include "production/import_desk.h"
 #include "production/processing_chain.h"
 #include "production/retouching.h"
 #include "production/saving.h"
-#include "production/take_loudness.h"
+#include "production/take_findings.h"
 #include "production/unfinished.h"
 #include "recording/catalogues.h"
 #include "recording/flac_packer.h"
@@ -71,7 +72,7 @@ struct Workplace {
     TakeStore takes;
     FlacPacker packer;
     ProcessingChain chain;
-    TakeLoudness loudness;
+    TakeFindings findings;
     TakePicture picture;
     TakeEditing editing;
     TakeSession session;
@@ -81,6 +82,7 @@ struct Workplace {
     TalkAlong talkAlong;
     JoinListening joins;
     Listening listening;
+    DryListening dryListening;
     Completion completion;
     Filing filing;
     Saving saving;
@@ -98,14 +100,17 @@ struct Workplace {
     void readStations();
     /// A take came back from recovery: its step is selected where the open playlist has it, and it can be saved.
     void showTake(const QString &name);
+    /// What is marked in the outline that is seen.
+    [[nodiscard]] TakeMarks marksInSight() const;
     /// How loud the selected step's take is, where that is known; else empty.
     [[nodiscard]] QString takeLoudness() const;
 
   private:
     /// Of a playlist that is about to be changed for the first time.
     void keepCopy(const QString &playlist);
-    void process(const QString &take);
     void deskChanged();
+    /// In the selected step's take; nothing where there is none, or nothing is known.
+    [[nodiscard]] const Findings *found() const;
     void takeGrew(const RecorderStatus &status);
 
     SessionState followed_ = SessionState::Idle;

@@ -19,6 +19,7 @@ class Ebur128Meter : public LoudnessMeter {
     void start(int sampleRate) override;
     void add(std::span<const std::int16_t> samples) override;
     [[nodiscard]] std::optional<Loudness> result() override;
+    [[nodiscard]] std::unique_ptr<LoudnessMeter> another() const override { return std::make_unique<Ebur128Meter>(); }
 
   private:
     class State;

@@ -1,5 +1,6 @@
 #include "platform/sndfile/take_writer.h"
 
+#include "dsp/speech.h"
 #include "platform/runtime_error.h"
 #include "platform/samples.h"
 #include "platform/sndfile/background_sync.h"
@@ -98,11 +99,18 @@ class TakeWriter::Impl {
         status.diskFull = full_.load(std::memory_order_relaxed);
         status.diskFailed = failed_.load(std::memory_order_relaxed);
         status.clippedAt = clippedAt_.exchange(-1, std::memory_order_relaxed);
+        tellSpeech(status);
         status.peak = static_cast<float>(peak_.exchange(0, std::memory_order_relaxed)) / 32768.0F;
         return status;
     }
 
   private:
+    void tellSpeech(RecorderStatus &status) noexcept {
+        const std::lock_guard lock(mutex_);
+        status.speechFrom = spoken_ ? static_cast<std::int64_t>(spoken_->begin) : -1;
+        status.speechTo = spoken_ ? static_cast<std::int64_t>(spoken_->end) : -1;
+    }
+
     /// Silence for what was lost, as far as there is room for it.
     void fillHole() noexcept {
         static constexpr std::array<std::int16_t, 1024> kSilence{};
@@ -173,6 +181,13 @@ class TakeWriter::Impl {
         file_.reset();
     }
 
+    void watchSpeech(std::span<const std::int16_t> samples) {
+        speech_.add(samples);
+        const std::optional<SpeechSegment> latest = speech_.latest();
+        const std::lock_guard lock(mutex_);
+        spoken_ = latest;
+    }
+
     void close() {
         file_->finish();
         sync_->finish(longestSync_);
@@ -197,8 +212,10 @@ class TakeWriter::Impl {
                 continue; // emptied all the same: the sound card's thread must not count overruns for it
             }
             const auto room = static_cast<std::size_t>(maxFrames_ - frames_.load(std::memory_order_relaxed));
-            file_->write(std::span(block_).first(std::min(count, room)));
+            const auto samples = std::span<const std::int16_t>(block_).first(std::min(count, room));
+            file_->write(samples);
             frames_.store(file_->frames(), std::memory_order_relaxed);
+            watchSpeech(samples);
             if (count > room) {
                 throw RuntimeError(ErrorNumber::DiskFull, file_->path());
             }
@@ -242,7 +259,8 @@ class TakeWriter::Impl {
     std::condition_variable flushed_;
     bool stop_ = false;
     int flushesWanted_ = 0;
-    int flushesDone_ = 0; ///< written by the writer's thread only
+    int flushesDone_ = 0;                 ///< written by the writer's thread only
+    std::optional<SpeechSegment> spoken_; ///< the latest stretch
 
     bool finished_ = false;               ///< owner's thread only
     std::optional<RuntimeError> failure_; ///< writer's thread, then the owner's after the join
@@ -250,6 +268,7 @@ class TakeWriter::Impl {
     std::optional<WavOutput> file_;
     std::optional<BackgroundSync> sync_;
     std::array<std::int16_t, 16384> block_{};
+    SpeechWatch speech_{kTakeRate};
     std::thread thread_; ///< last: everything else is there when it starts
 };
 

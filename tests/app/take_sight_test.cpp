@@ -1,5 +1,7 @@
 // The take in sight: its outline, how it fits, and what stands around it.
 #include "station.h"
+#include "tests/dsp/sound.h"
+#include "windows/edit_panel.h"
 #include "windows/takes_panel.h"
 
 #include <QToolButton>
@@ -22,6 +24,33 @@ class TakeInSight : public Station {
     [[nodiscard]] Waveform &wave() const { return *panel().wavTake; }
     [[nodiscard]] const CurrentStep &step() const { return window->workplace().step; }
     [[nodiscard]] const Peaks &peaks() const { return window->workplace().picture.peaks(); }
+
+    [[nodiscard]] QPushButton &again() const { return *window->panels().takesPanel->cmdOpnieuw; }
+    [[nodiscard]] QPushButton &dry() const { return *window->panels().takesPanel->cmdDroog; }
+    [[nodiscard]] QString status() const { return window->panels().lblStatus->text(); }
+    [[nodiscard]] TakeMarks marks() const { return window->workplace().marksInSight(); }
+    /// Half a second of a quiet room, a word of a second, half a second of the room; loud: at full scale in the word's
+    /// middle.
+    void speak(bool loud) {
+        beginRecording();
+        Samples take = pinkNoise(6, testRate / 2);
+        Samples word = tone(300, 9000, testRate);
+        if (loud) {
+            word.at(testRate / 2) = 32767;
+        }
+        take.insert(take.end(), word.begin(), word.end());
+        const Samples room = pinkNoise(6, testRate / 2);
+        take.insert(take.end(), room.begin(), room.end());
+        for (std::size_t at = 0; at < take.size(); at += testRate / 25) {
+            sound.deliver(std::span(take).subspan(at, std::min<std::size_t>(testRate / 25, take.size() - at)));
+            sound.flush();
+            timers.advance(40);
+        }
+    }
+    void stopAndLook() {
+        click(window->panels().recorderPanel->cmdRec);
+        timers.advance(100);
+    }
 
     static constexpr int link = 1; // row of the demo playlist's first slot
 };
@@ -127,9 +156,10 @@ TEST_F(TakeInSight, TheTakesOfAStepStandBelowItAndAKeyGoesThroughThem) {
     openDemo();
     TakesPanel &takes = *window->panels().takesPanel;
     record(1000);
-    EXPECT_FALSE(takes.isVisible()) << "one take is no choice";
+    EXPECT_FALSE(takes.cmdNextTake->isVisible()) << "one take is no choice";
+    EXPECT_TRUE(takes.cmdOpnieuw->isVisible()) << "but it can be worked on anew";
     record(1500);
-    ASSERT_TRUE(takes.isVisible());
+    ASSERT_TRUE(takes.cmdNextTake->isVisible());
     const auto buttons = [&takes] {
         QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
         return takes.findChildren<QToolButton *>();
@@ -187,6 +217,124 @@ TEST_F(TakeInSight, AVoiceTrackIsNotCut) {
     const QByteArray filed = content(QStringLiteral("ok/") + filesIn(QStringLiteral("ok")).constFirst());
     Q_EMIT wave().cutWanted(100, 500);
     EXPECT_EQ(content(QStringLiteral("ok/") + filesIn(QStringLiteral("ok")).constFirst()), filed);
+}
+
+// --- as it was recorded
+
+TEST_F(TakeInSight, TheStagesWorkOnTheOriginalAgainAndThatIsUndone) {
+    configure(QStringLiteral("[AudioProcessor]\nNorm=90"));
+    openDemo();
+    EXPECT_FALSE(again().isEnabled());
+    record(2000);
+    ASSERT_TRUE(again().isEnabled());
+    EXPECT_TRUE(again().toolTip().endsWith(QStringLiteral("(Shift+F11)"))) << again().toolTip().toStdString();
+    const QString file = window->workplace().listening.file().mid(folder.path().size() + 1);
+    const QByteArray before = content(file);
+    auto *norm = window->findChild<QAbstractButton *>(QStringLiteral("chkNorm"));
+    ASSERT_NE(norm, nullptr);
+    norm->setChecked(!norm->isChecked());
+    window->activateWindow();
+    ASSERT_TRUE(QTest::qWaitForWindowActive(window.get()));
+    QTest::keyClick(window.get(), Qt::Key_F11, Qt::ShiftModifier);
+    QCoreApplication::processEvents();
+    EXPECT_EQ(status(), QStringLiteral("Opnieuw bewerkt vanaf de droge opname."));
+    EXPECT_NE(content(file), before);
+    click(window->panels().editPanel->cmdUndo);
+    EXPECT_EQ(content(file), before);
+    EXPECT_FALSE(window->panels().recorderPanel->lblProcess->isVisible());
+    click(window->panels().playbackPanel->cmdPlay);
+    EXPECT_FALSE(again().isEnabled());
+}
+
+TEST_F(TakeInSight, ASwitchWhileListeningLetsTheDryTakeBeHeard) {
+    openDemo();
+    record(2000);
+    EXPECT_FALSE(dry().isEnabled()) << "nothing is heard";
+    click(window->panels().playbackPanel->cmdPlay);
+    ASSERT_TRUE(dry().isEnabled());
+    EXPECT_EQ(dry().text(), QStringLiteral("○ Droog"));
+    click(&dry());
+    EXPECT_TRUE(dry().isChecked());
+    EXPECT_EQ(dry().text(), QStringLiteral("● Droog"));
+    EXPECT_EQ(dry().accessibleDescription(), QStringLiteral("De droge opname is te horen"));
+    click(&dry());
+    EXPECT_FALSE(dry().isChecked());
+    click(&dry());
+    click(window->panels().playbackPanel->cmdPlay);
+    EXPECT_FALSE(dry().isChecked()) << "off by itself";
+    EXPECT_FALSE(dry().isEnabled());
+}
+
+// --- marks
+
+TEST_F(TakeInSight, SpeechAndClipsAreMarkedWhileItIsRecordedAndAfterwards) {
+    openDemo();
+    speak(true);
+    ASSERT_EQ(window->workplace().session.state(), SessionState::Recording);
+    ASSERT_EQ(marks().clips.size(), 1U);
+    EXPECT_NEAR(marks().clips.front(), 1000, 20);
+    ASSERT_EQ(marks().speech.size(), 1U);
+    EXPECT_NEAR(marks().speech.front().begin, 500, 20);
+    EXPECT_NEAR(marks().speech.front().end, 1500, 20);
+    EXPECT_TRUE(wave().toolTip().contains(QStringLiteral("te luid bij: 1,0 s"))) << wave().toolTip().toStdString();
+    EXPECT_EQ(wave().accessibleDescription(), wave().toolTip());
+    stopAndLook();
+    ASSERT_EQ(marks().clips.size(), 1U);
+    EXPECT_NEAR(marks().clips.front(), 1000, 20);
+    ASSERT_EQ(marks().speech.size(), 1U);
+    EXPECT_NEAR(marks().speech.front().end, 1500, 20);
+    Q_EMIT wave().cutWanted(400, 1800);
+    timers.advance(100);
+    ASSERT_EQ(marks().clips.size(), 1U);
+    EXPECT_NEAR(marks().clips.front(), 600, 20) << "where it is in the take now";
+    EXPECT_NEAR(marks().speech.front().begin, 100, 20);
+}
+
+TEST_F(TakeInSight, MarksBelongToTheirTake) {
+    openDemo();
+    speak(true);
+    stopAndLook();
+    speak(false);
+    EXPECT_TRUE(marks().clips.empty()) << "this one is not too loud";
+    stopAndLook();
+    EXPECT_TRUE(marks().clips.empty());
+    EXPECT_FALSE(wave().toolTip().contains(QStringLiteral("te luid")));
+    click(window->panels().takesPanel->cmdNextTake);
+    EXPECT_EQ(marks().clips.size(), 1U);
+    EXPECT_TRUE(wave().toolTip().contains(QStringLiteral("te luid")));
+    select(link + 2);
+    EXPECT_EQ(marks(), TakeMarks()) << "another step has no take";
+    EXPECT_EQ(wave().toolTip(), QString());
+    select(link);
+    EXPECT_EQ(marks().clips.size(), 1U);
+    click(window->panels().savePanel->cmdSave);
+    select(link);
+    EXPECT_EQ(marks(), TakeMarks()) << "a voice track has none";
+}
+
+TEST_F(TakeInSight, AfterARestartAndAfterAChoiceATakeHasItsSentenceAndLoudness) {
+    openDemo();
+    speak(false);
+    stopAndLook();
+    const QString sentence = window->panels().editPanel->lblSpraak->accessibleName();
+    const QString loudnessText = window->panels().lblLoudness->text();
+    ASSERT_TRUE(sentence.startsWith(QStringLiteral("Spraak 0,5 tot 1,5 s"))) << sentence.toStdString();
+    ASSERT_TRUE(loudnessText.contains(QStringLiteral("LUFS")));
+    record(3000);
+    ASSERT_NE(window->panels().lblLoudness->text(), loudnessText);
+    click(window->panels().takesPanel->cmdNextTake);
+    EXPECT_EQ(window->panels().editPanel->lblSpraak->accessibleName(), sentence);
+    EXPECT_EQ(window->panels().lblLoudness->text(), loudnessText);
+    window.reset();
+    ASSERT_TRUE(start());
+    if (auto *offered = window->findChild<frmUnfiled *>()) {
+        click(offered->cmdLeave);
+    }
+    open(demo);
+    select(link);
+    EXPECT_EQ(window->panels().editPanel->lblSpraak->accessibleName(), sentence);
+    EXPECT_EQ(window->panels().lblLoudness->text(), loudnessText);
+    EXPECT_EQ(marks().speech.size(), 1U);
 }
 
 } // namespace orvel

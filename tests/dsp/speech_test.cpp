@@ -182,4 +182,25 @@ TEST(SpeechWatch, TellsWhileSomebodySpeaksWhateverTheBlocks) {
     }
 }
 
+// What is marked live: every stretch between pauses, and the one that is being spoken.
+TEST(Speech, TheLatestStretchGrowsAndAPauseBeginsANewOne) {
+    SpeechWatch watch(testRate);
+    EXPECT_FALSE(watch.latest());
+    const auto room = [](std::size_t milliseconds) { return pinkNoise(6, milliseconds * oneMs); };
+    listen(watch, room(600));
+    EXPECT_FALSE(watch.latest());
+    listen(watch, tone(300, 6000, 500 * oneMs));
+    ASSERT_TRUE(watch.latest());
+    EXPECT_LE(msFrom(watch.latest()->begin, 600 * oneMs), 20);
+    EXPECT_LE(msFrom(watch.latest()->end, 1100 * oneMs), 20);
+    listen(watch, room(100));
+    listen(watch, tone(300, 6000, 300 * oneMs));
+    EXPECT_LE(msFrom(watch.latest()->begin, 600 * oneMs), 20) << "a short pause is none";
+    listen(watch, room(400));
+    listen(watch, tone(300, 6000, 300 * oneMs));
+    EXPECT_LE(msFrom(watch.latest()->begin, 1900 * oneMs), 20);
+    EXPECT_LE(msFrom(watch.latest()->end, 2200 * oneMs), 20);
+    EXPECT_LE(msFrom(*watch.begin(), 600 * oneMs), 20);
+}
+
 } // namespace orvel

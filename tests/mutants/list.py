@@ -340,3 +340,30 @@ behaviour(
     "platform/pulse/pulse_recorder.cpp",
     ("a take's begin is not the moment's", "        beginAt(*moment);\n", ""),
 )
+
+# --- takes as they were recorded
+
+behaviour(
+    PRODUCTION, "RetouchingTest.TheStagesRunAgainOnWhatWasRecordedWithWhatIsSetNow", "production/retouching.cpp",
+    ("the stages work on what was made of the take", "                  readSamples(*reader, original, samples);\n",
+     ""),
+    ("what was done by hand goes without a word", "!before.isEmpty() && before != reworked()", "false"),
+)
+behaviour(
+    PRODUCTION, "DryOrNot.TheDryTakeIsHeardInThePlaceOfTheTakeAtTheSameMomentWithoutAGap", "recording/listening.cpp",
+    ("the take is silent before the other is heard", "        next.setVolume(0);\n        aim(next, now.position());\n",
+     "        next.setVolume(0);\n        now.setVolume(0);\n        aim(next, now.position());\n"),
+    ("the other begins anywhere", "std::abs(late) > together && tries_ < mostTries", "false"),
+)
+behaviour(
+    PRODUCTION, "Comparison.IsAsLoudAsTheTakeAndItsWordsStandWhereTheTakesDo", "production/comparison.cpp",
+    ("the dry take is as soft as it was",
+     "    if (const std::optional<Loudness> loudness = meter.measure(take, sampleRate)) {\n",
+     "    if (const auto loudness = meter.measure(take, sampleRate); loudness && take.empty()) {\n"),
+    ("the dry take begins with itself", "layBeside(placeInOriginal(inTake, inOriginal), original, sampleRate)",
+     "layBeside({{0, take.size(), 0}}, original, sampleRate)"),
+)
+behaviour(
+    PRODUCTION, "Finding.ClipsOfTheOriginalAreFoundWhereTheyAreInTheTake", "production/take_findings.cpp",
+    ("clips stand where they were recorded", "clips.push_back(inMs(*there,", "clips.push_back(inMs(at,"),
+)

@@ -191,4 +191,22 @@ TEST(Joystick, ThreeOfItsButtonsDoWhatTheWindowsWouldDo) {
     EXPECT_EQ(pressed(4, may), DeskKey::Save);
 }
 
+// The stages run again on what was recorded while nothing else runs; the two are compared while one is heard.
+TEST(WhatIsAllowed, TheOriginalIsWorkedOnAtRestAndHeardWhileListening) {
+    constexpr TakeFacts withOriginal{true, true, {false, false, false, true}};
+    for (const SessionState state :
+         {SessionState::Idle, SessionState::CountingDown, SessionState::Recording, SessionState::Processing,
+          SessionState::Listening, SessionState::Joining, SessionState::Filing}) {
+        const Allowed may = allowed(state, desk, slot, withOriginal);
+        EXPECT_EQ(may.cmdOpnieuw, state == SessionState::Idle);
+        EXPECT_EQ(may.cmdDroog, state == SessionState::Listening);
+    }
+    for (const SessionState state : {SessionState::Idle, SessionState::Listening}) {
+        const Allowed withoutOriginal = allowed(state, desk, slot, {true, true, {true, true, true, false}});
+        EXPECT_FALSE(withoutOriginal.cmdOpnieuw || withoutOriginal.cmdDroog);
+        const Allowed filedOne = allowed(state, desk, slot, {true, false, {false, false, false, true}});
+        EXPECT_FALSE(filedOne.cmdOpnieuw || filedOne.cmdDroog);
+    }
+}
+
 } // namespace orvel

@@ -38,9 +38,11 @@ TEST(SpeechWords, OneSentenceTellsHowTheTakeFits) {
 }
 
 TEST(SpeechWords, SpeechIsFromTheFirstStretchToTheLast) {
-    EXPECT_FALSE(speechTimes({}, 44100));
-    EXPECT_EQ(speechTimes({{441, 44100}}, 44100), (SpeechTimes{10, 1000}));
-    EXPECT_EQ(speechTimes({{441, 44100}, {88200, 88244}, {441000, 882000}}, 44100), (SpeechTimes{10, 20000}));
+    EXPECT_FALSE(wholeOf(speechTimes({}, 44100)));
+    EXPECT_EQ(wholeOf(speechTimes({{441, 44100}}, 44100)), (SpeechTimes{10, 1000}));
+    const std::vector<SpeechTimes> three = speechTimes({{441, 44100}, {88200, 88244}, {441000, 882000}}, 44100);
+    EXPECT_EQ(three, (std::vector<SpeechTimes>{{10, 1000}, {2000, 2001}, {10000, 20000}}));
+    EXPECT_EQ(wholeOf(three), (SpeechTimes{10, 20000}));
 }
 
 // The post is the end of an intro: the plain recorder has none, nor has a link before an item without intro.

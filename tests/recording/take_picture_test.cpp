@@ -107,4 +107,20 @@ TEST_F(Picture, AVoiceTrackKeepsItsTime) {
     EXPECT_EQ(picture.sampleRate(), reader->sampleRate());
 }
 
+TEST_F(Picture, WhatIsSpokenIsCollectedWhileItIsRecorded) {
+    picture.begin();
+    picture.hear(-1, -1);
+    EXPECT_TRUE(picture.speech().empty());
+    picture.hear(44100, 48510);
+    picture.hear(44100, 52920);
+    EXPECT_EQ(picture.speech(), (std::vector<SpeechTimes>{{1000, 1200}}));
+    picture.hear(88200, 92610);
+    EXPECT_EQ(picture.speech(), (std::vector<SpeechTimes>{{1000, 1200}, {2000, 2100}}));
+    picture.hear(-1, -1);
+    EXPECT_TRUE(picture.speech().empty()) << "it was noise";
+    picture.hear(88200, 92610);
+    picture.clear();
+    EXPECT_TRUE(picture.speech().empty());
+}
+
 } // namespace orvel

@@ -1,4 +1,5 @@
 #include "tests/widgets/paint_count.h"
+#include "widgets/theme.h"
 #include "widgets/waveform.h"
 
 #include <QElapsedTimer>
@@ -163,6 +164,90 @@ TEST_F(TheWaveform, TellsWhereItIs) {
     EXPECT_EQ(wave.text(), "1,2 van 4,0 s");
     EXPECT_EQ(wave.maximum(), 4000);
 }
+
+/// The colour that is farthest from the pane's in a square around a place, and how far, by WCAG 2.
+double contrastIn(const QImage &image, const QRect &square, QColor *found = nullptr) {
+    const auto luminance = [](const QColor &colour) {
+        const auto linear = [](double part) {
+            return part <= 0.04045 ? part / 12.92 : std::pow((part + 0.055) / 1.055, 2.4);
+        };
+        return 0.2126 * linear(colour.redF()) + 0.7152 * linear(colour.greenF()) + 0.0722 * linear(colour.blueF());
+    };
+    double lightest = 0;
+    double darkest = 1;
+    for (int y = square.top(); y <= square.bottom(); ++y) {
+        for (int x = square.left(); x <= square.right(); ++x) {
+            const double here = luminance(image.pixelColor(x, y));
+            if (here > lightest && found != nullptr) {
+                *found = image.pixelColor(x, y);
+            }
+            lightest = std::max(lightest, here);
+            darkest = std::min(darkest, here);
+        }
+    }
+    return (lightest + 0.05) / (darkest + 0.05);
+}
+
+class MarksInTheWaveform : public TheWaveform, public testing::WithParamInterface<ThemeVariant> {
+  protected:
+    MarksInTheWaveform() {
+        applyTheme(*qApp, GetParam());
+        wave.setZones({{3000, QColor(0x6E, 0x9B, 0xFF), {}}, {9000, QColor(0xF2, 0xD2, 0x3C), {}}});
+        // As loud as can be, so that the marks stand in the brightest surroundings.
+        wave.setSource([](double, double) { return Waveform::Column{-1, 1}; });
+    }
+    ~MarksInTheWaveform() override { applyTheme(*qApp, ThemeVariant::Dark); }
+    [[nodiscard]] QImage picture() { return wave.grab().toImage().convertToFormat(QImage::Format_RGB32); }
+    [[nodiscard]] bool differs(const QImage &before, double ms, int y) {
+        return picture().pixel(at(ms).x(), y) != before.pixel(at(ms).x(), y);
+    }
+};
+
+TEST_P(MarksInTheWaveform, SpeechIsABracketAndAClipATriangleOnALine) {
+    const QImage plain = picture();
+    wave.setMarks({{1000, 2000}}, {3500});
+    const int bracketY = 106 - 3 - 8 - 1;
+    for (const double inside : {1010.0, 1500.0, 1990.0}) {
+        EXPECT_TRUE(differs(plain, inside, bracketY)) << inside;
+    }
+    EXPECT_TRUE(differs(plain, 1010, bracketY - 4)) << "its ends stand up";
+    EXPECT_FALSE(differs(plain, 1500, bracketY - 4)) << "and it is open between them";
+    for (const double outside : {900.0, 2100.0, 3400.0}) {
+        EXPECT_FALSE(differs(plain, outside, bracketY)) << outside;
+    }
+    EXPECT_TRUE(differs(plain, 3500, 50)) << "the line";
+    EXPECT_FALSE(differs(plain, 3460, 50));
+    EXPECT_TRUE(differs(plain, 3470, 4)) << "the triangle is wide above";
+    EXPECT_TRUE(differs(plain, 3530, 4));
+    EXPECT_FALSE(differs(plain, 3460, 20));
+    wave.setMarks({}, {});
+    EXPECT_EQ(picture(), plain) << "and all of it goes";
+}
+
+TEST_P(MarksInTheWaveform, TheyStandOutOfWhatIsAroundThem) {
+    wave.setMarks({{1000, 2000}, {5000, 6000}}, {3500, 7000});
+    const QImage image = picture();
+    for (const double ms : {1500.0, 5500.0}) {
+        EXPECT_GE(contrastIn(image, {at(ms).x() - 2, 106 - 3 - 8 - 3, 4, 4}), 3) << ms;
+    }
+    // The line of a clip against the glass beside it, whatever sound is behind.
+    for (const double ms : {3500.0, 7000.0}) {
+        EXPECT_GE(contrastIn(image, {at(ms).x() - 2, 70, 4, 2}), 3) << ms;
+    }
+}
+
+TEST_P(MarksInTheWaveform, AStretchThatGrowsIsPaintedOnlyWhereItGrows) {
+    wave.setMarks({{100, 900}, {2000, 3000}}, {500});
+    test::PaintCount count(wave);
+    count.take();
+    wave.setMarks({{100, 900}, {2000, 3040}}, {500});
+    EXPECT_EQ(count.take(), 1);
+    EXPECT_GE(count.lastRegion().boundingRect().left(), at(2900).x());
+    wave.setMarks({{100, 900}, {2000, 3040}}, {500});
+    EXPECT_EQ(count.take(), 0) << "nothing new";
+}
+
+INSTANTIATE_TEST_SUITE_P(BothThemes, MarksInTheWaveform, testing::Values(ThemeVariant::Dark, ThemeVariant::Light));
 
 } // namespace
 

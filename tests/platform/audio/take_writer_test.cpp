@@ -50,6 +50,45 @@ TEST(TakeWriter, AnEmptyTakeIsAValidFile) {
     EXPECT_EQ(test::little32(contentOf(path), 40), 0U);
 }
 
+/// A quiet room, as every microphone brings one.
+std::vector<std::int16_t> room(std::size_t frames) {
+    std::vector<std::int16_t> samples(frames);
+    for (std::size_t i = 0; i < frames; ++i) {
+        samples[i] = static_cast<std::int16_t>(static_cast<int>(i * 7919 % 13) - 6);
+    }
+    return samples;
+}
+
+/// Half a second of that, then so many milliseconds of a tone.
+std::vector<std::int16_t> wordAfterSilence(int milliseconds) {
+    std::vector<std::int16_t> samples =
+        room(kTakeRate / 2 + std::size_t{kTakeRate} / 1000 * static_cast<std::size_t>(milliseconds));
+    for (std::size_t i = kTakeRate / 2; i < samples.size(); ++i) {
+        samples[i] = static_cast<std::int16_t>(i / 60 % 2 == 0 ? 6000 : -6000);
+    }
+    return samples;
+}
+
+TEST(TakeWriter, TellsWhereSomebodySpeaksWhileItIsRecorded) {
+    const TempFolder folder;
+    TakeWriter writer(folder.path("a.wav"));
+    writer.push(room(kTakeRate / 2));
+    writer.flush();
+    EXPECT_EQ(writer.status().speechFrom, -1) << "nobody yet";
+    writer.push(room(kTakeRate / 2));
+    writer.push(wordAfterSilence(300));
+    writer.flush();
+    constexpr int ms20 = kTakeRate / 50;
+    RecorderStatus status = writer.status();
+    EXPECT_NEAR(static_cast<double>(status.speechFrom), 1.5 * kTakeRate, ms20);
+    EXPECT_NEAR(static_cast<double>(status.speechTo), 1.8 * kTakeRate, ms20);
+    writer.push(wordAfterSilence(700));
+    writer.finish();
+    status = writer.status();
+    EXPECT_NEAR(static_cast<double>(status.speechFrom), 2.3 * kTakeRate, 2 * ms20) << "the next stretch";
+    EXPECT_NEAR(static_cast<double>(status.speechTo), 3.0 * kTakeRate, 2 * ms20);
+}
+
 TEST(TakeWriter, OverwritesALongerTake) {
     const TempFolder folder;
     const QString path = folder.path("a.wav");
