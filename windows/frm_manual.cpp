@@ -38,6 +38,7 @@ void ManualBrowser::doSetSource(const QUrl &name, QTextDocument::ResourceType ty
         if (auto *table = qobject_cast<QTextTable *>(frame)) {
             QTextTableFormat lines = table->format();
             lines.setBorderCollapse(true);
+            lines.setWidth(QTextLength(QTextLength::PercentageLength, 100));
             lines.setCellPadding(fontMetrics().height() / 4.0);
             table->setFormat(lines);
         }
@@ -66,6 +67,8 @@ frmManual::frmManual(QWidget *parent)
       txtZoek(named(new QLineEdit(this), "txtZoek", tr("Zoek in de handleiding"))) {
     setObjectName(QStringLiteral("frmManual"));
     setWindowTitle(tr("Handleiding"));
+    // What is loaded is made as wide as the window: a bar that came later would take some of that.
+    txtManual->setVerticalScrollBarPolicy(Qt::ScrollBarAlwaysOn);
     txtManual->setContextMenuPolicy(Qt::NoContextMenu); // what it offers, keys do too
     txtZoek->setPlaceholderText(tr("Zoek in de handleiding"));
     txtZoek->setClearButtonEnabled(true);
