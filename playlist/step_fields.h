@@ -21,6 +21,7 @@ struct StepField {
     const char *caption; ///< of the grid's column
     StepLook look = StepLook::Text;
     bool isHidden = false;         ///< in the grid
+    const char *toolTip = nullptr; ///< of the column, where its caption needs one
     const char *printed = nullptr; ///< a second name that a printed running order may call the value by
 };
 
@@ -34,13 +35,25 @@ inline constexpr std::array stepFields = {
     StepField{.name = "Jaartal", .caption = "Jaar", .look = StepLook::Number},
     StepField{.name = "LengteMin", .caption = "Min", .look = StepLook::Number},
     StepField{.name = "LengteSec", .caption = "Sec", .look = StepLook::Number},
-    StepField{.name = "Intro", .caption = "Intro", .look = StepLook::Seconds},
-    StepField{.name = "Outtro", .caption = "Outtro", .look = StepLook::Seconds},
-    StepField{.name = "mixtype", .caption = "Mixtype", .look = StepLook::MixType},
-    StepField{.name = "CueStart", .caption = "CueStart", .look = StepLook::Number},
-    StepField{.name = "Cue", .caption = "Cue", .look = StepLook::Number},
-    StepField{.name = "Mix", .caption = "Mix", .look = StepLook::Number},
-    StepField{.name = "Atrack", .caption = "Atrack"},
+    StepField{.name = "Intro",
+              .caption = "Intro",
+              .look = StepLook::Seconds,
+              .toolTip = "Zo lang kan er over het begin gepraat worden, in seconden"},
+    StepField{.name = "Outtro",
+              .caption = "Outtro",
+              .look = StepLook::Seconds,
+              .toolTip = "Zo lang kan er over het einde gepraat worden, in seconden"},
+    StepField{.name = "mixtype",
+              .caption = "Mixtype",
+              .look = StepLook::MixType,
+              .toolTip = "Hoe de uitzending de stap mengt"},
+    StepField{.name = "CueStart",
+              .caption = "CueStart",
+              .look = StepLook::Number,
+              .toolTip = "Waar het geluid begint, voor de uitzending"},
+    StepField{.name = "Cue", .caption = "Cue", .look = StepLook::Number, .toolTip = "Cuepunt, voor de uitzending"},
+    StepField{.name = "Mix", .caption = "Mix", .look = StepLook::Number, .toolTip = "Mengpunt, voor de uitzending"},
+    StepField{.name = "Atrack", .caption = "Atrack", .toolTip = "Naam van het geluidsbestand"},
     StepField{.name = "id", .caption = "id", .isHidden = true},
     StepField{.name = "trackid", .caption = "trackid", .isHidden = true},
     StepField{.name = "type", .caption = "type", .isHidden = true},

@@ -78,7 +78,7 @@ Filing::Outcome Filing::file(const Take &take, bool markBefore) {
         return Outcome::NoTake;
     }
     return goBack(take, markBefore,
-                  (converted ? tr("%1 is niet weggeschreven; de opname blijft klaarstaan.")
+                  (converted ? tr("%1 is niet bewaard; de opname blijft klaarstaan.")
                              : tr("%1 kon niet worden omgezet naar MP3; de opname blijft klaarstaan."))
                       .arg(take.version()));
 }
@@ -164,7 +164,7 @@ Filing::Outcome Filing::saveAs(const Take &take, const QString &target) {
         context_.tell(tr("%1 is bewaard.").arg(take.name()));
         return Outcome::Filed;
     }
-    context_.tell((converted ? tr("%1 is niet weggeschreven; de opname blijft klaarstaan.")
+    context_.tell((converted ? tr("%1 is niet bewaard; de opname blijft klaarstaan.")
                              : tr("%1 kon niet worden omgezet naar MP3; de opname blijft klaarstaan."))
                       .arg(take.name()));
     return Outcome::AsBefore;

@@ -86,8 +86,8 @@ void Guard::disk(std::int64_t freeBytes) {
     if (freeBytes < 0 || seconds >= leastSeconds) {
         disk_.reset();
     } else {
-        disk_ = seconds < 60 ? translated("De schijf is vol: nog geen minuut ruimte voor opnamen.")
-                             : translated("De schijf is bijna vol: nog %1 min ruimte voor opnamen.").arg(seconds / 60);
+        disk_ = seconds < 60 ? translated("De schijf is vol: nog geen minuut ruimte voor opnames.")
+                             : translated("De schijf is bijna vol: nog %1 min ruimte voor opnames.").arg(seconds / 60);
     }
 }
 

@@ -29,7 +29,7 @@ QString folderOf(KeptKind kind, const Places &places) {
 QString placeName(KeptKind kind) {
     switch (kind) {
     case KeptKind::Take:
-        return QObject::tr("bij de opnamen");
+        return QObject::tr("bij de opnames");
     case KeptKind::VoiceTrack:
         return QObject::tr("bij de voicetracks");
     case KeptKind::Playlist:

@@ -32,7 +32,7 @@ frmAdv::frmAdv(AudioRecord &AudioRecord1, QWidget *parent)
 
 void frmAdv::layOut() {
     const int letter = fontMetrics().averageCharWidth();
-    Combo1->setToolTip(tr("De eigenschap die U wenst te bekijken of te wijzigen"));
+    Combo1->setToolTip(tr("De eigenschap om te bekijken of te wijzigen"));
     lblValue->setProperty("role", QStringLiteral("value"));
     lblValue->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
     lblNone->setProperty("role", QStringLiteral("muted"));

@@ -4,6 +4,7 @@
 #include "windows/on.h"
 #include "windows/whole_rows.h"
 
+#include <QHBoxLayout>
 #include <QLabel>
 #include <QVBoxLayout>
 
@@ -32,11 +33,20 @@ frmKeys::frmKeys(const std::vector<DeskKeyStroke> &keys, QWidget *parent)
     auto *close = namedButton(this, "cmdQuit", tr("Sluiten"), tr("Verlaat dit scherm"));
     close->setDefault(true);
     on(close, &QPushButton::clicked, this, &QDialog::accept);
+    auto *manual = namedButton(this, "cmdManual", tr("Handleiding"), tr("Lees hoe alles werkt"));
+    on(manual, &QPushButton::clicked, this, [this] {
+        accept();
+        Q_EMIT manualWanted();
+    });
+    auto *buttons = new QHBoxLayout;
+    buttons->addWidget(manual);
+    buttons->addStretch();
+    buttons->addWidget(close);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(line, line, line, line);
     layout->addWidget(hint);
     layout->addWidget(lstKeys, 1);
-    layout->addWidget(close, 0, Qt::AlignRight);
+    layout->addLayout(buttons);
 }
 
 } // namespace orvel

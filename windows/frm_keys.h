@@ -17,6 +17,9 @@ class frmKeys : public QDialog {
     explicit frmKeys(const std::vector<DeskKeyStroke> &keys, QWidget *parent = nullptr);
 
     QTableWidget *const lstKeys;
+
+  Q_SIGNALS:
+    void manualWanted();
 };
 
 } // namespace orvel

@@ -41,6 +41,7 @@ class frmConvert;
 class frmExport;
 class frmImport;
 class frmKeys;
+class frmManual;
 class frmPreview;
 class frmRecover;
 class frmSetup;
@@ -120,6 +121,9 @@ class frmMain : public QMainWindow {
     void makeToolbar();
     void makeKeys();
     void showKeys();
+    /// About the part of the window that has the focus.
+    void showManual();
+    void showManualAbout(QWidget &control);
     void showNextOpenSlot();
     /// The panel with card, mixer and processor: only its tabs, or all of it.
     void fold(bool folded);
@@ -186,6 +190,7 @@ class frmMain : public QMainWindow {
     std::unique_ptr<frmRecover> recover_;
     std::unique_ptr<frmImport> import_;
     std::unique_ptr<frmKeys> keySheet_;
+    QPointer<frmManual> manual_; ///< beside the window that it was asked from
     std::vector<DeskKeyStroke> keys_;
     QShortcut *escape_ = nullptr; ///< only while a count-down runs
     bool isFolded_ = false;

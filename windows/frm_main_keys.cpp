@@ -3,8 +3,11 @@
 #include "windows/edit_panel.h"
 #include "windows/frm_keys.h"
 #include "windows/frm_main.h"
+#include "windows/frm_manual.h"
 #include "windows/grid_panel.h"
 #include "windows/join_panel.h"
+#include "windows/manual_key.h"
+#include "windows/manual_sections.h"
 #include "windows/on.h"
 #include "windows/playback_panel.h"
 #include "windows/recorder_panel.h"
@@ -46,6 +49,7 @@ void frmMain::makeKeys() {
         {Qt::Key_F9, tr("Opnamekaart, mixer en processor tonen of wegklappen"), [this] { fold(!isFolded_); }},
         {Qt::Key_Escape, tr("De aftelling afbreken"), [this] { workplace_.session.cancelCountDown(); }},
         {Qt::Key_F1, tr("Deze toetsen"), [this] { showKeys(); }},
+        {QKeySequence(Qt::SHIFT | Qt::Key_F1), tr("De handleiding openen"), [this] { showManual(); }},
     };
     for (const DeskKeyStroke &stroke : keys_) {
         auto *shortcut = new QShortcut(stroke.key, this);
@@ -55,6 +59,8 @@ void frmMain::makeKeys() {
             escape_ = shortcut;
         }
     }
+    new ManualKey(
+        *this, [this](QWidget &control) { showManualAbout(control); }, this);
 }
 
 void frmMain::showNextOpenSlot() {
@@ -65,8 +71,27 @@ void frmMain::showNextOpenSlot() {
 void frmMain::showKeys() {
     if (!keySheet_) {
         keySheet_ = std::make_unique<frmKeys>(keys_, this);
+        on(keySheet_.get(), &frmKeys::manualWanted, this, [this] { showManual(); });
     }
     keySheet_->open();
+}
+
+void frmMain::showManual() {
+    showManualAbout(focusWidget() == nullptr ? *this : *focusWidget());
+}
+
+void frmMain::showManualAbout(QWidget &control) {
+    QWidget *window = control.window();
+    // Whose child it is can be read beside it, also while that is modal.
+    if (window != manual_ && (!manual_ || manual_->parentWidget() != window)) {
+        delete manual_;
+        manual_ = new frmManual(window);
+        manual_->setAttribute(Qt::WA_DeleteOnClose);
+    }
+    manual_->show();
+    manual_->raise();
+    manual_->activateWindow();
+    manual_->goTo(manualAnchorOf(control));
 }
 
 } // namespace orvel

@@ -155,6 +155,7 @@ void frmMain::layOut() {
     panels_.lblLoudness->setObjectName(QStringLiteral("lblLoudness"));
     panels_.lblLoudness->setProperty("role", QStringLiteral("muted"));
     panels_.lblLoudness->setAccessibleDescription(tr("Luidheid van de opname"));
+    panels_.lblLoudness->setToolTip(tr("Hoe luid de opname klinkt, in LUFS, en haar hoogste piek, in dBTP"));
     statusBar()->addPermanentWidget(panels_.lblLoudness);
     statusBar()->addPermanentWidget(panels_.savePanel->barProgress);
     // Fits a screen of 1280 x 800 with its title bar and frame.

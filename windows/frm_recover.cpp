@@ -71,7 +71,7 @@ void frmRecover::layOut() {
 void frmRecover::Form_Load() {
     fill();
     lblResult->setText(kept_.empty() ? tr("Er is niets bewaard om te herstellen.")
-                                     : tr("Kies wat U terug wilt. Wat het laatst bewaard werd, staat bovenaan."));
+                                     : tr("Kies wat terug moet. Wat het laatst bewaard werd, staat bovenaan."));
     lstKept->setFocus();
 }
 

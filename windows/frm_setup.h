@@ -66,6 +66,7 @@ class frmSetup : public QDialog {
 
   private:
     void layOut();
+    void explain();
     QWidget *optionsPage();
     QWidget *soundPage();
     QWidget *generalPage();

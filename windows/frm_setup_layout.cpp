@@ -97,7 +97,24 @@ frmSetup::frmSetup(Platform &platform, Settings &settings, Settings stored, QStr
     setObjectName(QStringLiteral("frmSetup"));
     setWindowTitle(QStringLiteral("Programma instellingen"));
     layOut();
+    explain();
     connectControls();
+}
+
+/// Words of the trade.
+void frmSetup::explain() {
+    const QString callback = tr("Hoe de voorbeluistering haar geluid krijgt; wordt bewaard, maar maakt geen verschil");
+    const std::initializer_list<std::pair<QWidget *, QString>> words = {
+        {updCallback, callback},
+        {ledCallback, callback},
+        {ledCBufsize, tr("Hoeveel geluid de voorbeluistering in één keer klaarzet; groter hapert minder")},
+        {ledCBuf, tr("Hoe vaak dat vooruit gebeurt; meer hapert minder")},
+        {cobBitrate, tr("Hoe goed de MP3 klinkt; een hoger getal maakt een groter bestand")},
+        {ledCountDown, tr("Zo lang wordt er afgeteld voor de opname begint")},
+    };
+    for (const auto &[control, meaning] : words) {
+        control->setToolTip(meaning);
+    }
 }
 
 void frmSetup::layOut() {

@@ -51,7 +51,7 @@ std::vector<Waveform::Zone> zonesOf(const CurrentStep &step) {
 StepPanel::StepPanel(const TakePicture &picture, QWidget *parent)
     : QWidget(parent), lblBestand(label(this, "lblBestand", tr("Bestand van de stap"), "title")),
       lblTalk(label(this, "lblTalk", tr("Resterende praattijd"), "title")),
-      lblOuttro(label(this, "lblOuttro", tr("Outtro van het vorige item"), "value")),
+      lblOuttro(label(this, "lblOuttro", tr("Outro van het vorige item"), "value")),
       lblIntro(label(this, "lblIntro", tr("Intro van het volgende item"), "value")),
       lblInOut(label(this, "lblInOut", tr("Totale praattijd"), "value")),
       lblPrevious(label<ElidedLabel>(this, "lblPrevious", tr("Vorig item"), "muted")),

@@ -175,10 +175,14 @@ QVariant StepsModel::headerData(int section, Qt::Orientation orientation, int ro
     if (orientation == Qt::Vertical) {
         return kind(section, role);
     }
-    if (role != Qt::DisplayRole || section < 0 || section >= StepColumnCount) {
+    if (section < 0 || section >= StepColumnCount) {
         return {};
     }
-    return QString::fromLatin1(stepField(section).caption);
+    const StepField &field = stepField(section);
+    if (role == Qt::ToolTipRole && field.toolTip != nullptr) {
+        return QString::fromLatin1(field.toolTip);
+    }
+    return role == Qt::DisplayRole ? QVariant(QString::fromLatin1(field.caption)) : QVariant();
 }
 
 Qt::ItemFlags StepsModel::flags(const QModelIndex &index) const {

@@ -106,7 +106,7 @@ TEST_F(RecoverWindow, ATakeThatWasRecordedOverIsBackUnderItsStep) {
     openWindow();
     ASSERT_GE(recover->lstKept->rowCount(), 1);
     EXPECT_EQ(line(0), QStringLiteral("Opname ") + take + QStringLiteral(".wav"));
-    expectQuestion(QStringLiteral("Bij de opnamen"), take + QStringLiteral(".wav"), true);
+    expectQuestion(QStringLiteral("Bij de opnames"), take + QStringLiteral(".wav"), true);
     click(recover->cmdTerug);
     EXPECT_EQ(content(QStringLiteral("temp/") + take + QStringLiteral(".wav")), first);
     EXPECT_EQ(window->panels().gridPanel->currentRow(), row);

@@ -367,3 +367,32 @@ behaviour(
     PRODUCTION, "Finding.ClipsOfTheOriginalAreFoundWhereTheyAreInTheTake", "production/take_findings.cpp",
     ("clips stand where they were recorded", "clips.push_back(inMs(*there,", "clips.push_back(inMs(at,"),
 )
+
+# --- the manual
+
+behaviour(
+    APP, "TheManual.FollowsTheFocusOfTheMainWindow", "windows/frm_manual.cpp",
+    ("headings are no places to go to", "        anchor.setAnchorNames({anchorOfHeading(block.text())});\n", ""),
+)
+behaviour(
+    APP, "TheManual.OpensBesideEveryOtherWindowAtItsSection", "windows/manual_key.cpp",
+    ("F1 does nothing in a dialog", "control.window() == &mainWindow_ ||", "true ||"),
+)
+behaviour(
+    APP, "TheManual.IsOpenedFromTheSheetOfKeysAtThePartThatHasTheFocus", "windows/frm_keys.cpp",
+    ("the sheet stays before the manual", "        accept();\n        Q_EMIT", "        Q_EMIT"),
+)
+behaviour(
+    APP, "TheManual.ShowsItsPicturesNoWiderThanTheWindow", "windows/frm_manual.cpp",
+    ("pictures as wide as they were taken", "picture.width() <= width ?", "true ?"),
+)
+behaviour(
+    APP, "TheManual.TellsAboutEveryWindow", "windows/manual_sections.cpp",
+    ("a window that the manual leaves out", '        ManualSection{"frmUnfiled", "opnames-die-nog-niet-bewaard-zijn"},\n', ""),
+)
+behaviour(
+    PRODUCTION, "SettingsTableOfTheDocument.IsTheProgramsOwn", "settings/settings_keys.cpp",
+    ("a setting of which the document knows nothing", '        SettingsKey{"Files", "Nodelete", &Settings::Nodelete},\n',
+     '        SettingsKey{"Files", "Nodelete", &Settings::Nodelete},\n'
+     '        SettingsKey{"Files", "Everything", &Settings::Nodelete},\n'),
+)

@@ -260,7 +260,7 @@ TEST_F(SavingAs, WhatCannotBeCopiedStays) {
     saving.cmdSave_Click();
     EXPECT_TRUE(exists(QStringLiteral("temp/memo.wav")));
     EXPECT_TRUE(may().cmdSave);
-    EXPECT_EQ(told.last(), QStringLiteral("memo is niet weggeschreven; de opname blijft klaarstaan."));
+    EXPECT_EQ(told.last(), QStringLiteral("memo is niet bewaard; de opname blijft klaarstaan."));
 }
 
 TEST_F(SavingVersions, TheButtonSwitchesTheMode) {

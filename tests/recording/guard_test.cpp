@@ -131,9 +131,9 @@ TEST_F(TheGuard, LessThanTenMinutesOfDiskAreTold) {
     EXPECT_FALSE(tells(Danger::DiskNearlyFull));
     guard.disk(600 * second - 1);
     ASSERT_TRUE(tells(Danger::DiskNearlyFull));
-    EXPECT_EQ(guard.warnings().front().words, QStringLiteral("De schijf is bijna vol: nog 9 min ruimte voor opnamen."));
+    EXPECT_EQ(guard.warnings().front().words, QStringLiteral("De schijf is bijna vol: nog 9 min ruimte voor opnames."));
     guard.disk(59 * second);
-    EXPECT_EQ(guard.warnings().front().words, QStringLiteral("De schijf is vol: nog geen minuut ruimte voor opnamen."));
+    EXPECT_EQ(guard.warnings().front().words, QStringLiteral("De schijf is vol: nog geen minuut ruimte voor opnames."));
     guard.disk(-1);
     EXPECT_FALSE(tells(Danger::DiskNearlyFull)) << "nobody knows";
     guard.disk(0);

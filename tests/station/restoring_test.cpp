@@ -45,7 +45,7 @@ class Restores : public testing::Test, protected TestPlatform<FakeDatabaseEngine
 
 TEST_F(Restores, EachKindGoesWhereTheProgramLooksForIt) {
     const char *toDo = "bij de te bewerken playlists";
-    for (const auto &[name, place, told] : {std::tuple{"VT1.wav", "temp", "bij de opnamen"},
+    for (const auto &[name, place, told] : {std::tuple{"VT1.wav", "temp", "bij de opnames"},
                                             {"VT1.mp3", "ok", "bij de voicetracks"},
                                             {"avond.mdb", "new", toDo},
                                             {"NACHT.MDB", "new", toDo}}) {
@@ -69,12 +69,12 @@ TEST_F(Restores, ATakeAsItWasBeforeProcessingComesBackUnderItsOwnName) {
 TEST_F(Restores, WhatHasTheNameIsReplacedOnYesOnlyAndKept) {
     const KeptFile kept = keep("VT1.wav", "eerste");
     writeContent(folder.path("temp/VT1.wav"), "tweede");
-    expectQuestion("Bij de opnamen", "VT1.wav", false);
+    expectQuestion("Bij de opnames", "VT1.wav", false);
     auto result = restoring.putBack(kept);
     EXPECT_FALSE(result.done);
     EXPECT_EQ(result.sentence, QStringLiteral("Er is niets teruggezet."));
     EXPECT_EQ(contentOf(folder.path("temp/VT1.wav")), "tweede");
-    expectQuestion("Bij de opnamen", "VT1.wav", true);
+    expectQuestion("Bij de opnames", "VT1.wav", true);
     result = restoring.putBack(kept);
     EXPECT_TRUE(result.done);
     EXPECT_TRUE(result.replaced);
@@ -91,7 +91,7 @@ TEST_F(Restores, NothingIsPutBackWhileATakeRuns) {
     takeRuns = false;
     writeContent(folder.path("temp/VT1.wav"), "loopt");
     prompts.whileOpen([this] { takeRuns = true; });
-    expectQuestion("Bij de opnamen", "VT1.wav", true);
+    expectQuestion("Bij de opnames", "VT1.wav", true);
     EXPECT_FALSE(restoring.putBack(kept).done);
     EXPECT_EQ(contentOf(folder.path("temp/VT1.wav")), "loopt");
     EXPECT_EQ(contentOf(kept.path), "eerste");
