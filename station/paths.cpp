@@ -2,18 +2,12 @@
 
 #include "platform/runtime_error.h"
 
-#include <QCoreApplication>
 #include <QDir>
 #include <QRegularExpression>
 
 #include <algorithm>
 
 namespace orvel {
-
-QString programFolder() {
-    const QString home = qEnvironmentVariable("ORVEL_HOME");
-    return home.isEmpty() ? QCoreApplication::applicationDirPath() : QDir::cleanPath(QDir(home).absolutePath());
-}
 
 QString joined(const QString &folder, const QString &literal) {
     QString tail = literal;

@@ -4,10 +4,6 @@
 
 namespace orvel {
 
-/// The folder that settings, playlists and work files hang under: the environment's ORVEL_HOME or else the program's
-/// own folder; without a separator at its end.
-QString programFolder();
-
 /// A stored folder with a literal that begins with a backslash, joined as they stand. Where paths have no backslashes,
 /// those of the literal become separators.
 QString joined(const QString &folder, const QString &literal);

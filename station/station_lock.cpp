@@ -36,7 +36,7 @@ QString StationLock::sentence() const {
                                           : QCoreApplication::translate("StationLock", "%1 op %2, sinds %3")
                                                 .arg(other.user, other.machine, other.since);
     return QCoreApplication::translate("StationLock",
-                                       "Deze ORVEL-map is in gebruik door %1.\n\nZolang dat zo is, "
+                                       "Deze werkmap is in gebruik door %1.\n\nZolang dat zo is, "
                                        "verandert dit venster er niets aan. Het gaat verder zodra de map vrij is.")
         .arg(who);
 }

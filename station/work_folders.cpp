@@ -19,6 +19,15 @@ void tryToWrite(FileSystem &files, const QString &folder) {
 
 } // namespace
 
+bool canWrite(FileSystem &files, const QString &folder) {
+    try {
+        tryToWrite(files, folder);
+    } catch (const RuntimeError &) {
+        return false;
+    }
+    return true;
+}
+
 QString makeWorkFolders(FileSystem &files, const Places &places) {
     QString problem; // the first one: the others mostly have the same cause
     for (const QString &folder : {places.newFolder(), places.okFolder(), places.tempFolder(), places.temp2Folder(),

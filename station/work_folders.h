@@ -11,4 +11,7 @@ class Places;
 /// the presenter has spoken. Gives a sentence about the first one that cannot be written, or nothing.
 QString makeWorkFolders(FileSystem &files, const Places &places);
 
+/// Whether files can be made in a folder; tries.
+[[nodiscard]] bool canWrite(FileSystem &files, const QString &folder);
+
 } // namespace orvel

@@ -327,6 +327,9 @@ void frmMain::showDesk() {
     panels_.editPanel->cmdUndo->setEnabled(may.cmdUndo);
     panels_.editPanel->cmdRedo->setEnabled(may.cmdRedo);
     panels_.filePanel->tabFiles->setEnabled(may.lists);
+    if (panels_.cmdWerkmap != nullptr) {
+        panels_.cmdWerkmap->setEnabled(workplace_.session.isIdle());
+    }
     panels_.gridPanel->dbgLijst->setEnabled(may.dbgLijst);
     for (int index = 1; index <= 3; ++index) {
         panels_.tlbMain->actions().at(index - 1)->setEnabled(may.playlistTools);

@@ -14,6 +14,7 @@
 #include <QToolBar>
 #include <QToolButton>
 
+#include <functional>
 #include <memory>
 #include <vector>
 
@@ -72,6 +73,7 @@ struct Panels {
     QToolButton *cmdFold = nullptr; ///< folds tabRec down to its tabs
     QToolBar *tlbMain = nullptr;
     QLabel *lblStatus = nullptr;
+    QToolButton *cmdWerkmap = nullptr; ///< names the home and opens another; only where letSwitch() was called
 };
 
 /// The main window: assembles the panels, opens the other windows, starts and ends the program. What is enabled, and
@@ -98,6 +100,11 @@ class frmMain : public QMainWindow {
     /// A button of a joystick, numbered from 1.
     void Joystick1_ButtonDown(int button);
     void setSplash(frmSplash *splash) { splash_ = splash; }
+    /// Offers to go on in another home: choose asks which and gives its folder, or an empty text for none. Then the
+    /// program is over here, and otherHome() tells where it goes on.
+    void letSwitch(std::function<QString()> choose);
+    [[nodiscard]] const QString &otherHome() const { return otherHome_; }
+    void cmdWerkmap_Click();
     /// Offers what the last run left behind, where it left anything; for a window that is loaded and shown.
     void showUnfiled();
     /// The program is asked to end by the desktop or the system: a running take is closed.
@@ -120,6 +127,7 @@ class frmMain : public QMainWindow {
     void connectPanels();
     void makeToolbar();
     void makeKeys();
+    void addKey(const DeskKeyStroke &stroke);
     void showKeys();
     /// About the part of the window that has the focus.
     void showManual();
@@ -181,6 +189,8 @@ class frmMain : public QMainWindow {
     Workplace workplace_;
     frmSplash *splash_ = nullptr;
     bool unloaded_ = false;
+    std::function<QString()> chooseHome_;
+    QString otherHome_;
     Joystick &Joystick1;
     std::unique_ptr<Timer> tmrJoystick_;
     std::unique_ptr<frmSplash> about_;

@@ -14,7 +14,10 @@
 #include "windows/save_panel.h"
 #include "windows/takes_panel.h"
 
+#include <QDir>
+#include <QFileInfo>
 #include <QShortcut>
+#include <QStatusBar>
 #include <QToolButton>
 
 namespace orvel {
@@ -30,7 +33,7 @@ DeskKeyStroke keyOf(QAbstractButton *button, const QKeySequence &key, const QStr
 } // namespace
 
 void frmMain::makeKeys() {
-    keys_ = {
+    const std::vector<DeskKeyStroke> keys{
         keyOf(panels_.recorderPanel->cmdRec, Qt::Key_F5, tr("Opname starten en stoppen")),
         keyOf(panels_.savePanel->cmdSave, Qt::Key_F4, tr("De opname bewaren")),
         keyOf(panels_.playbackPanel->cmdPlay, Qt::Key_F3, tr("De opname beluisteren, of stoppen")),
@@ -51,13 +54,47 @@ void frmMain::makeKeys() {
         {Qt::Key_F1, tr("Deze toetsen"), [this] { showKeys(); }},
         {QKeySequence(Qt::SHIFT | Qt::Key_F1), tr("De handleiding openen"), [this] { showManual(); }},
     };
-    for (const DeskKeyStroke &stroke : keys_) {
-        auto *shortcut = new QShortcut(stroke.key, this);
-        shortcut->setAutoRepeat(false);
-        on(shortcut, &QShortcut::activated, this, stroke.action);
-        if (stroke.key == QKeySequence(Qt::Key_Escape)) {
-            escape_ = shortcut;
-        }
+    for (const DeskKeyStroke &stroke : keys) {
+        addKey(stroke);
+    }
+}
+
+void frmMain::addKey(const DeskKeyStroke &stroke) {
+    keys_.push_back(stroke);
+    auto *shortcut = new QShortcut(stroke.key, this);
+    shortcut->setAutoRepeat(false);
+    on(shortcut, &QShortcut::activated, this, stroke.action);
+    if (stroke.key == QKeySequence(Qt::Key_Escape)) {
+        escape_ = shortcut;
+    }
+}
+
+void frmMain::letSwitch(std::function<QString()> choose) {
+    chooseHome_ = std::move(choose);
+    panels_.cmdWerkmap = new QToolButton(this);
+    QToolButton &button = *panels_.cmdWerkmap;
+    const QString folder = workplace_.places.programFolder();
+    const QString name =
+        fontMetrics().elidedText(QFileInfo(folder).fileName(), Qt::ElideRight, fontMetrics().averageCharWidth() * 30);
+    button.setObjectName(QStringLiteral("cmdWerkmap"));
+    button.setText(tr("Werkmap: %1").arg(name));
+    button.setToolTip(tr("%1\nEen andere werkmap openen").arg(QDir::toNativeSeparators(folder)));
+    button.setAutoRaise(true);
+    on(&button, &QToolButton::clicked, this, &frmMain::cmdWerkmap_Click);
+    statusBar()->addPermanentWidget(&button);
+    addKey(keyOf(&button, Qt::CTRL | Qt::Key_O, tr("Een andere werkmap openen")));
+    showDesk();
+}
+
+void frmMain::cmdWerkmap_Click() {
+    // While the question stands open a joystick's button may start a take: asked before and after.
+    if (!workplace_.session.isIdle()) {
+        return;
+    }
+    const QString home = chooseHome_();
+    if (!home.isEmpty() && workplace_.session.isIdle()) {
+        otherHome_ = home;
+        endSession();
     }
     new ManualKey(
         *this, [this](QWidget &control) { showManualAbout(control); }, this);

@@ -1,5 +1,7 @@
 // What a screen reader is told of every window: each control has a name, a sensible role, a state and a value.
 #include "station.h"
+#include "station/homes.h"
+#include "windows/frm_homes.h"
 #include "windows/frm_keys.h"
 
 #include <QAccessible>
@@ -183,6 +185,16 @@ TEST_F(EveryWindow, WhatTheLastRunLeftTellsWhatItsControlsAre) {
     window.reset();
     ASSERT_TRUE(start());
     expectSoundWindow<frmUnfiled>(4);
+}
+
+TEST_F(EveryWindow, TheChoiceOfAWorkFolderTellsWhatItsControlsAre) {
+    openDemo();
+    Homes homes(disk, {path(QStringLiteral("werkmappen.ini")), path(QStringLiteral("ORVEL")),
+                       QStringLiteral(ORVEL_SOURCE_DIR "/samples/station")});
+    homes.use(folder.path());
+    frmHomes chooser(homes, prompts, {}, window.get());
+    chooser.show();
+    expectSoundWindow<frmHomes>(7);
 }
 
 /// The ones that were found without a value, or with the wrong one.

@@ -103,11 +103,11 @@ TEST_F(Takes, ASecondProgramOnTheStationIsToldWhoseItIsAndChangesNothing) {
     openDemo();
     const QByteArray settingsFile = content(QStringLiteral("orvel.ini"));
     std::unique_ptr<frmMain> owner = std::move(window);
-    prompts.expectWait(QStringLiteral("Deze ORVEL-map is in gebruik door "), false);
+    prompts.expectWait(QStringLiteral("Deze werkmap is in gebruik door "), false);
     EXPECT_FALSE(start());
     EXPECT_EQ(content(QStringLiteral("orvel.ini")), settingsFile);
     window.reset();
-    prompts.expectWait(QStringLiteral("Deze ORVEL-map is in gebruik door "), true);
+    prompts.expectWait(QStringLiteral("Deze werkmap is in gebruik door "), true);
     prompts.whileOpen([&owner] { owner.reset(); });
     EXPECT_TRUE(start()) << "it goes on when the other one is gone";
 }

@@ -2,6 +2,7 @@
 #include "playlist/deletion.h"
 #include "playlist/transfer.h"
 #include "production/sound_drop.h"
+#include "station/homes.h"
 #include "station/restoring.h"
 #include "station/shell_copy.h"
 #include "tests/desk.h"
@@ -78,6 +79,7 @@ class Questions : public Desk {
         record(300);
         versions.cmdMultivoice_Click();
         versions.ExternalSave(QStringLiteral("012"));
+        Homes(files, {}).adopt(notes, path(QStringLiteral("geen werkmap")));
     }
 
     NotingPrompts notes;
@@ -93,6 +95,7 @@ const std::vector<Row> table{
     {"Stap 4 heeft al een voicetrack", Buttons::Verbs, Does::Destroy},
     {"Playlist Klaar ?", Buttons::JaNee, Does::GoOn},
     {"Bent U klaar met deze inteksting ?", Buttons::JaNee, Does::GoOn},
+    {"In de map ", Buttons::Verbs, Does::GoOn},
 };
 
 } // namespace

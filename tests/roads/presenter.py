@@ -108,7 +108,10 @@ class Desk(PrivateMachine):
             return spoken.getnframes() / spoken.getframerate()
 
     def start_orvel(self, binary, station, *arguments):
-        self.env["ORVEL_HOME"] = station
+        """station: None for one that is chosen in the program."""
+        self.env.pop("ORVEL_HOME", None)
+        if station:
+            self.env["ORVEL_HOME"] = station
         with open(self._log, "w", encoding="utf-8") as log:
             self.orvel = subprocess.Popen([*DIES_TOO, binary, *arguments], env=self.env, stdout=log, stderr=log,
                                           stdin=subprocess.DEVNULL)

@@ -128,7 +128,7 @@ TEST_F(TheStationLock, SaysWhoWhereAndSinceWhen) {
     ASSERT_FALSE(lock.get());
     EXPECT_EQ(lock.holder(), somebody);
     EXPECT_TRUE(lock.sentence().startsWith(
-        QStringLiteral("Deze ORVEL-map is in gebruik door José op studio-2, sinds 21-11-2026 20:00.")));
+        QStringLiteral("Deze werkmap is in gebruik door José op studio-2, sinds 21-11-2026 20:00.")));
 }
 
 // A lock file that could not be read was told with gaps: "in gebruik door  op , sinds .".
@@ -137,7 +137,7 @@ TEST_F(TheStationLock, SomebodyWithoutANameIsAnotherProgram) {
     StationLock lock(files, places);
     ASSERT_FALSE(lock.get());
     EXPECT_EQ(lock.holder(), Holder());
-    EXPECT_TRUE(lock.sentence().startsWith(QStringLiteral("Deze ORVEL-map is in gebruik door een ander programma.")))
+    EXPECT_TRUE(lock.sentence().startsWith(QStringLiteral("Deze werkmap is in gebruik door een ander programma.")))
         << lock.sentence().toStdString();
     files.fail(Operation::Read, QStringLiteral("orvel.lock"), ErrorNumber::PermissionDenied);
     EXPECT_EQ(lock.holder(), Holder()) << "nothing is thrown";
