@@ -14,6 +14,7 @@
 #include "production/take_loudness.h"
 #include "production/unfinished.h"
 #include "recording/catalogues.h"
+#include "recording/delay_measurement.h"
 #include "recording/flac_packer.h"
 #include "recording/join_listening.h"
 #include "recording/listening.h"
@@ -22,6 +23,7 @@
 #include "recording/take_store.h"
 #include "recording/talk_along.h"
 #include "recording/watch.h"
+#include "settings/card_delays.h"
 #include "settings/settings.h"
 #include "station/drive_map.h"
 #include "station/journal.h"
@@ -59,6 +61,7 @@ struct Workplace {
     View view;
     Places places;
     Settings settings;
+    CardDelays delays;
     CurrentStep step;
     Recovery recovery;
     Journal journal;
@@ -80,6 +83,7 @@ struct Workplace {
     JoinFiles joinFiles;
     TalkAlong talkAlong;
     JoinListening joins;
+    DelayMeasurement delay;
     Listening listening;
     Completion completion;
     Filing filing;

@@ -1,5 +1,6 @@
 // What a screen reader is told of every window: each control has a name, a sensible role, a state and a value.
 #include "station.h"
+#include "windows/frm_delay.h"
 #include "windows/frm_keys.h"
 
 #include <QAccessible>
@@ -161,6 +162,8 @@ TEST_F(EveryWindow, TheDialogsOfAStepTellWhatTheirControlsAre) {
     expectSoundWindow<frmRecover>(4);
     Q_EMIT window->panels().cardPanel->advancedWanted();
     expectSoundWindow<frmAdv>(3);
+    Q_EMIT window->panels().cardPanel->delayWanted();
+    expectSoundWindow<frmDelay>(3);
     for (QShortcut *key : window->findChildren<QShortcut *>()) {
         if (key->key() == QKeySequence(Qt::Key_F1)) {
             Q_EMIT key->activated();

@@ -8,7 +8,7 @@ namespace orvel {
 
 namespace {
 
-constexpr std::size_t begin = 13337;
+constexpr std::size_t probeAt = 13337;
 
 /// What an input heard: the probe, so much weaker, among other things.
 class Heard {
@@ -29,7 +29,7 @@ class Heard {
     Samples samples_;
 };
 
-void expectFound(const Heard &heard, std::size_t at = begin) {
+void expectFound(const Heard &heard, std::size_t at = probeAt) {
     const ProbeSearch found = heard.search();
     EXPECT_TRUE(found.isSure()) << found.likeness << " " << found.rival;
     EXPECT_LE(std::abs(found.at - static_cast<std::int64_t>(at)), 4) << found.at;
@@ -55,36 +55,36 @@ TEST(Loopback, TheProbeIsFoundWhereverItBegins) {
     for (const std::size_t at : {0U, 1U, 4410U, 22050U, 22052U, 46180U}) {
         expectFound(Heard().probe(at, 1), at);
     }
-    EXPECT_GT(Heard().probe(begin, 1).search().likeness, 0.95);
+    EXPECT_GT(Heard().probe(probeAt, 1).search().likeness, 0.95);
 }
 
 TEST(Loopback, MuchWeakerOrTooLoudOrUpsideDownItIsTheSame) {
     for (const double factor : {0.003, 0.05, 6.0, -0.8, -0.01}) {
-        expectFound(Heard().probe(begin, factor));
+        expectFound(Heard().probe(probeAt, factor));
     }
 }
 
 TEST(Loopback, ItIsFoundInNoiseAsLoudAsItself) {
     for (unsigned seed = 1; seed <= 5; ++seed) {
-        expectFound(Heard(pinkNoise(4000, 55000, seed)).probe(begin, 0.9));
-        expectFound(Heard(noise(5000, 55000, seed)).probe(begin, 0.9));
+        expectFound(Heard(pinkNoise(4000, 55000, seed)).probe(probeAt, 0.9));
+        expectFound(Heard(noise(5000, 55000, seed)).probe(probeAt, 0.9));
     }
 }
 
 /// The direct way is the first one and the strongest.
 TEST(Loopback, EchoesOfARoomDoNotMoveIt) {
     expectFound(Heard(noise(30, 55000))
-                    .probe(begin, 0.4)
-                    .probe(begin + 180, 0.2)
-                    .probe(begin + 485, -0.24)
-                    .probe(begin + 1014, 0.2)
-                    .probe(begin + 2072, -0.16)
-                    .probe(begin + 4000, 0.1));
+                    .probe(probeAt, 0.4)
+                    .probe(probeAt + 180, 0.2)
+                    .probe(probeAt + 485, -0.24)
+                    .probe(probeAt + 1014, 0.2)
+                    .probe(probeAt + 2072, -0.16)
+                    .probe(probeAt + 4000, 0.1));
 }
 
 TEST(Loopback, TwoWaysThatAreAsStrongAreNoAnswer) {
-    expectUnsure(Heard().probe(begin, 0.5).probe(begin + 2646, 0.5));
-    expectUnsure(Heard().probe(begin, 0.5).probe(begin + 20000, -0.4));
+    expectUnsure(Heard().probe(probeAt, 0.5).probe(probeAt + 2646, 0.5));
+    expectUnsure(Heard().probe(probeAt, 0.5).probe(probeAt + 20000, -0.4));
 }
 
 TEST(Loopback, NothingOrAPartIsNoAnswer) {
@@ -106,7 +106,7 @@ TEST(Loopback, WhatIsHeardInAStudioIsNeverTakenForIt) {
     expectUnsure(Heard(tone(50, 8000, 55000)));
     for (const double frequency : {500.0, 1000.0, 2000.0, 3000.0}) {
         Samples blip = tone(frequency, 12000, 400);
-        blip.insert(blip.begin(), begin, 0);
+        blip.insert(blip.begin(), probeAt, 0);
         blip.resize(55000);
         expectUnsure(Heard(blip));
     }
@@ -128,7 +128,7 @@ TEST(Loopback, AVoiceBesideItDoesNotMoveIt) {
             GTEST_SKIP() << "espeak-ng is not installed";
         }
         words.resize(55000);
-        expectFound(Heard(words).probe(begin, 0.5));
+        expectFound(Heard(words).probe(probeAt, 0.5));
     }
 }
 
