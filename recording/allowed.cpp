@@ -24,6 +24,7 @@ Allowed allowed(SessionState state, const DeskMode &mode, const StepFacts &step,
     result.playlistTools = !mode.RecorderOnly;
     const bool joins = state == SessionState::Joining;
     const bool mayJoin = idle && !mode.RecorderOnly;
+    result.cmdDelay = mayJoin;
     result.cmdInVerband = joins || (mayJoin && step.hasFile && take.canListen);
     result.cmdHeleUur = joins || (mayJoin && step.hasPlaylist);
     return result;

@@ -10,6 +10,7 @@ enum class SessionState {
     Processing, ///< from the stop until the take is ready
     Listening,  ///< to a take
     Joining,    ///< listening to takes between their neighbours
+    Measuring,  ///< the delay of the recording card
     Filing      ///< marking, encoding, filing, or asking for the next version
 };
 
@@ -63,6 +64,7 @@ struct Allowed {
     bool cmdRedo = false;
     bool cmdOpnieuw = false; ///< the stages again, on what was recorded
     bool cmdDroog = false;   ///< what was recorded, while listening
+    bool cmdDelay = false; ///< measuring the card's delay
 
     bool operator==(const Allowed &) const = default;
 };

@@ -63,6 +63,7 @@ void TakePicture::follow(SessionState state, const QString &path) {
     case SessionState::Processing:
     case SessionState::Listening:
     case SessionState::Joining:
+    case SessionState::Measuring:
     case SessionState::Filing:
         break; // what is seen stays
     }

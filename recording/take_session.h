@@ -115,6 +115,9 @@ class TakeSession {
     void editingEnded();
     void joiningBegan() { enter(SessionState::Joining); }
     void joiningEnded() { enter(SessionState::Idle); }
+    /// Somebody else uses the card.
+    void measuringBegan() { enter(SessionState::Measuring); }
+    void measuringEnded() { enter(SessionState::Idle); }
     void filingBegan() { enter(SessionState::Filing); }
     /// What becomes of the save button when filing ends: by the selected step's take, or as the rules of a save say.
     enum class SaveOffer { ByTake, Stays, Off };

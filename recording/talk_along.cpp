@@ -85,14 +85,14 @@ std::optional<TalkAlong::Moment> TalkAlong::outroBegins() {
     const auto isNow = [](Moment moment) { return std::chrono::abs(moment - JoinPlayer::Clock::now()) <= kFarthest; };
     const std::optional<Moment> heard = player_->zeroHeardAt();
     if (!heard && player_->isPlaying() && isNow(takeBegins_)) {
-        return takeBegins_; // files that come late are laid where they belong
+        return takeBegins_ + context_.cardDelay(); // files that come late are laid where they belong
     }
     if (heard && !isNow(*heard)) {
         player_->stop();
         context_.tell(tr("Meeluisteren is gestopt: de computer liep achter. De opname loopt gewoon."));
         return {};
     }
-    return heard;
+    return heard ? std::optional(*heard + context_.cardDelay()) : std::nullopt;
 }
 
 void TalkAlong::ended() {

@@ -5,7 +5,10 @@
 
 #include <QCoreApplication>
 
+#include <chrono>
+#include <functional>
 #include <memory>
+#include <optional>
 
 namespace orvel {
 
@@ -23,6 +26,8 @@ struct TalkAlongContext {
     std::function<void(const QString &sentence)> tell;
     /// Whether it is on, possible, or what it says is something else now.
     std::function<void()> changed;
+    /// How much later than the sound server says the card hears what the output plays.
+    std::function<std::chrono::microseconds()> cardDelay = [] { return std::chrono::microseconds(0); };
 };
 
 /// Meeluisteren: during the count-down the presenter hears the run-up to the previous item's outro, which begins with
@@ -51,7 +56,8 @@ class TalkAlong {
     void stepSelected();
     /// A count-down runs; the take begins at that moment.
     void countDownBegan(Moment takeBegins);
-    /// When the outro's begin is heard: the take begins there. Nothing where nothing is heard.
+    /// When the take has to begin to hold what is spoken from the outro's begin on, by the figures that the recorder
+    /// goes by. Nothing where nothing is heard.
     [[nodiscard]] std::optional<Moment> outroBegins();
     /// Count-down or take is over: silent at once.
     void takeOver() { player_->stop(); }

@@ -64,6 +64,14 @@ QString Places::lockFile() const {
     return joined(programFolder_, QStringLiteral("\\orvel.lock"));
 }
 
+QString Places::delayProbe() const {
+    return joined(programFolder_, QStringLiteral("\\temp2\\meting.signaal.wav"));
+}
+
+QString Places::delayRecording() const {
+    return joined(programFolder_, QStringLiteral("\\temp2\\meting.opname.wav"));
+}
+
 QString Places::take(const QString &name) const {
     return takeFile(programFolder_, temp, name, wav);
 }

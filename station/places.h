@@ -24,6 +24,8 @@ class Places {
     [[nodiscard]] QString stationList() const;
     [[nodiscard]] QString reportTemplate() const;
     [[nodiscard]] QString lockFile() const;
+    [[nodiscard]] QString delayProbe() const;     ///< what is played to measure a card's delay
+    [[nodiscard]] QString delayRecording() const; ///< what the card heard of it
 
     [[nodiscard]] QString take(const QString &name) const;    ///< as recorded and processed
     [[nodiscard]] QString encoded(const QString &name) const; ///< on its way to be filed

@@ -128,7 +128,8 @@ class Desk : public testing::Test, protected TestPlatform<FakeDatabaseEngine> {
     DriveMap drives{files, folder.path()};
     Catalogues catalogues{platform, settings};
     JoinFiles joinFiles{{files, settings, drives, catalogues, playlist, places}};
-    TalkAlong talkAlong{{platform, settings, step, session.mode, joinFiles, tell, [] {}}};
+    std::chrono::microseconds cardDelay{0};
+    TalkAlong talkAlong{{platform, settings, step, session.mode, joinFiles, tell, [] {}, [this] { return cardDelay; }}};
     JoinListening joins{{platform, playlist, step, joinFiles, session, [this](int row) { select(row); }, tell}};
     Listening listening{{platform, settings, playlist, step, places, session, [] {}, [](float, float) {}}};
     Completion completion{{platform, settings, playlist, step, recovery, [this] { playlist.refresh(); },

@@ -1,6 +1,8 @@
 #include "windows/card_panel.h"
 
 #include "platform/audio.h"
+#include "recording/delay_measurement.h"
+#include "windows/named.h"
 #include "windows/on.h"
 
 #include <QHBoxLayout>
@@ -20,15 +22,21 @@ constexpr int loudest = 65535;
 
 } // namespace
 
-CardPanel::CardPanel(Platform &platform, std::function<void(const QString &)> tell, QWidget *parent)
-    : QWidget(parent), cobKaart(new QComboBox(this)), Frame14(new QGroupBox(tr("Mixer"), this)), platform_(platform),
-      tell_(std::move(tell)),
+CardPanel::CardPanel(Platform &platform, const DelayMeasurement &delay, std::function<void(const QString &)> tell,
+                     QWidget *parent)
+    : QWidget(parent), cobKaart(new QComboBox(this)), lblDelay(new QLabel(this)),
+      cmdDelay(namedButton(this, "cmdDelay", tr("Vertraging meten..."),
+                           tr("Meet hoe laat de kaart hoort wat de uitgang speelt, voor het meeluisteren"))),
+      Frame14(new QGroupBox(tr("Mixer"), this)), platform_(platform), delay_(delay), tell_(std::move(tell)),
       tmrCards_(platform.timers.create(watchMs, MissedTicks::Drop, [this] { lookForChanges(); })) {
     cobKaart->setObjectName(QStringLiteral("cobKaart"));
     cobKaart->setAccessibleName(QStringLiteral("Opnamekaart"));
     cobKaart->setMinimumContentsLength(28);
     cobKaart->setPlaceholderText(tr("De gekozen kaart is losgekoppeld"));
     Frame14->setObjectName(QStringLiteral("Frame14"));
+    lblDelay->setObjectName(QStringLiteral("lblDelay"));
+    lblDelay->setProperty("role", QStringLiteral("muted"));
+    cmdDelay->setProperty("role", QStringLiteral("low"));
     makeStrips();
     auto *caption = new QLabel(QStringLiteral("Opnamekaart"), this);
     caption->setProperty("role", QStringLiteral("muted"));
@@ -36,12 +44,15 @@ CardPanel::CardPanel(Platform &platform, std::function<void(const QString &)> te
     auto *choice = new QVBoxLayout;
     choice->addWidget(caption);
     choice->addWidget(cobKaart);
+    choice->addWidget(lblDelay);
+    choice->addWidget(cmdDelay, 0, Qt::AlignLeft);
     choice->addStretch();
     auto *layout = new QHBoxLayout(this);
     layout->addLayout(choice);
     layout->addWidget(Frame14);
     layout->addStretch();
     on(cobKaart, &QComboBox::currentIndexChanged, this, &CardPanel::cobKaart_Click);
+    on(cmdDelay, &QPushButton::clicked, this, &CardPanel::delayWanted);
 }
 
 void CardPanel::makeStrips() {
@@ -103,6 +114,12 @@ void CardPanel::useCard() {
     platform_.sound.recorder().setDevice(audioRecord.currentDevice() - 1);
     LineCount = static_cast<std::int16_t>(lineCount());
     BuildMixerStrips(LineCount);
+    showDelay(cmdDelay->isEnabled());
+}
+
+void CardPanel::showDelay(bool canMeasure) {
+    lblDelay->setText(delay_.caption());
+    cmdDelay->setEnabled(canMeasure);
 }
 
 int CardPanel::lineCount() const {

@@ -8,6 +8,8 @@
 
 #include <QComboBox>
 #include <QGroupBox>
+#include <QLabel>
+#include <QPushButton>
 
 #include <functional>
 #include <memory>
@@ -15,15 +17,20 @@
 
 namespace orvel {
 
+class DelayMeasurement;
+
 /// The choice of the recording card, and its mixer: one strip an input line. Follows cards that come and go and volumes
 /// that somebody else moves.
 class CardPanel : public QWidget {
     Q_OBJECT
 
   public:
-    CardPanel(Platform &platform, std::function<void(const QString &)> tell, QWidget *parent = nullptr);
+    CardPanel(Platform &platform, const DelayMeasurement &delay, std::function<void(const QString &)> tell,
+              QWidget *parent = nullptr);
 
     QComboBox *const cobKaart;
+    QLabel *const lblDelay;      ///< what was measured of the card
+    QPushButton *const cmdDelay; ///< measures it
     QGroupBox *const Frame14;
 
     /// Fills the list with the cards that can record; the current card stays current.
@@ -33,6 +40,8 @@ class CardPanel : public QWidget {
     /// What to store: the card that was chosen last, also while it is away.
     [[nodiscard]] const StoredCard &chosenCard() const { return choice_.toStore(); }
     void cobKaart_Click();
+    /// What was measured of the card that records, and whether it can be measured now.
+    void showDelay(bool canMeasure);
     /// Fills the strips of the first count lines of the current card.
     void BuildMixerStrips(int count);
     void slVolume_Change(int index);
@@ -49,6 +58,7 @@ class CardPanel : public QWidget {
 
   Q_SIGNALS:
     void advancedWanted();
+    void delayWanted();
 
   private:
     void makeStrips();
@@ -62,6 +72,7 @@ class CardPanel : public QWidget {
     void useCard();
 
     Platform &platform_;
+    const DelayMeasurement &delay_;
     std::function<void(const QString &)> tell_;
     std::unique_ptr<Timer> tmrCards_;
     std::vector<MixerStrip *> strips_;

@@ -19,6 +19,7 @@
 #include "windows/file_panel.h"
 #include "windows/frm_adv.h"
 #include "windows/frm_convert.h"
+#include "windows/frm_delay.h"
 #include "windows/frm_export.h"
 #include "windows/frm_import.h"
 #include "windows/frm_keys.h"
@@ -122,7 +123,7 @@ void frmMain::makePanels() {
     panels_.editPanel = new EditPanel(work.retouching, this);
     panels_.playbackPanel = new PlaybackPanel(work.listening, work.session, this);
     panels_.joinPanel = new JoinPanel(work.joins, work.talkAlong, this);
-    panels_.cardPanel = new CardPanel(platform_, work.view.tell, this);
+    panels_.cardPanel = new CardPanel(platform_, work.delay, work.view.tell, this);
     panels_.meterPanel = new MeterPanel(this);
     panels_.inputPanel = new InputPanel(this);
     panels_.lblGuard = new AlarmLine(this);
@@ -132,6 +133,7 @@ void frmMain::makePanels() {
 
 void frmMain::connectPanels() {
     on(panels_.cardPanel, &CardPanel::advancedWanted, this, &frmMain::showAdvanced);
+    on(panels_.cardPanel, &CardPanel::delayWanted, this, &frmMain::showDelay);
     // What was saved is followed by the next link.
     on(panels_.savePanel->cmdSave, &QPushButton::clicked, panels_.recorderPanel->cmdRec,
        [this] { panels_.recorderPanel->cmdRec->setFocus(); });
@@ -167,6 +169,7 @@ bool frmMain::Form_Load() {
     work.listening.setOutput(playerSettings(work.settings));
     work.talkAlong.setOutput(playerSettings(work.settings));
     work.joins.setOutput(playerSettings(work.settings));
+    work.delay.setOutput(playerSettings(work.settings));
     if (const QString problem = makeWorkFolders(platform_.files, work.places); !problem.isEmpty()) {
         platform_.prompts.message(problem, errorTitle, MessageIcon::Exclamation);
     }
@@ -194,6 +197,7 @@ void frmMain::loadSettings() {
     LoadSettings(platform_.files, workplace_.places.programFolder(), workplace_.settings, processorSettings_);
     stored_ = workplace_.settings;
     workplace_.drives = loadDrives(platform_.files, workplace_.places.programFolder());
+    workplace_.delays.load();
     if (const QString sentence = panels_.processorPanel->show(processorSettings_); !sentence.isEmpty()) {
         tell(sentence);
     }
@@ -338,6 +342,10 @@ void frmMain::showDesk() {
     panels_.playbackPanel->show();
     panels_.savePanel->show();
     panels_.joinPanel->show(may);
+    panels_.cardPanel->showDelay(may.cmdDelay);
+    if (delay_) {
+        delay_->showProgress();
+    }
     panels_.editPanel->show();
     panels_.stepPanel->show(workplace_.step, workplace_.session.fileName(),
                             neighboursOf(workplace_.datList, workplace_.step));

@@ -39,6 +39,7 @@ class StepPanel;
 class TakesPanel;
 class frmAdv;
 class frmConvert;
+class frmDelay;
 class frmExport;
 class frmImport;
 class frmKeys;
@@ -165,6 +166,7 @@ class frmMain : public QMainWindow {
     void reopenPlaylist();
     void showPreview();
     void showAdvanced();
+    void showDelay();
     void showConvert();
     void showRecover();
     /// A kept file is in its place again: the lists show it, and a take can be listened to and saved.
@@ -196,6 +198,7 @@ class frmMain : public QMainWindow {
     std::unique_ptr<frmSplash> about_;
     std::unique_ptr<frmAdv> adv_;
     std::unique_ptr<frmConvert> convert_;
+    std::unique_ptr<frmDelay> delay_;
     std::unique_ptr<frmPreview> preview_;
     std::unique_ptr<frmRecover> recover_;
     std::unique_ptr<frmImport> import_;

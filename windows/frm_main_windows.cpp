@@ -7,6 +7,7 @@
 #include "windows/file_panel.h"
 #include "windows/frm_adv.h"
 #include "windows/frm_convert.h"
+#include "windows/frm_delay.h"
 #include "windows/frm_export.h"
 #include "windows/frm_import.h"
 #include "windows/frm_main.h"
@@ -138,6 +139,14 @@ void frmMain::showAdvanced() {
     }
     adv_->Form_Load();
     adv_->open();
+}
+
+void frmMain::showDelay() {
+    if (!delay_) {
+        delay_ = std::make_unique<frmDelay>(workplace_.delay, this);
+    }
+    delay_->Form_Load();
+    delay_->open();
 }
 
 void frmMain::showConvert() {

@@ -10,8 +10,9 @@
 namespace orvel {
 
 Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View theView)
-    : platform(thePlatform), view(std::move(theView)), places(programFolder), recovery(platform.files, programFolder),
-      journal(platform.files, places), datList(platform.databases, [this](const QString &path) { keepCopy(path); }),
+    : platform(thePlatform), view(std::move(theView)), places(programFolder), delays(platform.files, programFolder),
+      recovery(platform.files, programFolder), journal(platform.files, places),
+      datList(platform.databases, [this](const QString &path) { keepCopy(path); }),
       marks(datList, platform.databases, settings.NewPath, view.rowChanged),
       tracks(platform.files, settings, &stations), drives(platform.files, programFolder),
       catalogues(platform, settings), takes(platform.files, places, journal, recovery, toText(presentHolder())),
@@ -33,8 +34,10 @@ Workplace::Workplace(Platform &thePlatform, const QString &programFolder, View t
       retouching({platform, places, step, session, editing, findings, takes, [this] { return chain.wishes(); },
                   view.showProcess, view.tell}),
       joinFiles({platform.files, settings, drives, catalogues, datList, places}),
-      talkAlong({platform, settings, step, session.mode, joinFiles, view.tell, view.changed}),
+      talkAlong({platform, settings, step, session.mode, joinFiles, view.tell, view.changed,
+                 [this] { return delay.ofCard(); }}),
       joins({platform, datList, step, joinFiles, session, view.showRow, view.tell}),
+      delay({platform, places, session, delays, view.changed}),
       listening({platform, settings, datList, step, places, session, view.ticked, view.levels}),
       dryListening({platform, places, step, session, takes, listening, view.tell, view.changed}),
       completion({platform, settings, datList, step, recovery, view.refreshPlaylist, view.showRow, view.changed,

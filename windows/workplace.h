@@ -15,6 +15,7 @@
 #include "production/take_findings.h"
 #include "production/unfinished.h"
 #include "recording/catalogues.h"
+#include "recording/delay_measurement.h"
 #include "recording/flac_packer.h"
 #include "recording/join_listening.h"
 #include "recording/listening.h"
@@ -23,6 +24,7 @@
 #include "recording/take_store.h"
 #include "recording/talk_along.h"
 #include "recording/watch.h"
+#include "settings/card_delays.h"
 #include "settings/settings.h"
 #include "station/drive_map.h"
 #include "station/journal.h"
@@ -60,6 +62,7 @@ struct Workplace {
     View view;
     Places places;
     Settings settings;
+    CardDelays delays;
     CurrentStep step;
     Recovery recovery;
     Journal journal;
@@ -81,6 +84,7 @@ struct Workplace {
     JoinFiles joinFiles;
     TalkAlong talkAlong;
     JoinListening joins;
+    DelayMeasurement delay;
     Listening listening;
     DryListening dryListening;
     Completion completion;

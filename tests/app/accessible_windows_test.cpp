@@ -2,6 +2,7 @@
 #include "station.h"
 #include "station/homes.h"
 #include "windows/frm_homes.h"
+#include "windows/frm_delay.h"
 #include "windows/frm_keys.h"
 
 #include <QAccessible>
@@ -163,6 +164,8 @@ TEST_F(EveryWindow, TheDialogsOfAStepTellWhatTheirControlsAre) {
     expectSoundWindow<frmRecover>(4);
     Q_EMIT window->panels().cardPanel->advancedWanted();
     expectSoundWindow<frmAdv>(3);
+    Q_EMIT window->panels().cardPanel->delayWanted();
+    expectSoundWindow<frmDelay>(3);
     for (QShortcut *key : window->findChildren<QShortcut *>()) {
         if (key->key() == QKeySequence(Qt::Key_F1)) {
             Q_EMIT key->activated();

@@ -6,6 +6,7 @@ DSP = "orvel_dsp_test"
 PLAYLIST = "orvel_playlist_test"
 PRODUCTION = "orvel_production_test"
 RECORDING = "orvel_recording_test"
+WIDGETS = "orvel_widgets_test"
 WINDOWS = "orvel_windows_test"
 
 
@@ -72,7 +73,8 @@ behaviour(
     PLAYLIST, "ChosenForPreview.*", "playlist/current_step.cpp",
     ("a double-click previews during a take", "if (step.PlaylistTakeRunning || !step.previewAllowed",
      "if (!step.previewAllowed"),
-    ("events are previewed", "    if (type != TrackStep && type != JingleStep) {\n        return false;\n    }\n", ""),
+    ("events are previewed", "return type == TrackStep || type == JingleStep;",
+     "return type != PresStep;"),
 )
 behaviour(
     PLAYLIST, "Steps.CaptionsAndLooksAreThoseOfTheTable", "playlist/step_fields.h",
@@ -155,8 +157,11 @@ behaviour(
     RECORDING, "Listens.AVoiceTrackThatIsGoneFromTheServerPlaysNothing", "recording/listening.cpp",
     ("a voice track that is gone from the server is played",
      "    if (!context_.platform.files.fileExists(path)) {\n        return;\n    }\n", ""),
-    ("the server's voice track is looked for at home", "return context_.settings.ServerMode ?",
-     "return context_.settings.ServerMode && isDone && step.row < 0 ?"),
+)
+behaviour(
+    RECORDING, "Listens.AVoiceTrackThatIsGoneFromTheServerPlaysNothing", "recording/take_file.cpp",
+    ("the server's voice track is looked for at home", "return settings.ServerMode ?",
+     "return settings.ServerMode && name.isEmpty() ?"),
 )
 behaviour(
     RECORDING, "Desk.TheCountDownOverflowsSixteenBits", "recording/take_session.cpp",
@@ -190,8 +195,8 @@ behaviour(
 )
 behaviour(
     RECORDING, "PreviewSeeking.IsDoneInSilence", "recording/preview.cpp",
-    ("seeking is heard", "    player.pause();\n", ""),
-    ("after seeking the player stays silent", "    player.resume();\n", ""),
+    ("seeking is heard", "    player.pause();\n    player.setPosition", "    player.setPosition"),
+    ("after seeking the player stays silent", "    player.setPosition(position);\n    player.resume();\n", "    player.setPosition(position);\n"),
 )
 behaviour(
     APP, "PreviewWindow.TheWindowAsksForTheOutputOfTheSettingsOnlyWithTheNetwork", "windows/frm_preview.cpp",
@@ -395,4 +400,138 @@ behaviour(
     ("a setting of which the document knows nothing", '        SettingsKey{"Files", "Nodelete", &Settings::Nodelete},\n',
      '        SettingsKey{"Files", "Nodelete", &Settings::Nodelete},\n'
      '        SettingsKey{"Files", "Everything", &Settings::Nodelete},\n'),
+)
+behaviour(
+    RECORDING, "Joins.ACardsMeasuredDelayMovesTheTakesBegin", "recording/talk_along.cpp",
+    ("a measured delay is not used", "*heard + context_.cardDelay()", "*heard"),
+    ("a measured delay is not used for files that come late", "takeBegins_ + context_.cardDelay()", "takeBegins_"),
+)
+
+# --- a card's delay
+
+behaviour(
+    DSP, "Loopback.TwoWaysThatAreAsStrongAreNoAnswer", "dsp/loopback.h",
+    ("a probe that came twice is believed", "mostRival = 0.7", "mostRival = 1.1"),
+)
+behaviour(
+    DSP, "Loopback.WhatIsHeardInAStudioIsNeverTakenForIt", "dsp/loopback.h",
+    ("whatever is most like the probe is the probe", "leastLikeness = 0.3", "leastLikeness = 0"),
+)
+behaviour(
+    DSP, "Loopback.MuchWeakerOrTooLoudOrUpsideDownItIsTheSame", "dsp/loopback.cpp",
+    ("a probe upside down is not found", "std::abs(product(", "(product("),
+)
+behaviour(
+    RECORDING, "Delay.FiguresThatSpreadAreRefusedAndWhatWasKeptStays", "recording/delay_measurement.h",
+    ("figures that spread are kept", "mostSpreadMs = 25", "mostSpreadMs = 1000"),
+)
+behaviour(
+    RECORDING, "Delay.*", "recording/delay_measurement.cpp",
+    ("the largest figure is kept, not the middle one", "delays_.at(delays_.size() / 2)", "delays_.back()"),
+    ("a card that goes while it is measured is not noticed", "card() != card_ || ", ""),
+    ("what was measured with leaves files", "context_.platform.files.remove(file); });", "static_cast<void>(file); });"),
+    ("a card is measured while a take runs", "if (!context_.session.allowed().cmdDelay) {", "if (isRunning()) {"),
+)
+
+# --- where speech is, and what is cut
+
+behaviour(
+    DSP, "Speech.AClickBesideSpeechIsNoPartOfIt", "dsp/speech.cpp",
+    ("a click is speech", "    dropClicks(found);\n", "    static_cast<void>(dropClicks);\n"),
+)
+behaviour(
+    DSP, "Speech.PausesOfATenthAndAHalfPartTheStretches", "dsp/speech.cpp",
+    ("every consonant parts a stretch", "    joinOverPauses(found);\n", "    static_cast<void>(joinOverPauses);\n"),
+)
+behaviour(
+    DSP, "Speech.TheDigitalSilenceOfAServerThatStartsIsNoRoom", "dsp/speech.cpp",
+    ("digital silence is the room", "return window > nothing;", "return window >= 0 * nothing;"),
+)
+behaviour(
+    DSP, "Speech.WhatIsNoVoiceIsNoSpeech", "dsp/speech.cpp",
+    ("noise is speech", "voice < softest || voice < aboveNoise * noise", "voice < softest"),
+)
+behaviour(
+    DSP, "Speech.NineteenOfTwentyEdgesAreWithinTwentyMilliseconds", "dsp/speech.cpp",
+    ("soft beginnings are no speech", "belowVoice = 1.6e-3", "belowVoice = 1.6e-1"),
+)
+behaviour(
+    DSP, "Cutting.TheSeamNeitherClicksNorIsHeardAsAHole", "dsp/cutting.cpp",
+    ("a seam clicks", "crossFadeMs = 5", "crossFadeMs = 0"),
+)
+behaviour(
+    DSP, "Cutting.OnlyEdgesWhereSomethingWasCutOffAreFaded", "dsp/cutting.cpp",
+    ("a begin that stays is faded", "if (begin > 0) {", "if (begin + 1 > 0) {"),
+    ("a cut end clicks", "if (endsEarlier) {", "if (endsEarlier && begin > end) {"),
+)
+behaviour(
+    PRODUCTION, "Fitting.WithShorterPausesTheLastWordEndsBeforeThePostAndEveryWordIsThere", "production/fitting.cpp",
+    ("the last word ends at the post", "beforePostMs = 100", "beforePostMs = 0"),
+    ("the first word loses its begin", "leadMs = 30", "leadMs = -60"),
+)
+behaviour(
+    PRODUCTION, "Fitting.ThePausesShareWhatIsNeeded", "production/fitting.cpp",
+    ("the last pause gives all", "wanted * seen / spare - gone",
+     "seen >= 0 && spare >= 0 ? std::min(wanted - gone, spareBefore(i)) : 0"),
+)
+behaviour(
+    PRODUCTION, "Fitting.WhatCannotFitIsAsItWasAndTellsHowMuchIsTooMuch", "production/fitting.cpp",
+    ("a take becomes as fast as it must", "if (tempo > fastest) {", "if (tempo > 2 * fastest) {"),
+)
+
+# --- the takes of a step, and their outline
+
+behaviour(
+    RECORDING, "Shelving.ANewTakeStandsBesideTheOnesBefore", "recording/take_shelf.cpp",
+    ("a new take has the number of the one before", "shelf.entries.back().number + 1", "shelf.entries.back().number"),
+)
+behaviour(
+    RECORDING, "Shelving.AnEarlierTakeIsChosenAndFiled", "recording/take_shelf.cpp",
+    ("the take that is filed is not the one that was chosen", "entry.isFiled = entry.number == shelf.current;",
+     "entry.isFiled = &entry == &shelf.entries.back();"),
+)
+behaviour(
+    RECORDING, "Shelving.AFolderThatIsNotThereFinishesNoPlaylist", "recording/take_shelf.cpp",
+    ("a folder that is away finishes every playlist", "if (files_.folderExists(newFolder)) {",
+     "if (!newFolder.isEmpty()) {"),
+)
+behaviour(
+    RECORDING, "Shelving.AFinishedPlaylistLeavesTheOriginalsToRecovery", "recording/take_shelf.cpp",
+    ("the originals of a finished playlist stay where they are", "    recovery_.keep(named);\n", ""),
+)
+behaviour(
+    RECORDING, "Shelving.NothingIsChosenWhileATakeRuns", "recording/take_session.cpp",
+    ("another take is chosen while one runs", "!allowed().takes || !reserve", "!reserve"),
+)
+behaviour(
+    WIDGETS, "TheWaveform.HandlesCutBothEnds", "widgets/waveform.cpp",
+    ("the handles are each other's", "return toBegin < toEnd ? Handle::Begin", "return toBegin > toEnd ? Handle::Begin"),
+)
+behaviour(
+    WIDGETS, "TheWaveform.WhatMayNotBeCutHasNoHandles", "widgets/waveform.cpp",
+    ("a filed take has handles", "if (!isCuttable_ || length_ <= 0) {\n        return Handle::None;",
+     "if (length_ <= 0) {\n        return Handle::None;"),
+)
+behaviour(
+    WIDGETS, "TheWaveform.AGrowingSoundIsPaintedOnlyWhereItGrows", "widgets/waveform.cpp",
+    ("a growing sound is painted whole",
+     "    update(QRectF(from - 2, 0, to - from + 4, height()).toAlignedRect());\n    announceValue",
+     "    static_cast<void>(from + to);\n    update();\n    announceValue"),
+)
+
+# --- what is dropped, and how a microphone is spoken into
+
+behaviour(
+    PRODUCTION, "Dropping.*", "production/sound_drop.cpp",
+    ("a dropped file replaces a voice track unasked", "if (!mayReplace(job)) {", "if (false && !mayReplace(job)) {"),
+    ("a drop goes on beside a take that began meanwhile", "!problem.isEmpty() || !(import_", "!(import_"),
+    ("a dropped file that holds no sound is filed", "return lengths.of(0) >= 0;", "return true;"),
+)
+behaviour(
+    RECORDING, "InputLevel.OneClipIsTooLoudForThreeSeconds", "recording/input_level.cpp",
+    ("one clip is nothing", "if (highest >= clippedLevel) {", "if (std::min(highest, loud) >= clippedLevel) {"),
+)
+behaviour(
+    RECORDING, "InputLevel.DoesNotFlickerAtALimit", "recording/input_level.cpp",
+    ("the verdict flickers at a limit", "sluggishness = 1.5F", "sluggishness = 0.0F"),
 )

@@ -154,6 +154,19 @@ TEST(WhatIsAllowed, FollowsFromStateModeStepAndTake) {
     }
 }
 
+TEST(WhatIsAllowed, ACardsDelayIsMeasuredWhileNothingRuns) {
+    for (const SessionState state :
+         {SessionState::CountingDown, SessionState::Recording, SessionState::Processing, SessionState::Listening,
+          SessionState::Filing, SessionState::Joining, SessionState::Measuring}) {
+        EXPECT_FALSE(allowed(state, desk, slot, waiting).cmdDelay);
+    }
+    EXPECT_TRUE(allowed(SessionState::Idle, desk, nowhere, nothing).cmdDelay);
+    EXPECT_FALSE(allowed(SessionState::Idle, recorder, music, nothing).cmdDelay) << "there nothing is heard along";
+    const Allowed may = allowed(SessionState::Measuring, desk, slot, waiting);
+    EXPECT_FALSE(may.cmdRec || may.cmdPlay || may.cmdSave || may.cmdImport || may.lists || may.dbgLijst);
+    EXPECT_FALSE(may.cmdInVerband || may.cmdHeleUur || may.takes || may.cut);
+}
+
 TEST(WhatIsAllowed, AnotherTakeOfTheStepIsChosenWhileNothingRuns) {
     for (const SessionState state : {SessionState::Idle, SessionState::CountingDown, SessionState::Recording,
                                      SessionState::Processing, SessionState::Listening, SessionState::Filing}) {

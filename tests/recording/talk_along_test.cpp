@@ -2,6 +2,7 @@
 #include "tests/desk.h"
 
 #include <chrono>
+#include <thread>
 
 namespace orvel {
 
@@ -70,6 +71,29 @@ TEST_F(Joins, AlongATakeTheItemsAreHeardSoThatTheOutroBeginsWithIt) {
     EXPECT_TRUE(along().isPlaying());
     session.cmdRec_Click();
     EXPECT_FALSE(along().isPlaying()) << "nothing sounds on after the stop";
+}
+
+/// What the presenter says to what is heard comes so much later, by the same figures.
+TEST_F(Joins, ACardsMeasuredDelayMovesTheTakesBegin) {
+    have({"een.mp3", "drie.mp3"});
+    talkAlong.setOn(true);
+    select(link1);
+    for (const auto delay : {23400us, -200000us}) {
+        cardDelay = delay;
+        session.cmdRec_Click();
+        const Clock::time_point heard = Clock::now();
+        along().hearZeroAt(heard);
+        timers.advance(3000);
+        EXPECT_EQ(sound.takeBeganAt(), heard + delay);
+        session.cmdRec_Click();
+    }
+    settings.Countdown = 0;
+    session.cmdRec_Click();
+    ASSERT_TRUE(along().zeroAt());
+    const Clock::time_point begins = *along().zeroAt();
+    std::this_thread::sleep_until(begins); // nothing is heard yet: files that come late
+    timers.advance(1000);
+    EXPECT_EQ(sound.takeBeganAt(), begins + cardDelay);
 }
 
 TEST_F(Joins, SwitchedOffNothingIsHeardAndTheTakeBeginsAsEver) {

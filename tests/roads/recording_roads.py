@@ -136,28 +136,43 @@ def killed_while_recording(road):
 
 
 def keyboard_alone(road):
-    """A whole playlist without a mouse, three keys a link: record, stop, save, and the next link is ready."""
-    playlist = road.path("new", "avond-2000.mdb")
+    """A whole hour without a mouse, three keys a link: record, stop, save, and the next link is ready."""
+    playlist = road.path("new", "ochtend-0700.mdb")
     names = [step["Atrack"] for step in road.steps(playlist) if step["type"] == "2" and step["Imported"] == "0"]
-    assert len(names) >= 2, names
+    assert len(names) == 5, names
+    set_key(road.station, "Countdown", "0")
     road.start()
-    road.desk.find("avond-2000.mdb", "list item", 30)
+    road.desk.find("ochtend-0700.mdb", "list item", 30)
     road.desk.tab_to("Te bewerken playlists")
+    road.desk.type("och")
     road.desk.key("Return")
     road.desk.find("Link 1", "table cell")
     road.desk.key("F6")
+    pressed = []
+    def press(key):
+        pressed.append(key)
+        road.desk.key(key)
+    words = {}
     for name in names:
-        road.desk.key("F5")
+        press("F5")
         road.desk.find(STOP, "push button", 30)
-        spoken = road.desk.say("Dit is een link zonder muis.")
-        time.sleep(spoken + 0.5)
-        road.desk.key("F5")
+        words[name] = road.desk.say("Zonder muis.")
+        time.sleep(words[name] + 0.4)
+        press("F5")
         road.desk.enabled(SAVE)
-        road.desk.key("F4")
-        filed = road.path("ok", name + ".mp3")
-        wait_for(f"the voice track {name}", lambda: os.path.exists(filed))
-        assert float(road.probe(filed, "format=duration")[0]) > spoken
+        press("F4")
+        wait_for(f"the voice track {name}", lambda track=name: os.path.exists(road.path("ok", track + ".mp3")))
+    assert pressed == ["F5", "F5", "F4"] * 5, pressed
+    road.desk.find("Playlist Klaar ?", seconds=20)
+    road.picture("question")
+    road.desk.tab_to("Ja")
+    road.desk.key("Return")
+    finished = road.path("ok", "ochtend-0700.mdb")
+    wait_for("the finished playlist", lambda: os.path.exists(finished) and not os.path.exists(playlist))
     road.picture("done")
+    assert all(step["Imported"] == "1" for step in road.steps(finished) if step["Atrack"] in names)
+    for name in names:
+        assert float(road.probe(road.path("ok", name + ".mp3"), "format=duration")[0]) > words[name], name
 
 
 ROADS = (click_to_file, keyboard_alone, finish_playlist, server_mode, recorder, no_sound_card, microphone_unplugged,
