@@ -37,6 +37,8 @@ class StepPanel : public QWidget {
     using QWidget::show;
     /// There is more of the take's outline, or another one.
     void showPicture();
+    /// Without the neighbours, which the grid shows too, and with a lower bar.
+    void setDense(bool dense);
     void showPhase(const TalkPhase &phase);
     /// The bar alone: this runs a hundred times a second.
     void showBar(const CurrentStep &step);
