@@ -13,6 +13,7 @@ bool startUnderSplash(frmMain &window, frmSplash &splash) {
     splash.close();
     if (goesOn) {
         window.show();
+        guarded([&] { window.showFirstSetup(); });
         guarded([&] { window.showUnfiled(); });
     }
     return goesOn;

@@ -27,6 +27,8 @@ class IniFile {
     [[nodiscard]] QString value(const QString &section, const QString &key) const;
     /// Names of the keys of a section, in the file's order.
     [[nodiscard]] QStringList keys(const QString &section) const;
+    /// Whether there is no key at all; a file that cannot be read is not known to be empty.
+    [[nodiscard]] bool isEmpty() const { return keys_.isEmpty() && !unreadable_; }
     /// Gives an existing key its new value, on its line and in this spelling; a new key goes to the end of its section,
     /// a new section to the end of the file. A value that has blanks or quotes at its ends is put in quotes, so that it
     /// is read as it was given; line breaks in it become blanks.

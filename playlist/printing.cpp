@@ -70,9 +70,13 @@ QVariantMap Printing::values() const {
         steps->moveTo(row);
         QVariantMap step = stepValues(*steps);
         // By what was just read: another program may have added steps to the open playlist.
-        step.insert(QStringLiteral("missing"),
-                    filed && filed->lack(fieldOf(*steps, TypeColumn), fieldOf(*steps, ImportedColumn),
-                                         fieldOf(*steps, AtrackColumn)));
+        const StepTrack track = filed ? tracks_.look(*filed, fieldOf(*steps, TypeColumn),
+                                                     fieldOf(*steps, ImportedColumn), fieldOf(*steps, AtrackColumn))
+                                      : StepTrack();
+        step.insert(QStringLiteral("missing"), track.isMissing);
+        step.insert(QStringLiteral("lacking"), step.value(QStringLiteral("finished")).toBool()
+                                                   ? track.stations.lacking.join(QStringLiteral(", "))
+                                                   : QString());
         const bool isSlot = step.value(QStringLiteral("presentation")).toBool();
         length += lengthOf(*steps);
         slots_ += isSlot ? 1 : 0;

@@ -25,8 +25,8 @@ class Printing {
 
     /// What the template may use. Of the playlist: playlist, date, count, slots, done, length, steps. Of each step:
     /// number, time, performer, title, length (m:ss), intro and outro (seconds), voicetrack, presentation, finished,
-    /// missing (finished, but its MP3 is not in its folder),
-    /// and every field under its own name in lower case. Without a value: blank.
+    /// missing (finished, but its MP3 is not in its folder), lacking (the stations that a finished step has nothing
+    /// for, where it is voiced per station), and every field under its own name in lower case. Without a value: blank.
     [[nodiscard]] QVariantMap values() const;
 
   private:

@@ -76,18 +76,24 @@ StationCount VoiceTracks::count(const FiledTracks &there, const QString &Atrack)
     return hasOwn ? count : StationCount();
 }
 
+StepTrack VoiceTracks::look(const FiledTracks &there, const QVariant &type, const QVariant &Imported,
+                            const QVariant &Atrack) const {
+    const StationCount stations = type.toInt() == PresStep ? count(there, Atrack.toString()) : StationCount();
+    return {stations, stations.there == 0 && there.lack(type, Imported, Atrack)};
+}
+
 TrackLook VoiceTracks::look(const Playlist &playlist) const {
     const std::optional<FiledTracks> there = filed();
     TrackLook seen;
     for (int row = 0; there && row < playlist.stepCount(); ++row) {
         // A row that cannot be read is told elsewhere.
         ignoringErrors([&] {
-            const QVariant type = playlist.value(row, TypeColumn);
-            const QVariant Atrack = playlist.value(row, AtrackColumn);
-            const StationCount stations = type.toInt() == PresStep ? count(*there, Atrack.toString()) : StationCount();
-            if (stations.there > 0) {
-                seen.stations.insert(row, stations);
-            } else if (there->lack(type, playlist.value(row, ImportedColumn), Atrack)) {
+            const StepTrack step = look(*there, playlist.value(row, TypeColumn), playlist.value(row, ImportedColumn),
+                                        playlist.value(row, AtrackColumn));
+            if (step.stations.there > 0) {
+                seen.stations.insert(row, step.stations);
+            }
+            if (step.isMissing) {
                 seen.missing.insert(row);
             }
         });

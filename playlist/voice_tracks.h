@@ -49,6 +49,12 @@ struct StationCount {
     bool operator==(const StationCount &) const = default;
 };
 
+/// What the folder tells of one step.
+struct StepTrack {
+    StationCount stations;
+    bool isMissing = false; ///< done, and there is nothing to broadcast anywhere
+};
+
 /// What one look at the folder told about the steps of a playlist, by row.
 struct TrackLook {
     QSet<int> missing;                 ///< marked presentation steps without their MP3
@@ -70,6 +76,9 @@ class VoiceTracks {
     /// What there is in the folder; nothing when it gives no answer.
     [[nodiscard]] std::optional<FiledTracks> filed() const;
     [[nodiscard]] TrackLook look(const Playlist &playlist) const;
+    /// Of one step, by the values of its fields.
+    [[nodiscard]] StepTrack look(const FiledTracks &there, const QVariant &type, const QVariant &Imported,
+                                 const QVariant &Atrack) const;
     /// Every station with its version of a voice track, in the list's order; nothing when the folder gives no answer.
     [[nodiscard]] std::vector<StationVersion> versions(const QString &Atrack) const;
     /// Who has nothing to broadcast of a step that is voiced per station; empty for other steps.

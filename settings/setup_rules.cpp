@@ -1,12 +1,17 @@
 #include "settings/setup_rules.h"
 
 #include "platform/file_system.h"
+#include "platform/ini_file.h"
 #include "platform/runtime_error.h"
 #include "station/places.h"
 
 #include <QObject>
 
 namespace orvel {
+
+bool hasSettings(FileSystem &files, const QString &programFolder) {
+    return !IniFile(files, Places(programFolder).settingsFile()).isEmpty();
+}
 
 QString databaseFolderProblem(const FileSystem &files, const QString &folder, bool used) {
     if (!folder.isEmpty() && !files.folderExists(folder)) {
@@ -19,6 +24,14 @@ QString databaseFolderProblem(const FileSystem &files, const QString &folder, bo
 QString voiceFolderProblem(const FileSystem &files, const QString &folder, bool used) {
     const bool wanted = used || !folder.isEmpty();
     return wanted && !files.folderExists(folder) ? QObject::tr("Deze map bestaat niet.") : QString();
+}
+
+QString missingDatabaseFolder(const QString &folder) {
+    return folder.isEmpty() ? QObject::tr("Nog niet ingevuld: nodig om nummers te kunnen voorbeluisteren.") : QString();
+}
+
+QString missingVoiceFolder(const QString &folder) {
+    return folder.isEmpty() ? QObject::tr("Nog niet ingevuld: nodig om op de server weg te schrijven.") : QString();
 }
 
 QString chooserStart(const FileSystem &files, const QString &text, const QString &programFolder) {

@@ -8,11 +8,18 @@ namespace orvel {
 
 // What the setup dialog decides.
 
+/// Whether anything was ever set: false where the settings file is missing or without any key.
+[[nodiscard]] bool hasSettings(FileSystem &files, const QString &programFolder);
+
 /// Why the folder of the catalogues cannot be used; empty when it can. used: whether catalogues are wanted at all.
 [[nodiscard]] QString databaseFolderProblem(const FileSystem &files, const QString &folder, bool used);
 
 /// Why the server's folder of voice tracks cannot be used; empty when it can. An empty folder is fine unless used.
 [[nodiscard]] QString voiceFolderProblem(const FileSystem &files, const QString &folder, bool used);
+
+/// What a folder is for that was never filled in; empty for one that was.
+[[nodiscard]] QString missingDatabaseFolder(const QString &folder);
+[[nodiscard]] QString missingVoiceFolder(const QString &folder);
 
 /// Where a chooser of folders begins: in the one of the text, or in the program's own where there is no text or the
 /// folder gives no answer.

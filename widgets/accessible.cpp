@@ -4,10 +4,13 @@
 #include <QAccessible>
 #include <QAccessibleWidget>
 #include <QComboBox>
+#include <QDial>
 #include <QHash>
 #include <QSlider>
 #include <QVariant>
 #include <QWidget>
+
+#include <algorithm>
 
 namespace orvel {
 
@@ -19,7 +22,7 @@ QAccessible::Role roleOf(const QString &className) {
         {"orvel::TimeDisplay", QAccessible::StaticText}, {"orvel::LedLabel", QAccessible::StaticText},
         {"orvel::Lamp", QAccessible::Indicator},         {"orvel::LevelMeter", QAccessible::ProgressBar},
         {"orvel::SpinButton", QAccessible::SpinBox},     {"orvel::Waveform", QAccessible::Slider},
-        {"orvel::AlarmLine", QAccessible::AlertMessage},
+        {"orvel::AlarmLine", QAccessible::AlertMessage}, {"orvel::StatusLine", QAccessible::AlertMessage},
     };
     return roles.value(className, QAccessible::NoRole);
 }
@@ -142,26 +145,43 @@ class ComboAccessible : public ShowsText {
     }
 };
 
-/// A slider whose largest value lies at its lower end is read the way it is seen: up is more.
+/// A slider whose largest value lies at its lower end is read the way it is seen: up is more. What is a part of a whole
+/// (the property "percent") is read from 0 to 100, whatever the steps are that it goes by.
 class SliderAccessible : public QAccessibleWidget, public QAccessibleValueInterface {
   public:
-    explicit SliderAccessible(QSlider *slider) : QAccessibleWidget(slider, QAccessible::Slider) {}
+    SliderAccessible(QAbstractSlider *slider, QAccessible::Role role) : QAccessibleWidget(slider, role) {}
 
     void *interface_cast(QAccessible::InterfaceType type) override {
         return type == QAccessible::ValueInterface ? static_cast<QAccessibleValueInterface *>(this)
                                                    : QAccessibleWidget::interface_cast(type);
     }
     QString text(QAccessible::Text kind) const override {
-        return kind == QAccessible::Value ? currentValue().toString() : QAccessibleWidget::text(kind);
+        if (kind != QAccessible::Value) {
+            return QAccessibleWidget::text(kind);
+        }
+        const QString number = currentValue().toString();
+        return isPercent() ? number + QStringLiteral(" %") : number;
     }
-    QVariant currentValue() const override { return asSeen(slider().value()); }
-    QVariant minimumValue() const override { return slider().minimum(); }
-    QVariant maximumValue() const override { return slider().maximum(); }
-    QVariant minimumStepSize() const override { return slider().singleStep(); }
-    void setCurrentValue(const QVariant &value) override { slider().setValue(asSeen(value.toInt())); }
+    QVariant currentValue() const override { return told(asSeen(slider().value()), slider().minimum()); }
+    QVariant minimumValue() const override { return isPercent() ? 0 : slider().minimum(); }
+    QVariant maximumValue() const override { return isPercent() ? wholePercent : slider().maximum(); }
+    QVariant minimumStepSize() const override { return std::max(1, told(slider().singleStep(), 0)); }
+    void setCurrentValue(const QVariant &value) override {
+        const int wanted =
+            isPercent() ? slider().minimum() + qRound(value.toDouble() * range() / wholePercent) : value.toInt();
+        slider().setValue(asSeen(wanted));
+    }
 
   private:
-    QSlider &slider() const { return *static_cast<QSlider *>(widget()); }
+    static constexpr int wholePercent = 100;
+
+    QAbstractSlider &slider() const { return *static_cast<QAbstractSlider *>(widget()); }
+    bool isPercent() const { return widget()->property("percent").toBool() && range() > 0; }
+    int range() const { return slider().maximum() - slider().minimum(); }
+    /// In percent of the range, counted from `from`, or as it is.
+    int told(int value, int from) const {
+        return isPercent() ? qRound(double(value - from) * wholePercent / range()) : value;
+    }
     int asSeen(int value) const {
         return slider().invertedAppearance() ? slider().minimum() + slider().maximum() - value : value;
     }
@@ -182,7 +202,10 @@ QAccessibleInterface *makeAccessible(const QString &className, QObject *object) 
         return new ComboAccessible(box);
     }
     if (auto *slider = qobject_cast<QSlider *>(object); slider != nullptr && className == QLatin1String("QSlider")) {
-        return new SliderAccessible(slider);
+        return new SliderAccessible(slider, QAccessible::Slider);
+    }
+    if (auto *knob = qobject_cast<QDial *>(object); knob != nullptr && className == QLatin1String("orvel::Knob")) {
+        return new SliderAccessible(knob, QAccessible::Dial);
     }
     return widget != nullptr && role != QAccessible::NoRole ? new WidgetAccessible(widget, role) : nullptr;
 }
@@ -214,11 +237,10 @@ void announceState(QWidget &widget) {
 }
 
 void announceAlert(QWidget &widget) {
-    if (QAccessible::isActive()) {
-        for (const QAccessible::Event kind : {QAccessible::NameChanged, QAccessible::Alert}) {
-            QAccessibleEvent event(&widget, kind);
-            QAccessible::updateAccessibility(&event);
-        }
+    // Rare enough to be told whether or not a screen reader has said yet that it listens.
+    for (const QAccessible::Event kind : {QAccessible::NameChanged, QAccessible::Alert}) {
+        QAccessibleEvent event(&widget, kind);
+        QAccessible::updateAccessibility(&event);
     }
 }
 

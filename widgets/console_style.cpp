@@ -1,5 +1,7 @@
 #include "widgets/console_style.h"
 
+#include "widgets/theme.h"
+
 #include <QPainter>
 #include <QPixmap>
 #include <QStyleOption>
@@ -228,6 +230,18 @@ QIcon ConsoleStyle::standardIcon(StandardPixmap which, const QStyleOption *optio
     default:
         return QProxyStyle::standardIcon(which, option, widget);
     }
+}
+
+// What cannot be operated now keeps its shape: Fusion would let it fade into the window.
+QPixmap ConsoleStyle::generatedIconPixmap(QIcon::Mode mode, const QPixmap &pixmap, const QStyleOption *option) const {
+    if (mode != QIcon::Disabled) {
+        return QProxyStyle::generatedIconPixmap(mode, pixmap, option);
+    }
+    QPixmap quiet(pixmap);
+    QPainter painter(&quiet);
+    painter.setCompositionMode(QPainter::CompositionMode_SourceAtop);
+    painter.fillRect(quiet.rect(), themeColour(ThemeRole::DisabledText));
+    return quiet;
 }
 
 int ConsoleStyle::pixelMetric(PixelMetric metric, const QStyleOption *option, const QWidget *widget) const {

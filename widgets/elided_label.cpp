@@ -14,8 +14,17 @@ QSize ElidedLabel::minimumSizeHint() const {
     return {fontMetrics().averageCharWidth() * 4, QLabel::minimumSizeHint().height()};
 }
 
+void ElidedLabel::setText(const QString &text) {
+    QLabel::setText(text);
+    tellWhole();
+}
+
 void ElidedLabel::resizeEvent(QResizeEvent *event) {
     QLabel::resizeEvent(event);
+    tellWhole();
+}
+
+void ElidedLabel::tellWhole() {
     setToolTip(fontMetrics().horizontalAdvance(text()) > contentsRect().width() ? text() : QString());
 }
 

@@ -11,11 +11,17 @@ class ElidedLabel : public QLabel {
   public:
     explicit ElidedLabel(QWidget *parent = nullptr);
 
+    /// Hides the one of QLabel, which tells nobody that the tooltip is another one now.
+    void setText(const QString &text);
+
     [[nodiscard]] QSize minimumSizeHint() const override;
 
   protected:
     void paintEvent(QPaintEvent *event) override;
     void resizeEvent(QResizeEvent *event) override;
+
+  private:
+    void tellWhole();
 };
 
 } // namespace orvel

@@ -1,5 +1,7 @@
 #include "widgets/knob.h"
 
+#include "widgets/accessible.h"
+
 #include <QMouseEvent>
 #include <QPainter>
 #include <QtMath>
@@ -18,6 +20,8 @@ constexpr double spanDegrees = 270;
 } // namespace
 
 Knob::Knob(QWidget *parent) : QDial(parent) {
+    installAccessibility();
+    setProperty("percent", true);
     setRange(0, maximumValue);
     setSingleStep(maximumValue / 100);
     setPageStep(maximumValue / 10);

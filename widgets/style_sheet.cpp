@@ -34,7 +34,7 @@ QToolBar QToolButton:pressed { background: @line; }
 QToolBar QToolButton:focus { border: 2px solid @accent; }
 QToolBar QToolButton:disabled { border: 1px solid transparent; }
 
-QPushButton[role="primary"] { background: @accent; color: @accentText; border-color: @accent; font-weight: bold; }
+QPushButton[role="primary"] { border: 2px solid @accent; margin: 0px; font-weight: bold; }
 QPushButton[role="primary"]:hover { border-color: @text; }
 QPushButton[role="primary"]:focus { border: 2px solid @text; }
 QPushButton[role="low"] { padding: 0px 0.9em; }
@@ -50,7 +50,7 @@ QPushButton[role="record"] {
 }
 QPushButton[role="record"]:hover { background: @hover; }
 QPushButton[role="record"]:pressed { background: @record; color: @recordText; }
-QPushButton[role="record"]:focus { border: 5px solid @record; margin: 0px; background: @hover; }
+QPushButton[role="record"]:focus { border: 5px solid @record; margin: 0px; }
 QPushButton[role="record"][recording="true"] { background: @record; color: @recordText; border-color: @record; }
 QPushButton[role="record"][recording="true"]:focus { border: 5px solid @recordText; }
 QPushButton[role="record"]:disabled { background: @panel; color: @disabled; border: 3px dashed @line; }
@@ -69,6 +69,7 @@ QGroupBox {
     background: @panel; border: 1px solid @line; border-radius: 6px; margin: 0px;
     padding: 1.9em 0.2em 0.2em 0.2em;
 }
+QGroupBox[dense="true"] { padding: 0.2em; }
 QGroupBox::title {
     subcontrol-origin: border; subcontrol-position: top left; left: 0.7em; top: 0.5em; color: @muted;
 }

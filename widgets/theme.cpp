@@ -6,6 +6,7 @@
 
 #include <QApplication>
 #include <QPalette>
+#include <QPixmapCache>
 #include <QStyle>
 #include <QVariant>
 #include <QWidget>
@@ -40,7 +41,7 @@ Tone toneOf(ThemeRole role) {
     case ThemeRole::MutedText:
         return {0xffaab5c2, 0xff4c5763};
     case ThemeRole::DisabledText:
-        return {0xff75808c, 0xff8b95a0};
+        return {0xff838e9a, 0xff737d88};
     case ThemeRole::Accent:
         return {0xff62b4e8, 0xff0f6ea8};
     case ThemeRole::AccentText:
@@ -78,7 +79,7 @@ QPalette themePalette() {
     set(QPalette::ToolTipBase, ThemeRole::Raised, ThemeRole::Raised);
     set(QPalette::ToolTipText, ThemeRole::Text, ThemeRole::Text);
     set(QPalette::Highlight, ThemeRole::Accent, ThemeRole::Line);
-    set(QPalette::HighlightedText, ThemeRole::AccentText, ThemeRole::DisabledText);
+    set(QPalette::HighlightedText, ThemeRole::AccentText, ThemeRole::MutedText);
     set(QPalette::Link, ThemeRole::Accent, ThemeRole::DisabledText);
     set(QPalette::LinkVisited, ThemeRole::Accent, ThemeRole::DisabledText);
     set(QPalette::Light, ThemeRole::Hover, ThemeRole::Hover);
@@ -109,6 +110,7 @@ void applyTheme(QApplication &application, ThemeVariant variant) {
     variantInUse() = variant;
     QApplication::setStyle(new ConsoleStyle);
     QApplication::setPalette(themePalette());
+    QPixmapCache::clear(); // of icons in the other theme's tone
     application.setStyleSheet(
         styleSheet([](ThemeRole role) { return themeColour(role).name(); }, QApplication::font()));
 }

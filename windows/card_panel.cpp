@@ -218,18 +218,17 @@ void CardPanel::followCards() {
 }
 
 MeterPanel::MeterPanel(QWidget *parent)
-    : QWidget(parent), levLeft(new LevelMeter(this)), levRight(new LevelMeter(this)) {
+    : QWidget(parent), levLeft(new LevelMeter(this)), levRight(new LevelMeter(this)), scale_(new LevelScale(this)) {
     levLeft->setObjectName(QStringLiteral("levLeft"));
     levLeft->setAccessibleName(tr("Niveau links"));
     levRight->setObjectName(QStringLiteral("levRight"));
     levRight->setAccessibleName(tr("Niveau rechts"));
-    auto *scale = new LevelScale(this);
-    scale->setObjectName(QStringLiteral("MMLevelScaleX1"));
+    scale_->setObjectName(QStringLiteral("MMLevelScaleX1"));
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->setSpacing(2);
     layout->addWidget(levLeft);
-    layout->addWidget(scale);
+    layout->addWidget(scale_);
     layout->addWidget(levRight);
 }
 

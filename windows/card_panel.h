@@ -93,8 +93,13 @@ class MeterPanel : public QWidget {
 
     /// Highest samples since the last look, 0..1.
     void setLevels(float left, float right);
+    /// Without the scale.
+    void setDense(bool dense) { scale_->setVisible(!dense); }
     /// A mono level, shown on both.
     void setLevel(float peak) { setLevels(peak, peak); }
+
+  private:
+    LevelScale *const scale_;
 };
 
 } // namespace orvel

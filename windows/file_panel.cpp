@@ -6,6 +6,7 @@
 #include "widgets/theme.h"
 #include "windows/named.h"
 #include "windows/on.h"
+#include "windows/scrollable.h"
 
 #include <QGuiApplication>
 #include <QSignalBlocker>
@@ -50,6 +51,10 @@ class PlaylistDelegate : public QStyledItemDelegate {
   protected:
     void initStyleOption(QStyleOptionViewItem *option, const QModelIndex &index) const override {
         QStyledItemDelegate::initStyleOption(option, index);
+        // What cannot be opened says so by more than its colour; why not is its tooltip.
+        if (index.data(Qt::ToolTipRole).isValid()) {
+            option->text.prepend(QStringLiteral("\u26A0 "));
+        }
         const QVariant progress = index.data(progressRole);
         if (progress.isValid()) {
             option->font.setBold(true);
@@ -87,9 +92,16 @@ FilePanel::FilePanel(Platform &platform, const Settings &settings, const Current
     tabFiles->setAccessibleName(tr("Playlistmappen"));
     tabFiles->addTab(page(filNew, cmdWisNew), QStringLiteral("Te bewerken"));
     tabFiles->addTab(page(filOK, cdmWisKlaar), QStringLiteral("Afgewerkt"));
+    setAccessibleName(title());
+    // Where the window is low, the playlists are scrolled to, not cut off.
+    auto *content = new QWidget;
+    auto *parts = new QVBoxLayout(content);
+    parts->setContentsMargins(0, 0, 0, 0);
+    parts->addWidget(tabFiles);
+    parts->addWidget(cmdHerstellen);
     auto *layout = new QVBoxLayout(this);
-    layout->addWidget(tabFiles);
-    layout->addWidget(cmdHerstellen);
+    layout->setContentsMargins(0, 0, 0, 0);
+    layout->addWidget(scrollable(content));
     on(tabFiles, &QTabWidget::currentChanged, this, &FilePanel::tabFiles_Click);
     on(filNew, &QListWidget::itemClicked, this, &FilePanel::filNew_Click);
     on(filNew, &QListWidget::itemActivated, this, [this] {
@@ -119,6 +131,11 @@ void FilePanel::refill(QListWidget &list, const QString &folder) {
     if (!selected.isEmpty() && !again.isEmpty()) {
         list.setCurrentItem(again.first());
     }
+}
+
+void FilePanel::setDense(bool dense) {
+    setTitle(dense ? QString() : accessibleName());
+    setStyleProperty(*this, "dense", dense ? QStringLiteral("true") : QString());
 }
 
 void FilePanel::refreshNew() {

@@ -34,6 +34,8 @@ class FilePanel : public QGroupBox {
     /// Show the folders' present playlists; a selected one that is still there stays selected. A to-do file that cannot
     /// be opened as a playlist is greyed, with the reason as its tooltip.
     void refreshNew();
+    /// Without its title.
+    void setDense(bool dense);
     void refreshOk();
     /// Opens a playlist to do, as a click would. Throws what opening throws.
     void open(const QString &name);

@@ -88,7 +88,7 @@ FolderBrowser::FolderBrowser(FileSystem &files, QStringList patterns, Files show
 
 void FolderBrowser::layOut(Files shown) {
     const int line = fontMetrics().height();
-    Dir1->setMinimumSize(line * 14, line * 10);
+    Dir1->setMinimumSize(line * 12, line * 3);
     path_->setObjectName(QStringLiteral("lblPath"));
     path_->setAccessibleDescription(tr("Gekozen map"));
     path_->setSizePolicy(QSizePolicy::Ignored, QSizePolicy::Preferred);
@@ -107,7 +107,7 @@ void FolderBrowser::layOut(Files shown) {
         File1->hide();
         return;
     }
-    File1->setMinimumSize(line * 18, line * 10);
+    File1->setMinimumSize(line * 15, line * 3);
     grid->addWidget(caption(this, "Label3", tr("Bestanden"), File1), 0, 1);
     grid->addWidget(File1, 1, 1, 3, 1);
     grid->setColumnStretch(1, 1);

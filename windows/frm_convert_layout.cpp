@@ -3,6 +3,7 @@
 #include "windows/frm_convert.h"
 #include "windows/named.h"
 #include "windows/on.h"
+#include "windows/open_as.h"
 #include "windows/whole_rows.h"
 
 #include <QHBoxLayout>
@@ -22,7 +23,7 @@ void setUpPlan(QTableWidget &list) {
     showWholeRows(list);
     list.setSelectionMode(QAbstractItemView::NoSelection);
     list.horizontalHeader()->setSectionResizeMode(0, QHeaderView::Stretch);
-    list.setMinimumHeight(list.fontMetrics().height() * 8);
+    list.setMinimumHeight(list.fontMetrics().height() * 4);
 }
 
 } // namespace
@@ -51,7 +52,8 @@ frmConvert::frmConvert(ImportDesk context, QWidget *parent)
     lstFailed->setObjectName(QStringLiteral("lstFailed"));
     lstFailed->setAccessibleName(tr("Bestanden die niet konden worden omgezet"));
     lstFailed->setSelectionMode(QAbstractItemView::NoSelection);
-    lstFailed->setFixedHeight(fontMetrics().height() * 4);
+    lstFailed->setMinimumHeight(fontMetrics().height() * 2);
+    lstFailed->setMaximumHeight(fontMetrics().height() * 4);
     lblStep->setObjectName(QStringLiteral("lblStep"));
     lblStep->setWordWrap(true);
     lstPlan->setColumnCount(5);
@@ -94,6 +96,8 @@ void frmConvert::layOut() {
     layout->addWidget(failed);
     layout->addWidget(lstFailed);
     layout->addLayout(buttons);
+    const int line = fontMetrics().height();
+    openAs(*this, {line * 46, line * 40});
 }
 
 } // namespace orvel

@@ -2,6 +2,7 @@
 
 #include "windows/named.h"
 #include "windows/on.h"
+#include "windows/open_as.h"
 #include "windows/whole_rows.h"
 
 #include <QHBoxLayout>
@@ -25,8 +26,7 @@ frmKeys::frmKeys(const std::vector<DeskKeyStroke> &keys, QWidget *parent)
         lstKeys->setItem(row, 0, new QTableWidgetItem(stroke.key.toString(QKeySequence::NativeText)));
         lstKeys->setItem(row, 1, new QTableWidgetItem(stroke.what));
     }
-    lstKeys->setMinimumSize(fontMetrics().averageCharWidth() * 72,
-                            lstKeys->verticalHeader()->defaultSectionSize() * (lstKeys->rowCount() + 1) + line);
+    lstKeys->setMinimumSize(fontMetrics().averageCharWidth() * 60, line * 8);
     auto *hint =
         new QLabel(tr("Een link inspreken: opname starten, stoppen, bewaren. De volgende link staat dan klaar."), this);
     hint->setWordWrap(true);
@@ -47,6 +47,8 @@ frmKeys::frmKeys(const std::vector<DeskKeyStroke> &keys, QWidget *parent)
     layout->addWidget(hint);
     layout->addWidget(lstKeys, 1);
     layout->addLayout(buttons);
+    const int rows = lstKeys->verticalHeader()->defaultSectionSize() * (lstKeys->rowCount() + 1);
+    openAs(*this, {fontMetrics().averageCharWidth() * 80, rows + line * 9});
 }
 
 } // namespace orvel

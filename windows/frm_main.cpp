@@ -9,9 +9,11 @@
 #include "playlist/printing.h"
 #include "production/transcode.h"
 #include "recording/player_settings.h"
+#include "settings/setup_rules.h"
 #include "station/ignore_errors.h"
 #include "station/work_folders.h"
 #include "widgets/alarm_line.h"
+#include "widgets/status_line.h"
 #include "windows/card_panel.h"
 #include "windows/desk_drops.h"
 #include "windows/desk_menus.h"
@@ -194,6 +196,7 @@ bool frmMain::Form_Load() {
 }
 
 void frmMain::loadSettings() {
+    isNew_ = !hasSettings(platform_.files, workplace_.places.programFolder());
     LoadSettings(platform_.files, workplace_.places.programFolder(), workplace_.settings, processorSettings_);
     stored_ = workplace_.settings;
     workplace_.drives = loadDrives(platform_.files, workplace_.places.programFolder());
@@ -356,6 +359,7 @@ void frmMain::showDesk() {
         chooser->versions->stop(); // what is heard would be recorded
     }
     showProgress();
+    announceRecording();
 }
 
 void frmMain::wavTake_seekWanted(double milliseconds) {
@@ -402,7 +406,15 @@ void frmMain::showTick() {
 }
 
 void frmMain::tell(const QString &sentence) {
-    panels_.lblStatus->setText(sentence);
+    panels_.lblStatus->tell(sentence);
+}
+
+void frmMain::announceRecording() {
+    const bool records = workplace_.session.state() == SessionState::Recording;
+    if (std::exchange(wasRecording_, records) != records) {
+        panels_.lblStatus->announce(records ? tr("De aftelling is voorbij, de opname loopt.")
+                                            : tr("De opname is gestopt."));
+    }
 }
 
 } // namespace orvel

@@ -35,6 +35,7 @@ class PlaybackPanel;
 class ProcessorPanel;
 class RecorderPanel;
 class SavePanel;
+class StatusLine;
 class StepPanel;
 class TakesPanel;
 class frmAdv;
@@ -73,7 +74,7 @@ struct Panels {
     QTabWidget *tabRec = nullptr;
     QToolButton *cmdFold = nullptr; ///< folds tabRec down to its tabs
     QToolBar *tlbMain = nullptr;
-    QLabel *lblStatus = nullptr;
+    StatusLine *lblStatus = nullptr;
     QToolButton *cmdWerkmap = nullptr; ///< names the home and opens another; only where letSwitch() was called
 };
 
@@ -108,6 +109,8 @@ class frmMain : public QMainWindow {
     void cmdWerkmap_Click();
     /// Offers what the last run left behind, where it left anything; for a window that is loaded and shown.
     void showUnfiled();
+    /// At a station that was never set up: the setup dialog, with what is missing marked.
+    void showFirstSetup();
     /// The program is asked to end by the desktop or the system: a running take is closed.
     void endSession();
 
@@ -120,6 +123,7 @@ class frmMain : public QMainWindow {
 
   protected:
     void closeEvent(QCloseEvent *event) override;
+    void resizeEvent(QResizeEvent *event) override;
 
   private:
     void Form_Initialize();
@@ -144,6 +148,10 @@ class frmMain : public QMainWindow {
     /// Which playlist is open and how far it is.
     void showProgress();
     void layOut();
+    /// For small windows and large letters, or as ever.
+    void arrange(bool dense);
+    void showLists();
+    [[nodiscard]] int captionsWidth() const;
     QWidget *recordingStrip();
 
     void loadSettings();
@@ -184,6 +192,8 @@ class frmMain : public QMainWindow {
     /// What the watch has noticed.
     void showWatch();
     void tell(const QString &sentence);
+    /// Announces that a recording begins or ends.
+    void announceRecording();
 
     Platform &platform_;
     QString commandLine_;
@@ -207,6 +217,9 @@ class frmMain : public QMainWindow {
     std::vector<DeskKeyStroke> keys_;
     QShortcut *escape_ = nullptr; ///< only while a count-down runs
     bool isFolded_ = false;
+    bool isDense_ = false;
+    bool isNew_ = false;        ///< the station was never set up
+    bool wasRecording_ = false; ///< as it was announced
     std::unique_ptr<frmExport> export_;
     std::unique_ptr<frmSetup> setup_;
     std::unique_ptr<frmUnfiled> unfiled_;

@@ -1,6 +1,8 @@
 // How the main window is put together: which panel stands where.
 #include "widgets/alarm_line.h"
+#include "widgets/status_line.h"
 #include "windows/card_panel.h"
+#include "windows/desk_body.h"
 #include "windows/edit_panel.h"
 #include "windows/file_panel.h"
 #include "windows/frm_main.h"
@@ -13,6 +15,7 @@
 #include "windows/recorder_panel.h"
 #include "windows/reflow.h"
 #include "windows/save_panel.h"
+#include "windows/scrollable.h"
 #include "windows/step_panel.h"
 #include "windows/takes_panel.h"
 
@@ -26,6 +29,8 @@
 namespace orvel {
 
 namespace {
+
+constexpr int lowWindowLines = 30; // lower windows have small icons
 
 struct ToolButton {
     const char *caption;
@@ -43,20 +48,6 @@ constexpr std::array toolButtons = {
     ToolButton{"Informatie", "Informatie over dit programma"},
     ToolButton{"Afsluiten", "Verlaat het programma"},
 };
-
-/// A panel that may be wider than the window and, on small screens, higher than its place.
-QScrollArea *scrollable(QWidget *panel) {
-    auto *area = new QScrollArea;
-    area->setFrameShape(QFrame::NoFrame);
-    area->setWidget(panel);
-    area->setWidgetResizable(true);
-    area->setFocusPolicy(Qt::NoFocus); // its controls have it; they are scrolled to
-    // The tab's own background shows through.
-    area->viewport()->setAutoFillBackground(false);
-    panel->setAutoFillBackground(false);
-    area->setMinimumHeight(area->fontMetrics().height() * 4);
-    return area;
-}
 
 } // namespace
 
@@ -136,7 +127,7 @@ void frmMain::layOut() {
     // A tab that is wanted is seen.
     on(panels_.tabRec, &QTabWidget::tabBarClicked, this, [this] { fold(false); });
 
-    auto *middle = new QWidget(this);
+    auto *middle = new DeskBody([this](bool dense) { arrange(dense); }, this);
     auto *layout = new QVBoxLayout(middle);
     layout->setContentsMargins(fontMetrics().height() / 2, fontMetrics().height() / 2, fontMetrics().height() / 2, 0);
     layout->addWidget(panels_.lists, 1);
@@ -146,9 +137,8 @@ void frmMain::layOut() {
     layout->addWidget(panels_.tabRec);
     setCentralWidget(middle);
 
-    panels_.lblStatus = new QLabel(this);
+    panels_.lblStatus = new StatusLine(this);
     panels_.lblStatus->setObjectName(QStringLiteral("lblStatus"));
-    panels_.lblStatus->setAccessibleDescription(tr("Statusregel"));
     statusBar()->setSizeGripEnabled(false);
     statusBar()->addWidget(panels_.lblStatus, 1);
     panels_.lblLoudness = new QLabel(this);
@@ -160,6 +150,45 @@ void frmMain::layOut() {
     statusBar()->addPermanentWidget(panels_.savePanel->barProgress);
     // Fits a screen of 1280 x 800 with its title bar and frame.
     resize(1240, 750);
+}
+
+void frmMain::arrange(bool dense) {
+    isDense_ = dense;
+    panels_.filePanel->setDense(dense);
+    panels_.gridPanel->setDense(dense);
+    panels_.stepPanel->setDense(dense);
+    panels_.recorderPanel->setDense(dense);
+    panels_.meterPanel->setDense(dense);
+    panels_.joinPanel->setDense(dense);
+    centralWidget()->layout()->setSpacing(dense ? 2 : style()->pixelMetric(QStyle::PM_LayoutVerticalSpacing));
+    showLists();
+}
+
+/// Where there is no room for both, the panel with card, mixer and processor takes the place of the lists.
+void frmMain::showLists() {
+    panels_.lists->setVisible(isFolded_ || !isDense_);
+}
+
+void frmMain::resizeEvent(QResizeEvent *event) {
+    QMainWindow::resizeEvent(event);
+    QToolBar &bar = *panels_.tlbMain;
+    const int line = fontMetrics().height();
+    const bool isLow = height() < line * lowWindowLines;
+    const int icon = isLow ? line : style()->pixelMetric(QStyle::PM_ToolBarIconSize, nullptr, &bar);
+    bar.setIconSize({icon, icon});
+    bar.setToolButtonStyle(width() < captionsWidth() ? Qt::ToolButtonIconOnly : Qt::ToolButtonTextBesideIcon);
+}
+
+/// What the toolbar takes with its captions.
+int frmMain::captionsWidth() const {
+    const QToolBar &bar = *panels_.tlbMain;
+    int width = 0;
+    for (QAction *action : bar.actions()) {
+        const QWidget *button = bar.widgetForAction(action);
+        const int caption = button->fontMetrics().horizontalAdvance(action->text());
+        width += caption + bar.iconSize().width() + button->fontMetrics().height() * 3 / 2;
+    }
+    return width;
 }
 
 } // namespace orvel

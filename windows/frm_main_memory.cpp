@@ -28,6 +28,7 @@ void frmMain::fold(bool folded) {
     tab.setMaximumHeight(folded ? tab.tabBar()->sizeHint().height() : QWIDGETSIZE_MAX);
     // Nothing that is not seen has the focus, or is read out.
     tab.findChild<QStackedWidget *>(QString(), Qt::FindDirectChildrenOnly)->setHidden(folded);
+    showLists();
     panels_.cmdFold->setArrowType(folded ? Qt::UpArrow : Qt::DownArrow);
     panels_.cmdFold->setToolTip(folded ? tr("Toon opnamekaart, mixer en processor (F9)")
                                        : tr("Klap opnamekaart, mixer en processor weg (F9)"));

@@ -94,6 +94,14 @@ void frmMain::showSetup() {
     bringUp(setup());
 }
 
+void frmMain::showFirstSetup() {
+    // The plain recorder has no use for what would be marked.
+    if (isNew_ && !workplace_.session.mode.RecorderOnly) {
+        showSetup();
+        setup_->markMissing();
+    }
+}
+
 void frmMain::showStations() {
     frmStation *chooser = station_;
     if (chooser == nullptr || !chooser->isVisible()) {

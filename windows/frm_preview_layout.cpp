@@ -70,7 +70,7 @@ void frmPreview::layOut() {
     top->addLayout(left, 1);
     top->addLayout(volume);
     auto *all = new QVBoxLayout(this);
-    all->setContentsMargins(line, line, line, line);
+    all->setContentsMargins(line / 2, line / 2, line / 2, line / 2);
     all->setSpacing(line / 2);
     all->addLayout(top);
     all->addLayout(meters);

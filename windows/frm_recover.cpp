@@ -4,6 +4,7 @@
 #include "platform/runtime_error.h"
 #include "windows/named.h"
 #include "windows/on.h"
+#include "windows/open_as.h"
 #include "windows/whole_rows.h"
 
 #include <QHBoxLayout>
@@ -65,7 +66,7 @@ void frmRecover::layOut() {
     layout->addWidget(lblResult);
     layout->addLayout(buttons);
     const int line = fontMetrics().height();
-    resize(line * 44, line * 26);
+    openAs(*this, {line * 44, line * 26});
 }
 
 void frmRecover::Form_Load() {

@@ -9,11 +9,13 @@ namespace orvel {
 
 namespace {
 
-/// Marks a folder that cannot be used, with the reason; an empty reason takes the mark away.
-void mark(QLineEdit &edit, const QString &problem) {
+/// Marks a folder that cannot be used, or is not there yet, with a sign and the reason; an empty reason takes the mark
+/// away.
+void mark(QLineEdit &edit, QLabel &words, const QString &problem) {
     setStyleProperty(edit, "problem", problem.isEmpty() ? QString() : QStringLiteral("true"));
     edit.setToolTip(problem);
     edit.setAccessibleDescription(problem);
+    words.setText(problem.isEmpty() ? QString() : QStringLiteral("\u26A0 ") + problem);
 }
 
 } // namespace
@@ -83,8 +85,17 @@ void frmSetup::cmdVoice_Click() {
 }
 
 void frmSetup::checkFolders() {
-    mark(*txtPath, databaseFolderProblem(platform_.files, txtPath->text(), chkData->isChecked()));
-    mark(*txtVoice, voiceFolderProblem(platform_.files, txtVoice->text(), chkServer->isChecked()));
+    const QString noDatabases = isNew_ ? missingDatabaseFolder(txtPath->text()) : QString();
+    const QString noVoices = isNew_ ? missingVoiceFolder(txtVoice->text()) : QString();
+    const QString databases = databaseFolderProblem(platform_.files, txtPath->text(), chkData->isChecked());
+    const QString voices = voiceFolderProblem(platform_.files, txtVoice->text(), chkServer->isChecked());
+    mark(*txtPath, *lblPath, noDatabases.isEmpty() ? databases : noDatabases);
+    mark(*txtVoice, *lblVoice, noVoices.isEmpty() ? voices : noVoices);
+}
+
+void frmSetup::markMissing() {
+    isNew_ = true;
+    checkFolders();
 }
 
 Settings frmSetup::edited() const {
@@ -108,6 +119,8 @@ void frmSetup::cmdSave_Click() {
     saveSetup(platform_.files, programFolder_, now);
     saved_ = now;
     applySetup(now, settings_);
+    isNew_ = false;
+    checkFolders();
     platform_.prompts.message(QStringLiteral("Start het programma opnieuw op"),
                               QStringLiteral("Instellingen gewijzigd"), MessageIcon::Information);
 }

@@ -10,6 +10,7 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDialog>
+#include <QLabel>
 #include <QLineEdit>
 #include <QPushButton>
 #include <QTabWidget>
@@ -35,8 +36,10 @@ class frmSetup : public QDialog {
 
     QLineEdit *const txtPath;
     QPushButton *const cmdPath;
+    QLabel *const lblPath; ///< what is wrong with that folder
     QLineEdit *const txtVoice;
     QPushButton *const cmdVoice;
+    QLabel *const lblVoice;
     QCheckBox *const chkData;
     QCheckBox *const chkServer;
 
@@ -55,6 +58,8 @@ class frmSetup : public QDialog {
 
     /// Fills every control; called each time before the dialog opens. While it is open nothing happens.
     void Form_Load();
+    /// For a station that was never set up: what is still to be filled in is marked, until it is or the setup is saved.
+    void markMissing();
     void cmdSave_Click();
     void cmdExit_Click() { close(); }
     void cmdPath_Click();
@@ -78,6 +83,7 @@ class frmSetup : public QDialog {
     Settings &settings_;
     Settings saved_; ///< as the settings file has them: most of it is in force after a restart only
     QString programFolder_;
+    bool isNew_ = false; ///< never set up
 };
 
 } // namespace orvel

@@ -36,6 +36,16 @@ QPushButton *chooser(QWidget *parent, const char *name, const QString &toolTip) 
     return button;
 }
 
+/// Keeps its place, so that nothing moves when there is something to tell.
+QLabel *problemLine(QWidget *parent, const char *name) {
+    auto *label = new QLabel(parent);
+    label->setObjectName(QString::fromLatin1(name));
+    label->setProperty("role", QStringLiteral("attention"));
+    label->setWordWrap(true);
+    label->setMinimumHeight(label->fontMetrics().lineSpacing());
+    return label;
+}
+
 /// Rows of a caption and its controls, one under the other. A form layout would hang the captions of tall rows too
 /// high.
 class Rows {
@@ -60,6 +70,8 @@ class Rows {
         grid_->addWidget(label, grid_->rowCount(), 0);
         grid_->addLayout(line, grid_->rowCount() - 1, 1);
     }
+    /// Words that belong to the row above.
+    void addBelow(QWidget *words) { grid_->addWidget(words, grid_->rowCount(), 1); }
     void add(QWidget *control) { grid_->addWidget(control, grid_->rowCount(), 0, 1, 2); }
     void fillUp() { grid_->setRowStretch(grid_->rowCount(), 1); }
 
@@ -79,8 +91,10 @@ frmSetup::frmSetup(Platform &platform, Settings &settings, Settings stored, QStr
       cmdExit(named(new QPushButton(tr("Sluiten"), this), "cmdExit", tr("Sluiten"))),
       txtPath(named(new QLineEdit(this), "txtPath", QStringLiteral("DatabasePath"))),
       cmdPath(chooser(this, "cmdPath", tr("Kies de map van de databasebestanden"))),
+      lblPath(problemLine(this, "lblPath")),
       txtVoice(named(new QLineEdit(this), "txtVoice", QStringLiteral("VoicetrackPath"))),
       cmdVoice(chooser(this, "cmdVoice", tr("Kies de map van de voicetracks"))),
+      lblVoice(problemLine(this, "lblVoice")),
       chkData(check(this, "chkData", QStringLiteral("Voicetracker gebruiken met voorbeluisteringsmogelijkheid"))),
       chkServer(check(this, "chkServer", QStringLiteral("VoiceTracks onmiddellijk op SERVER wegschrijven"))),
       updKaart(named(new SpinButton(this), "updKaart", QStringLiteral("Kaart"))),
@@ -136,14 +150,16 @@ void frmSetup::layOut() {
     auto *layout = new QVBoxLayout(this);
     layout->addWidget(tabSetup, 1);
     layout->addLayout(buttons);
-    setMinimumWidth(fontMetrics().averageCharWidth() * 90);
+    setMinimumWidth(fontMetrics().averageCharWidth() * 70);
 }
 
 QWidget *frmSetup::optionsPage() {
     auto *page = new QWidget(this);
     Rows rows(page);
     rows.add(QStringLiteral("DatabasePath"), {txtPath, cmdPath});
+    rows.addBelow(lblPath);
     rows.add(QStringLiteral("VoicetrackPath"), {txtVoice, cmdVoice});
+    rows.addBelow(lblVoice);
     rows.add(chkData);
     rows.add(chkServer);
     rows.fillUp();

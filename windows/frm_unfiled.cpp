@@ -5,6 +5,7 @@
 #include "platform/runtime_error.h"
 #include "windows/named.h"
 #include "windows/on.h"
+#include "windows/open_as.h"
 #include "windows/whole_rows.h"
 
 #include <QDateTime>
@@ -67,7 +68,7 @@ void frmUnfiled::layOut() {
     lstTakes->setColumnCount(TakeColumnCount);
     lstTakes->setHorizontalHeaderLabels({tr("Opname"), tr("Playlist"), tr("Stap"), tr("Opgenomen"), tr("Toestand")});
     showWholeRows(*lstTakes);
-    lstTakes->setMinimumSize(fontMetrics().averageCharWidth() * 90, line * 10);
+    lstTakes->setMinimumSize(fontMetrics().averageCharWidth() * 60, line * 6);
     lblResult->setObjectName(QStringLiteral("lblResult"));
     lblResult->setAccessibleDescription(tr("Wat er met de opname gebeurde"));
     lblResult->setWordWrap(true);
@@ -81,6 +82,7 @@ void frmUnfiled::layOut() {
     layout->addWidget(intro);
     layout->addWidget(lstTakes, 1);
     layout->addLayout(buttons);
+    openAs(*this, {fontMetrics().averageCharWidth() * 96, line * 18});
 }
 
 void frmUnfiled::fill() {

@@ -1,6 +1,7 @@
 #include "windows/grid_panel.h"
 
 #include "platform/runtime_error.h"
+#include "widgets/theme.h"
 #include "windows/grid_columns.h"
 #include "windows/on.h"
 
@@ -23,12 +24,9 @@ void setUp(QTableView &grid) {
                          QAbstractItemView::DoubleClicked);
     grid.verticalHeader()->setSectionResizeMode(QHeaderView::Fixed);
     grid.verticalHeader()->setHighlightSections(false);
-    // Tight rows: a presenter wants to see the whole half hour.
-    grid.verticalHeader()->setDefaultSectionSize(grid.fontMetrics().height() * 8 / 5);
     grid.setShowGrid(false);
     grid.setTabKeyNavigation(false);
     grid.setHorizontalScrollMode(QAbstractItemView::ScrollPerPixel);
-    grid.setMinimumHeight(grid.fontMetrics().height() * 6);
 }
 
 } // namespace
@@ -36,6 +34,7 @@ void setUp(QTableView &grid) {
 GridPanel::GridPanel(Playlist &playlist, CurrentStep &step, const VoiceTracks &tracks, QWidget *parent)
     : QGroupBox(QStringLiteral("Playlist"), parent), dbgLijst(new QTableView(this)), lblEmpty(new QLabel(this)),
       playlist_(playlist), step_(step), tracks_(tracks), model_(playlist) {
+    setAccessibleName(title());
     setUp(*dbgLijst);
     mixTypes_.setRows(mixTypeRows());
     dbgLijst->setModel(&model_);
@@ -52,6 +51,7 @@ GridPanel::GridPanel(Playlist &playlist, CurrentStep &step, const VoiceTracks &t
     lblEmpty->setProperty("role", QStringLiteral("muted"));
     lblEmpty->setAlignment(Qt::AlignCenter);
     lblEmpty->setWordWrap(true);
+    setDense(false);
     watchColumns();
     on(dbgLijst->selectionModel(), &QItemSelectionModel::currentRowChanged, this, &GridPanel::currentRowChanged);
     on(dbgLijst, &QTableView::doubleClicked, this, &GridPanel::dbgLijst_DblClick);
@@ -134,6 +134,19 @@ void GridPanel::refresh() {
     model_.rebuild([&] { playlist_.refresh(); });
     showMissing();
     selectRow(row);
+}
+
+void GridPanel::setDense(bool dense) {
+    setTitle(dense ? QString() : accessibleName());
+    setStyleProperty(*this, "dense", dense ? QStringLiteral("true") : QString());
+    const int line = dbgLijst->fontMetrics().height();
+    // Tight rows: a presenter wants to see the whole half hour.
+    const int row = dense ? line * 5 / 4 : line * 8 / 5;
+    dbgLijst->verticalHeader()->setDefaultSectionSize(row);
+    // The slot between its neighbours, below the header and above a scroll bar.
+    dbgLijst->setMinimumHeight(dbgLijst->horizontalHeader()->sizeHint().height() + row * 3 +
+                               style()->pixelMetric(QStyle::PM_ScrollBarExtent) + dbgLijst->frameWidth() * 2);
+    showNeighbours();
 }
 
 void GridPanel::showChanged(int row) {

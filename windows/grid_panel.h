@@ -31,6 +31,8 @@ class GridPanel : public QGroupBox {
     void closePlaylist();
     /// Reads the playlist again and keeps the selected row.
     void refresh();
+    /// Without its title, and with lower rows.
+    void setDense(bool dense);
     /// A row of the playlist was changed.
     void showChanged(int row);
     /// Row of the selected step, -1 without one.

@@ -61,6 +61,14 @@ void JoinPanel::layOut() {
     layout->addWidget(lblMeeluisteren, 1);
 }
 
+void JoinPanel::setDense(bool dense) {
+    for (QPushButton *button : {cmdInVerband, cmdHeleUur}) {
+        button->setIcon(dense ? QIcon() : QIcon(QStringLiteral(":/icons/listen.svg")));
+    }
+    sldMeeluisteren->setFixedWidth(fontMetrics().averageCharWidth() * (dense ? 5 : 10));
+    lblMeeluisteren->setHidden(dense); // what it says is the tooltip of the switch too
+}
+
 int JoinPanel::remarkWidth() const {
     return fontMetrics().averageCharWidth() * 28;
 }

@@ -27,6 +27,8 @@ class JoinPanel : public QWidget {
 
     /// Captions, switch, volume and remark as the rooms have them, and what is enabled.
     void show(const Allowed &may);
+    /// Without icons, and with a shorter slider.
+    void setDense(bool dense);
 
     void cmdInVerband_Click();
     void cmdHeleUur_Click();

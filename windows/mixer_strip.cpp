@@ -33,6 +33,7 @@ MixerStrip::MixerStrip(int index, QWidget *parent)
     slVolume->setRange(0, mostVolume);
     slVolume->setPageStep(mostVolume / 10);
     slVolume->setSingleStep(mostVolume / 50);
+    slVolume->setProperty("percent", true);
     slVolume->setInvertedAppearance(true);
     slVolume->setInvertedControls(true);
     slBalance->setRange(-mostBalance, mostBalance);

@@ -39,7 +39,9 @@ RecorderPanel::RecorderPanel(TakeSession &session, QWidget *parent)
       ledCount(display(this, "ledCount", TimeDisplay::Fields::Seconds, tr("Aftelling"))),
       ledTijd(display(this, "ledTijd", TimeDisplay::Fields::HoursMinutesSecondsMillis, tr("Opnametijd"))),
       lblOpname(notice(this, "lblOpname", QStringLiteral("OPNAME LOOPT"))),
-      lblProcess(notice(this, "lblProcess", QStringLiteral("SOUNDPROCESSING..."))), session_(session) {
+      lblProcess(notice(this, "lblProcess", QStringLiteral("SOUNDPROCESSING..."))), session_(session),
+      lblCount_(new QLabel(tr("Aftelling"), this)), lblTime_(new QLabel(tr("Opnametijd"), this)),
+      notices_({lblOpname, lblProcess}) {
     cmdRec->setProperty("role", QStringLiteral("record"));
     cmdRec->setIcon(startIcon_);
     layOut();
@@ -47,36 +49,49 @@ RecorderPanel::RecorderPanel(TakeSession &session, QWidget *parent)
 }
 
 void RecorderPanel::layOut() {
-    const int line = fontMetrics().height();
     cmdRec->ensurePolished();
-    cmdRec->setMinimumSize(cmdRec->sizeHint().width() + line * 2, line * 4);
     cmdRec->setSizePolicy(QSizePolicy::Minimum, QSizePolicy::Expanding);
-    ledCount->setMinimumHeight(line * 3);
-    ledTijd->setMinimumHeight(line * 3);
-    auto *countCaption = new QLabel(tr("Aftelling"), this);
-    auto *timeCaption = new QLabel(tr("Opnametijd"), this);
-    for (QLabel *caption : {countCaption, timeCaption}) {
+    for (QLabel *caption : {lblCount_, lblTime_}) {
         caption->setProperty("role", QStringLiteral("muted"));
     }
     auto *grid = new QGridLayout(this);
     grid->setContentsMargins(0, 0, 0, 0);
-    grid->setHorizontalSpacing(line);
-    grid->addWidget(cmdRec, 0, 0, 4, 1);
-    grid->addWidget(countCaption, 1, 1);
-    grid->addWidget(ledCount, 2, 1);
-    grid->addWidget(timeCaption, 1, 2);
-    grid->addWidget(ledTijd, 2, 2);
-    // Above the times and never both at once: beside them they would widen the window beyond small screens.
-    for (QLabel *notice : {lblOpname, lblProcess}) {
-        grid->addWidget(notice, 0, 1, 1, 2);
+    setDense(false);
+}
+
+void RecorderPanel::setDense(bool dense) {
+    const int line = fontMetrics().height();
+    auto *grid = static_cast<QGridLayout *>(layout());
+    while (QLayoutItem *item = grid->takeAt(0)) {
+        delete item; // the widgets stay
     }
-    grid->setRowStretch(0, 1);
-    grid->setRowStretch(3, 1);
+    const QSize button = cmdRec->sizeHint();
+    cmdRec->setMinimumSize(dense ? button : button.expandedTo({button.width() + line * 2, line * 4}));
+    for (TimeDisplay *time : {ledCount, ledTijd}) {
+        time->setMinimumHeight(dense ? line * 3 / 2 : line * 3);
+    }
+    for (QLabel *caption : {lblCount_, lblTime_}) {
+        caption->setHidden(dense);
+    }
+    grid->setHorizontalSpacing(dense ? line / 2 : line);
+    const int left = dense ? 0 : 1; // column of the times
+    grid->addWidget(cmdRec, dense ? 1 : 0, 0, dense ? 1 : 4, dense ? 2 : 1);
+    grid->addWidget(lblCount_, 1, left);
+    grid->addWidget(ledCount, 2, left);
+    grid->addWidget(lblTime_, 1, left + 1);
+    grid->addWidget(ledTijd, 2, left + 1);
+    // Above the times and never two at once: beside them they would widen the window beyond small screens.
+    for (QLabel *notice : notices_) {
+        grid->addWidget(notice, 0, left, 1, 2);
+    }
+    grid->setRowStretch(0, dense ? 0 : 1);
+    grid->setRowStretch(3, dense ? 0 : 1);
 }
 
 void RecorderPanel::addNotice(QLabel *label) {
     label->setAlignment(Qt::AlignCenter);
-    static_cast<QGridLayout *>(layout())->addWidget(label, 0, 1, 1, 2);
+    notices_.push_back(label);
+    setDense(false);
 }
 
 void RecorderPanel::cmdRec_Click() {

@@ -6,6 +6,8 @@
 #include <QLabel>
 #include <QPushButton>
 
+#include <vector>
+
 namespace orvel {
 
 class TakeSession;
@@ -31,6 +33,8 @@ class RecorderPanel : public QWidget {
 
     /// A label that says something when no take runs, where the notices of a running one stand.
     void addNotice(QLabel *label);
+    /// Small times under the button, without captions.
+    void setDense(bool dense);
 
     void cmdRec_Click();
 
@@ -39,6 +43,9 @@ class RecorderPanel : public QWidget {
     void layOut();
 
     TakeSession &session_;
+    QLabel *lblCount_;
+    QLabel *lblTime_;
+    std::vector<QLabel *> notices_; ///< never two at once
     // Made once: a new icon is drawn anew, and its pictures stay in a cache.
     QIcon startIcon_{QStringLiteral(":/icons/record.svg")};
     QIcon stopIcon_{QStringLiteral(":/icons/record_stop.svg")};

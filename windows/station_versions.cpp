@@ -55,7 +55,7 @@ void StationVersions::layOut() {
     showWholeRows(*lstVersions);
     lstVersions->horizontalHeader()->setSectionResizeMode(StationColumn, QHeaderView::Stretch);
     const int line = fontMetrics().height();
-    lstVersions->setMinimumSize(line * 26, line * 9);
+    lstVersions->setMinimumSize(line * 26, line * 6);
     auto *layout = new QVBoxLayout(this);
     layout->setContentsMargins(0, 0, 0, 0);
     layout->addWidget(lstVersions, 1);

@@ -8,6 +8,8 @@
 #include <QHBoxLayout>
 #include <QVBoxLayout>
 
+#include <array>
+
 namespace orvel {
 
 namespace {
@@ -113,6 +115,15 @@ void StepPanel::show(const CurrentStep &step, const QString &fileName, const Nei
     wavTake->setZones(zonesOf(step));
     wavTake->setAxis(step.times.visible ? step.TalkTotalMs : 0);
     showBar(step);
+}
+
+void StepPanel::setDense(bool dense) {
+    for (QWidget *label : std::array<QWidget *, 3>{lblPrevious, lblYou, lblNext}) {
+        label->setVisible(!dense);
+    }
+    const int low = barRec->minimumSizeHint().height();
+    barRec->setMinimumHeight(dense ? low : fontMetrics().height() * 2);
+    barRec->setMaximumHeight(dense ? low : QWIDGETSIZE_MAX);
 }
 
 void StepPanel::showPicture() {

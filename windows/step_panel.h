@@ -40,6 +40,8 @@ class StepPanel : public QWidget {
     void showPicture();
     /// Where there is speech in the take, and where it was too loud.
     void showMarks(const TakeMarks &marks);
+    /// Without the neighbours, which the grid shows too, and with a lower bar.
+    void setDense(bool dense);
     void showPhase(const TalkPhase &phase);
     /// The bar alone: this runs a hundred times a second.
     void showBar(const CurrentStep &step);

@@ -3,6 +3,7 @@
 #include "windows/frm_keys.h"
 #include "windows/grid_columns.h"
 
+#include <QHeaderView>
 #include <QMenu>
 #include <QShortcut>
 #include <QTabBar>

@@ -91,6 +91,71 @@ TEST_F(Setup, SavingWritesEveryKeyAndAsksForARestart) {
     EXPECT_EQ(window->workplace().settings.BitRate, 2);
 }
 
+namespace {
+
+const QString noDatabases = QStringLiteral("\u26A0 Nog niet ingevuld: nodig om nummers te kunnen voorbeluisteren.");
+const QString noVoices = QStringLiteral("\u26A0 Nog niet ingevuld: nodig om op de server weg te schrijven.");
+
+/// The first minute of a station that nobody set up.
+class FirstStart : public Setup {
+  protected:
+    void startFirst(const QString &commandLine = {}) {
+        ASSERT_TRUE(start(commandLine));
+        window->showFirstSetup();
+        setup = window->findChild<frmSetup *>();
+    }
+};
+
+} // namespace
+
+TEST_F(FirstStart, WithoutSettingsTheSetupOpensAndSaysWhatIsMissing) {
+    startFirst();
+    ASSERT_NE(setup, nullptr);
+    EXPECT_TRUE(setup->isVisible());
+    EXPECT_FALSE(setup->isModal()) << "who wants to record first can";
+    EXPECT_EQ(setup->lblPath->text(), noDatabases);
+    EXPECT_EQ(setup->lblVoice->text(), noVoices);
+    EXPECT_FALSE(setup->txtPath->accessibleDescription().isEmpty());
+    setup->txtPath->setText(folder.path());
+    EXPECT_EQ(setup->lblPath->text(), QString());
+    EXPECT_EQ(setup->txtPath->property("problem").toString(), QString());
+    EXPECT_EQ(setup->lblVoice->text(), noVoices) << "each field its own";
+    setup->txtVoice->setText(folder.path());
+    EXPECT_EQ(setup->lblVoice->text(), QString());
+    setup->txtPath->clear();
+    EXPECT_EQ(setup->lblPath->text(), noDatabases);
+}
+
+TEST_F(FirstStart, WhatIsSavedEmptyIsMeantToBe) {
+    configure(QStringLiteral("; nog niets\n[Files]"));
+    startFirst();
+    ASSERT_NE(setup, nullptr);
+    EXPECT_EQ(setup->lblPath->text(), noDatabases);
+    save();
+    EXPECT_EQ(setup->lblPath->text(), QString());
+    EXPECT_EQ(setup->lblVoice->text(), QString());
+    startFirst();
+    EXPECT_EQ(setup, nullptr) << "now there are settings";
+}
+
+TEST_F(FirstStart, IsNoneWhereThereAreSettingsOrOnlyARecorderIsWanted) {
+    startFirst(QStringLiteral("-RECORDER"));
+    EXPECT_EQ(setup, nullptr);
+    configure(QStringLiteral("[Audio]\nBitRate=2"));
+    startFirst();
+    EXPECT_EQ(setup, nullptr);
+}
+
+// The frame was red and nothing said why, but for a tooltip.
+TEST_F(Setup, AFolderThatCannotBeUsedSaysSoBesideIt) {
+    openSetup(QStringLiteral("[Files]\nDatabasepath=/nergens"));
+    EXPECT_EQ(setup->lblPath->text(), QStringLiteral("\u26A0 Deze map bestaat niet."));
+    setup->txtPath->setText(folder.path());
+    EXPECT_EQ(setup->lblPath->text(), QString());
+    setup->chkServer->setChecked(true);
+    EXPECT_EQ(setup->lblVoice->text(), QStringLiteral("\u26A0 Deze map bestaat niet."));
+}
+
 TEST_F(Setup, SavingTwiceWritesTheSameAndTellsItTwice) {
     openSetup();
     setup->cobBitrate->setCurrentIndex(4);

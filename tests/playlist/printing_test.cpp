@@ -163,6 +163,31 @@ TEST_F(PrintedPlaylist, AFinishedStepWithoutItsMp3IsMissing) {
     EXPECT_EQ(stepAt(2).value(QStringLiteral("missing")), false) << "it was never done";
 }
 
+// What each station had its own version of was printed as missing: there is none without a station's code.
+TEST_F(PrintedPlaylist, AStepOfWhichEachStationHasItsVersionIsNotMissing) {
+    const std::vector<NetworkStation> network{{QStringLiteral("Algemeen"), QStringLiteral("999")},
+                                              {QStringLiteral("Noord"), QStringLiteral("012")},
+                                              {QStringLiteral("Zuid"), QStringLiteral("056")}};
+    const VoiceTracks shared(files, settings, &network);
+    const Printing ofTheNetwork(platform, places, step, playlist, shared);
+    const auto shown = [&ofTheNetwork](int row, const char *field) {
+        const QVariantMap steps = ofTheNetwork.values().value(QStringLiteral("steps")).toList().at(row).toMap();
+        return steps.value(QString::fromLatin1(field));
+    };
+    open({lasting(1, 0, 5, true), lasting(2, 0, 5, true), lasting(3, 0, 5, false)});
+    for (const char *file : {"ok/012LINK1.mp3", "ok/012LINK3.mp3"}) {
+        disk.write(path(QString::fromLatin1(file)), "klank");
+    }
+    EXPECT_EQ(shown(0, "missing"), false);
+    EXPECT_EQ(shown(0, "lacking"), QStringLiteral("Zuid"));
+    EXPECT_EQ(shown(1, "missing"), true) << "nobody has it";
+    EXPECT_EQ(shown(1, "lacking"), QString());
+    EXPECT_EQ(shown(2, "lacking"), QString()) << "it is not done yet";
+    disk.write(path(QStringLiteral("ok/056LINK1.mp3")), "klank");
+    EXPECT_EQ(shown(0, "missing"), false);
+    EXPECT_EQ(shown(0, "lacking"), QString());
+}
+
 // "Ontbreekt" stood behind another step than the one whose MP3 was missing.
 TEST_F(PrintedPlaylist, WhatIsMissingIsToldOfTheStepsThatAreThereNow) {
     open({lasting(2, 0, 10, true), music(3)});

@@ -180,12 +180,29 @@ TEST(Accessible, TellsWhetherALampIsLit) {
     EXPECT_EQ(value(lamp), "aan");
 }
 
-TEST(Accessible, GivesTheKnobItsValue) {
+// Volumes were read as what they are counted in: 0 to 65535.
+TEST(Accessible, ReadsAVolumeInPercent) {
     Knob knob;
     knob.setValue(16384);
-    QAccessibleValueInterface *number = seen(knob).valueInterface();
-    ASSERT_NE(number, nullptr);
-    EXPECT_EQ(number->currentValue().toInt(), 16384);
+    QSlider slider(Qt::Vertical);
+    slider.setRange(0, 65535);
+    slider.setSingleStep(65535 / 50);
+    slider.setInvertedAppearance(true);
+    slider.setProperty("percent", true);
+    slider.setValue(65535 - 16384);
+    for (QAbstractSlider *volume : {static_cast<QAbstractSlider *>(&knob), static_cast<QAbstractSlider *>(&slider)}) {
+        QAccessibleValueInterface *number = seen(*volume).valueInterface();
+        ASSERT_NE(number, nullptr);
+        EXPECT_EQ(number->minimumValue().toInt(), 0);
+        EXPECT_EQ(number->maximumValue().toInt(), 100);
+        EXPECT_EQ(number->currentValue().toInt(), 25);
+        EXPECT_EQ(value(*volume), "25 %");
+        EXPECT_GE(number->minimumStepSize().toInt(), 1);
+        number->setCurrentValue(100);
+        EXPECT_EQ(value(*volume), "100 %");
+    }
+    EXPECT_EQ(knob.value(), 65535);
+    EXPECT_EQ(slider.value(), 0) << "at the top";
 }
 
 TEST(Accessible, ReachesTheOperableWidgetsByTheTabKey) {

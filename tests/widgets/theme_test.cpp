@@ -40,6 +40,7 @@ TEST_P(ThemeContrast, TextIsReadableOnEverySurface) {
     }
     for (const ThemeRole surface : {Window, Panel, Raised, Field}) {
         EXPECT_GE(contrast(MutedText, surface), 4.5) << static_cast<int>(surface);
+        EXPECT_GE(contrast(DisabledText, surface), 3.0) << static_cast<int>(surface);
     }
     EXPECT_GE(contrast(Attention, Window), 4.5);
     EXPECT_GE(contrast(Attention, Panel), 4.5);
