@@ -64,7 +64,7 @@ struct Allowed {
     bool cmdRedo = false;
     bool cmdOpnieuw = false; ///< the stages again, on what was recorded
     bool cmdDroog = false;   ///< what was recorded, while listening
-    bool cmdDelay = false; ///< measuring the card's delay
+    bool cmdDelay = false;   ///< measuring the card's delay
 
     bool operator==(const Allowed &) const = default;
 };

@@ -57,6 +57,8 @@ void frmMain::makeKeys() {
     for (const DeskKeyStroke &stroke : keys) {
         addKey(stroke);
     }
+    new ManualKey(
+        *this, [this](QWidget &control) { showManualAbout(control); }, this);
 }
 
 void frmMain::addKey(const DeskKeyStroke &stroke) {
@@ -96,8 +98,6 @@ void frmMain::cmdWerkmap_Click() {
         otherHome_ = home;
         endSession();
     }
-    new ManualKey(
-        *this, [this](QWidget &control) { showManualAbout(control); }, this);
 }
 
 void frmMain::showNextOpenSlot() {
