@@ -2,6 +2,7 @@
 
 #include "platform/platform.h"
 #include "platform/timers.h"
+#include "widgets/status_line.h"
 #include "windows/desk_key.h"
 #include "windows/transfer.h"
 #include "windows/workplace.h"
@@ -35,7 +36,6 @@ class PlaybackPanel;
 class ProcessorPanel;
 class RecorderPanel;
 class SavePanel;
-class StatusLine;
 class StepPanel;
 class TakesPanel;
 class frmAdv;

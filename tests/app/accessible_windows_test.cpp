@@ -170,7 +170,7 @@ TEST_F(WhatIsRead, WhatTheLastRunLeftTellsWhatItsControlsAre) {
     expectSoundWindow<frmUnfiled>(4);
 }
 
-TEST_F(EveryWindow, TheChoiceOfAWorkFolderTellsWhatItsControlsAre) {
+TEST_F(WhatIsRead, TheChoiceOfAWorkFolderTellsWhatItsControlsAre) {
     openDemo();
     Homes homes(disk, {path(QStringLiteral("werkmappen.ini")), path(QStringLiteral("ORVEL")),
                        QStringLiteral(ORVEL_SOURCE_DIR "/samples/station")});

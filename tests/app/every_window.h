@@ -1,6 +1,7 @@
 #pragma once
 
 #include "station.h"
+#include "widgets/theme.h"
 #include "windows/frm_keys.h"
 
 #include <QFont>

@@ -5,7 +5,7 @@ namespace orvel {
 
 namespace {
 
-const QString title = QStringLiteral("Herstellen");
+const QString restoreTitle = QStringLiteral("Herstellen");
 
 class RecoverWindow : public Station {
   protected:
@@ -33,7 +33,7 @@ class RecoverWindow : public Station {
             QStringLiteral("%1 staat al %2. Wilt U dat vervangen ?\n\nWat er nu staat, blijft bewaard en kan "
                            "ook weer teruggezet worden.")
                 .arg(place, name),
-            title, answer, Preset::No, {QStringLiteral("&Vervang"), QStringLiteral("&Laat staan")});
+            restoreTitle, answer, Preset::No, {QStringLiteral("&Vervang"), QStringLiteral("&Laat staan")});
     }
     FakeWavePlayer &player() { return sound.player(sound.playerCount() - 1); }
 
@@ -47,7 +47,7 @@ class RecoverWindow : public Station {
 TEST_F(RecoverWindow, WithoutAnythingKeptItSaysSo) {
     ASSERT_TRUE(start());
     openWindow();
-    EXPECT_EQ(recover->windowTitle(), title);
+    EXPECT_EQ(recover->windowTitle(), restoreTitle);
     EXPECT_TRUE(recover->isModal());
     EXPECT_EQ(recover->lstKept->rowCount(), 0);
     EXPECT_FALSE(recover->lblResult->text().isEmpty());
