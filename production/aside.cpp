@@ -33,6 +33,11 @@ struct Aside::Job {
     std::atomic<bool> isOver{false};
     std::thread thread;
 
+    Job() = default;
+    Job(const Job &) = delete;
+    Job(Job &&) = delete;
+    Job &operator=(const Job &) = delete;
+    Job &operator=(Job &&) = delete;
     ~Job() {
         if (thread.joinable()) {
             thread.join();

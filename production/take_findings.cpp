@@ -121,11 +121,11 @@ void TakeFindings::want(const QString &take, const QString &dry) {
         known_.insert(take, std::nullopt);
     } else if (look->take->frames() <= std::int64_t{atOnce} * look->take->sampleRate()) {
         look->run(false);
-        known_.insert(take, std::move(look->result));
+        known_.insert(take, look->result);
     } else {
         aside_.begin([look](const Aside::Stopped &stopped) { look->run(stopped); },
                      [this, look, take] {
-                         known_.insert(take, std::move(look->result));
+                         known_.insert(take, look->result);
                          changed_();
                      });
     }

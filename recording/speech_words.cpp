@@ -40,6 +40,7 @@ std::optional<std::int32_t> postOf(const CurrentStep &step, const DeskMode &mode
 
 std::vector<SpeechTimes> speechTimes(const std::vector<SpeechSegment> &segments, int sampleRate) {
     std::vector<SpeechTimes> times;
+    times.reserve(segments.size());
     for (const SpeechSegment &one : segments) {
         times.push_back({millisecondsOf(one.begin, sampleRate), millisecondsOf(one.end, sampleRate)});
     }

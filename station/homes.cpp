@@ -135,12 +135,16 @@ QString Homes::makeSample() {
 }
 
 void Homes::copyAll(const QString &from, const QString &target) {
-    files_.makeFolder(target);
-    for (const QString &name : files_.list(from, QStringLiteral("*"))) {
-        files_.copy(inFolder(from, name), inFolder(target, name));
-    }
-    for (const QString &name : files_.folders(from)) {
-        copyAll(inFolder(from, name), inFolder(target, name));
+    QStringList folders{QString()}; // below both, with those in them behind them
+    for (qsizetype i = 0; i < folders.size(); ++i) {
+        const QString below = folders.at(i);
+        files_.makeFolder(inFolder(target, below));
+        for (const QString &name : files_.list(inFolder(from, below), QStringLiteral("*"))) {
+            files_.copy(inFolder(inFolder(from, below), name), inFolder(inFolder(target, below), name));
+        }
+        for (const QString &name : files_.folders(inFolder(from, below))) {
+            folders << (below.isEmpty() ? name : inFolder(below, name));
+        }
     }
 }
 

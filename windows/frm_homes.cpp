@@ -147,7 +147,7 @@ void frmHomes::cmdOpen_Click() {
                          MessageIcon::Exclamation);
         return;
     }
-    open(selected());
+    choose(selected());
 }
 
 void frmHomes::cmdForget_Click() {
@@ -159,22 +159,22 @@ void frmHomes::cmdNew_Click() {
     const QString name =
         prompts_.input(tr("Hoe heet de nieuwe werkmap? De naam van de zender, bijvoorbeeld."), tr("Nieuwe werkmap"));
     if (!name.trimmed().isEmpty()) {
-        open(homes_.make(name));
+        choose(homes_.make(name));
     }
 }
 
 void frmHomes::cmdSample_Click() {
-    open(homes_.makeSample());
+    choose(homes_.makeSample());
 }
 
 void frmHomes::cmdExisting_Click() {
     const QString folder = prompts_.folder(tr("Kies een werkmap"), QDir::homePath());
     if (!folder.isEmpty() && folder != current_ && homes_.adopt(prompts_, folder)) {
-        open(folder);
+        choose(folder);
     }
 }
 
-void frmHomes::open(const QString &home) {
+void frmHomes::choose(const QString &home) {
     home_ = home;
     accept();
 }

@@ -41,7 +41,7 @@ class frmHomes : public QDialog {
   private:
     void layOut();
     void fill();
-    void open(const QString &home);
+    void choose(const QString &home);
     /// The folder of the selected row; empty without one.
     [[nodiscard]] QString selected() const;
 

@@ -83,7 +83,7 @@ void frmManual::layOut() {
     back->setEnabled(false);
     on(contents, &QPushButton::clicked, this, [this] { goTo({}); });
     on(back, &QPushButton::clicked, txtManual, &QTextBrowser::backward);
-    on(txtManual, &QTextBrowser::backwardAvailable, back, &QPushButton::setEnabled);
+    on(txtManual, &QTextBrowser::backwardAvailable, back, [back](auto... may) { (back->setEnabled(may), ...); });
     on(close, &QPushButton::clicked, this, &QDialog::accept);
     auto *buttons = new QHBoxLayout;
     buttons->addWidget(contents);
