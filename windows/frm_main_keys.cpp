@@ -119,16 +119,18 @@ void frmMain::showManual() {
 
 void frmMain::showManualAbout(QWidget &control) {
     QWidget *window = control.window();
+    frmManual *shown = manual_.data();
     // Whose child it is can be read beside it, also while that is modal.
-    if (window != manual_ && (!manual_ || manual_->parentWidget() != window)) {
-        delete manual_;
-        manual_ = new frmManual(window);
-        manual_->setAttribute(Qt::WA_DeleteOnClose);
+    if (shown == nullptr || (window != shown && shown->parentWidget() != window)) {
+        delete shown;
+        shown = new frmManual(window);
+        shown->setAttribute(Qt::WA_DeleteOnClose);
+        manual_ = shown;
     }
-    manual_->show();
-    manual_->raise();
-    manual_->activateWindow();
-    manual_->goTo(manualAnchorOf(control));
+    shown->show();
+    shown->raise();
+    shown->activateWindow();
+    shown->goTo(manualAnchorOf(control));
 }
 
 } // namespace orvel
