@@ -10,6 +10,7 @@
 #include "windows/input_panel.h"
 #include "windows/join_panel.h"
 #include "windows/on.h"
+#include "windows/open_as.h"
 #include "windows/playback_panel.h"
 #include "windows/processor_panel.h"
 #include "windows/recorder_panel.h"
@@ -149,7 +150,7 @@ void frmMain::layOut() {
     statusBar()->addPermanentWidget(panels_.lblLoudness);
     statusBar()->addPermanentWidget(panels_.savePanel->barProgress);
     // Fits a screen of 1280 x 800 with its title bar and frame.
-    resize(1240, 750);
+    openAs(*this, {1240, 750});
 }
 
 void frmMain::arrange(bool dense) {
@@ -186,7 +187,7 @@ int frmMain::captionsWidth() const {
     for (QAction *action : bar.actions()) {
         const QWidget *button = bar.widgetForAction(action);
         const int caption = button->fontMetrics().horizontalAdvance(action->text());
-        width += caption + bar.iconSize().width() + button->fontMetrics().height() * 3 / 2;
+        width += caption + bar.iconSize().width() + button->fontMetrics().height() * 5 / 2;
     }
     return width;
 }

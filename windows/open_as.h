@@ -1,13 +1,16 @@
 #pragma once
 
 #include <QScreen>
+#include <QStyle>
 #include <QWidget>
 
 namespace orvel {
 
-/// A window opens as large as it likes to be, but no larger than the screen.
+/// A window opens as large as it likes to be, but with its frame no larger than the screen.
 inline void openAs(QWidget &window, const QSize &size) {
-    window.resize(size.boundedTo(window.screen()->availableSize()));
+    const int title = window.style()->pixelMetric(QStyle::PM_TitleBarHeight);
+    const int edge = window.style()->pixelMetric(QStyle::PM_MdiSubWindowFrameWidth);
+    window.resize(size.boundedTo(window.screen()->availableSize() - QSize(2 * edge, title + edge)));
 }
 
 } // namespace orvel
