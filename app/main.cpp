@@ -19,6 +19,8 @@
 #include "windows/frm_main.h"
 #include "windows/frm_splash.h"
 
+#include <QScreen>
+
 #include <clocale>
 
 namespace {
@@ -89,6 +91,7 @@ int main(int argc, char **argv) {
     QCoreApplication::setApplicationName(QStringLiteral("ORVEL"));
     // Of its entry in the menu, so that desktops know whose window it is.
     QGuiApplication::setDesktopFileName(QStringLiteral("orvel"));
+    QApplication::setFont(fittingFont(QApplication::font(), QGuiApplication::primaryScreen()->availableSize()));
     applyTheme(application);
     speakDutch(application);
     return Main(application);

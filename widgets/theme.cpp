@@ -5,11 +5,15 @@
 #include "widgets/style_sheet.h"
 
 #include <QApplication>
+#include <QFontMetricsF>
 #include <QPalette>
 #include <QPixmapCache>
+#include <QSize>
 #include <QStyle>
 #include <QVariant>
 #include <QWidget>
+
+#include <algorithm>
 
 namespace orvel {
 
@@ -100,6 +104,24 @@ ThemeVariant chooseTheme(const QString &wish, std::optional<ThemeVariant> deskto
         return ThemeVariant::Dark;
     }
     return desktop.value_or(ThemeVariant::Dark);
+}
+
+QFont fittingFont(QFont wanted, const QSize &screen) {
+    // What the main window takes where it is arranged densely, in lines of text.
+    constexpr double widthInLines = 52;
+    constexpr double heightInLines = 33;
+    constexpr double titleBar = 30; // pixels
+    const double room = std::min(screen.width() / widthInLines, (screen.height() - titleBar) / heightInLines);
+    const double line = QFontMetricsF(wanted).height();
+    if (room <= 0 || line <= room) {
+        return wanted;
+    }
+    if (wanted.pointSizeF() > 0) {
+        wanted.setPointSizeF(wanted.pointSizeF() * room / line);
+    } else {
+        wanted.setPixelSize(static_cast<int>(wanted.pixelSize() * room / line));
+    }
+    return wanted;
 }
 
 void applyTheme(QApplication &application) {

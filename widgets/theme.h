@@ -1,11 +1,13 @@
 #pragma once
 
 #include <QColor>
+#include <QFont>
 
 #include <optional>
 
 class QApplication;
 class QPalette;
+class QSize;
 class QString;
 class QWidget;
 
@@ -34,6 +36,10 @@ enum class ThemeRole {
 /// Dark, unless the user or the desktop says light: `wish` (the environment's ORVEL_THEME: "light" or "dark", in any
 /// case of letters) comes before what the desktop says.
 ThemeVariant chooseTheme(const QString &wish, std::optional<ThemeVariant> desktop);
+
+/// The font that the desktop wants; where its letters are too large for the main window to fit on a screen with so much
+/// room (pixels, without the desktop's bars), the same one as small as it takes.
+QFont fittingFont(QFont wanted, const QSize &screen);
 
 /// Style, palette and style sheet of the whole application. Call once, after the application object and its font.
 ///

@@ -134,8 +134,8 @@ void FilePanel::refill(QListWidget &list, const QString &folder) {
 }
 
 void FilePanel::setDense(bool dense) {
-    setTitle(dense ? QString() : accessibleName());
     setStyleProperty(*this, "dense", dense ? QStringLiteral("true") : QString());
+    setTitle(dense ? QString() : accessibleName()); // only now the box asks the style for its margins
 }
 
 void FilePanel::refreshNew() {

@@ -137,8 +137,8 @@ void GridPanel::refresh() {
 }
 
 void GridPanel::setDense(bool dense) {
-    setTitle(dense ? QString() : accessibleName());
     setStyleProperty(*this, "dense", dense ? QStringLiteral("true") : QString());
+    setTitle(dense ? QString() : accessibleName()); // only now the box asks the style for its margins
     const int line = dbgLijst->fontMetrics().height();
     // Tight rows: a presenter wants to see the whole half hour.
     const int row = dense ? line * 5 / 4 : line * 8 / 5;

@@ -13,10 +13,10 @@ EveryWindow::~EveryWindow() {
     applyTheme(*qApp, ThemeVariant::Dark);
 }
 
-void EveryWindow::dress(double points, ThemeVariant theme) {
+void EveryWindow::dress(double points, ThemeVariant theme, const QSize &screen) {
     QFont font = font_;
     font.setPointSizeF(points);
-    QApplication::setFont(font);
+    QApplication::setFont(fittingFont(font, screen));
     applyTheme(*qApp, theme);
 }
 

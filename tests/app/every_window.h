@@ -18,8 +18,9 @@ class EveryWindow : public Station {
 
     using Look = std::function<void(QWidget &shown, const QString &shape)>;
 
-    /// Letters of that size and that theme, for the windows that are opened from now on.
-    void dress(double points, ThemeVariant theme);
+    /// Letters of that size, or what a screen of that size has room for, and that theme, for the windows that are
+    /// opened from now on.
+    void dress(double points, ThemeVariant theme, const QSize &screen);
     /// Starts at a station with a network, opens the demo playlist and selects its first slot.
     void openDemo();
     void visitAll(const Look &look);

@@ -121,4 +121,26 @@ TEST(Theme, TakesItsSizesFromTheFont) {
 
 } // namespace
 
+TEST(Letters, AreAsLargeAsTheDesktopWantsWhereTheScreenHasRoom) {
+    QFont font = QApplication::font();
+    for (const double points : {9.0, 12.0, 16.0}) {
+        font.setPointSizeF(points);
+        EXPECT_EQ(fittingFont(font, {1920, 1080}), font) << points;
+    }
+    font.setPointSizeF(9);
+    EXPECT_EQ(fittingFont(font, {1000, 640}), font);
+}
+
+TEST(Letters, AreSmallerWhereTheMainWindowWouldNotFit) {
+    QFont font = QApplication::font();
+    font.setPointSizeF(16);
+    const double small = fittingFont(font, {1000, 640}).pointSizeF();
+    const double larger = fittingFont(font, {1280, 800}).pointSizeF();
+    EXPECT_GT(small, 10);
+    EXPECT_LT(small, larger);
+    EXPECT_LE(larger, 16);
+    font.setPixelSize(22);
+    EXPECT_LT(fittingFont(font, {1000, 640}).pixelSize(), 22);
+}
+
 } // namespace orvel
