@@ -25,6 +25,7 @@ void Station::addPlaylist(const QString &fixture, const QString &name) {
 
 bool Station::start(const QString &commandLine) {
     window = std::make_unique<frmMain>(platform, folder.path(), commandLine);
+    window->resize(1240, 750); // the screen that is not there is 800 x 800; a presenter's is larger
     window->show();
     const bool goesOn = window->Form_Load();
     if (goesOn) {
